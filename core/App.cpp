@@ -1,0 +1,100 @@
+#include "core/App.h"
+
+#include "engine/FileTypes.h"
+#include "engine/StartCut.h"
+#include "engine/StartGlue.h"
+#include "framework/desktop/Desktop.h"
+#include "framework/files/FolderItem.h"
+#include "framework/text/Text.h"
+#include "framework/threads/Yield.h"
+#include "framework/windows/MessageDialog.h"
+#include "settings/Multilingual.h"
+#include "settings/claPreferences.h"
+#include "ui/Pictures.h"
+#include "ui/winMain.h"
+
+namespace {
+
+constexpr int32_t kErrorIcon = 2;
+
+Ref<App> instance;
+
+} // namespace
+
+Ref<App> App::NewAppInstance() {
+    instance = New<App>();
+    return instance;
+}
+
+Ref<App> App::Instance() {
+    return instance;
+}
+
+void App::Event_Open() {
+    Preferences = New<claPreferences>();
+    Preferences->Load();
+    // Whatever has just been read: the language follows the system at every start.
+    Preferences->Language = Multilingual::SystemLanguage();
+    const Ref<FolderItem> bundle = ExecutableFile()->Parent()->Parent();
+    Multilingual::Initialize(bundle->Child("Resources")->Child("Multilingual"), Preferences->Language);
+    SetIcon(IconPicture());
+    winMain::Instance()->Show();
+    // By index: a file may be handed over while the dialog of the one before it is up.
+    for (std::size_t i = 0; i < openFiles_.size(); ++i) {
+        const Ref<FolderItem> item = openFiles_[i];
+        Route(item);
+        RuntimeBackgroundTask();
+    }
+    started_ = true;
+}
+
+void App::Event_NewDocument() {
+    QuitAfter = false;
+}
+
+void App::Event_Close() {
+    if (started_)
+        Preferences->Save();
+}
+
+void App::Event_OpenDocument(const Ref<FolderItem>& item) {
+    if (started_)
+        Route(item);
+    else
+        openFiles_.push_back(item);
+}
+
+void App::Route(const Ref<FolderItem>& item) {
+    if (RuntimeStringCompare(item->Type(), FileTypes::OmbrivelPart()->Name) == 0)
+        DecodeFile(item);
+    else
+        EncodeFile(item);
+}
+
+void App::DecodeFile(const Ref<FolderItem>& file) {
+    StartGlue(file, InUse);
+}
+
+void App::EncodeFile(const Ref<FolderItem>& file) {
+    StartCut(file);
+}
+
+void App::Error(const std::string& text) {
+    const auto dialog = New<MessageDialog>();
+    Beep();
+    dialog->Title = "Ombrivel";
+    dialog->Icon = kErrorIcon;
+    dialog->ActionButton->Caption = Multilingual::GetString("ButtonOK");
+    dialog->Message = Multilingual::GetString("AppErrorMessage");
+    dialog->Explanation = text;
+    dialog->ShowModal();
+}
+
+void App::RemoveInUse(const Ref<FolderItem>& item) {
+    for (std::size_t i = InUse.size(); i-- > 0;) {
+        if (RuntimeStringCompare(InUse[i]->AbsolutePath(), item->AbsolutePath()) == 0) {
+            InUse.erase(InUse.begin() + static_cast<std::ptrdiff_t>(i));
+            return;
+        }
+    }
+}

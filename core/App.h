@@ -1,0 +1,47 @@
+#pragma once
+
+#include "framework/app/Application.h"
+
+#include <string>
+#include <vector>
+
+class FolderItem;
+class claPreferences;
+
+// The application object: takes the files that enter, sends each to a cut or a glue, and holds what the whole run shares.
+// Main thread.
+class App : public Application {
+public:
+    // Makes the one instance.
+    static Ref<App> NewAppInstance();
+    static Ref<App> Instance();
+
+    // The program may quit by itself once the last operation has closed. True until the program is asked to come up
+    // without a file.
+    bool QuitAfter = true;
+    Ref<claPreferences> Preferences; // nil until Event_Open
+    // One entry per running glue: the child of its folder that bears the bare base name.
+    std::vector<Ref<FolderItem>> InUse;
+
+    void Event_Open() override;
+    void Event_NewDocument() override;
+    void Event_Close() override;
+    void Event_OpenDocument(const Ref<FolderItem>& item) override;
+
+    // The one way into a glue and into a cut. See StartGlue and StartCut.
+    virtual void DecodeFile(const Ref<FolderItem>& file);
+    virtual void EncodeFile(const Ref<FolderItem>& file);
+
+    // Shows an error dialog with that explanation.
+    virtual void Error(const std::string& text);
+
+    // Frees a series for the next glue. An item that is not in use changes nothing.
+    virtual void RemoveInUse(const Ref<FolderItem>& item);
+
+    // A part of a series goes to the glue, everything else to the cut.
+    void Route(const Ref<FolderItem>& item);
+
+private:
+    std::vector<Ref<FolderItem>> openFiles_; // handed over before the start was finished
+    bool started_ = false;
+};

@@ -1,0 +1,13 @@
+#include "core/Startup.h"
+
+#include "core/App.h"
+#include "engine/FileTypes.h"
+
+ProgramIdentity OmbrivelIdentity() {
+    return {"Ombrivel", "example.halvrick.Ombrivel", OMBRIVEL_LONG_VERSION, OMBRIVEL_SHORT_VERSION};
+}
+
+Ref<Application> Startup() {
+    FileTypes::Initialize();
+    return App::NewAppInstance();
+}

@@ -1,0 +1,5 @@
+#include "core/Startup.h"
+
+int main(int argumentCount, char** arguments) {
+    return RunApplication(argumentCount, arguments, OmbrivelIdentity(), Startup);
+}

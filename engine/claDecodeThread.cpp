@@ -1,0 +1,137 @@
+#include "engine/claDecodeThread.h"
+
+#include "core/App.h"
+#include "engine/PartNames.h"
+#include "engine/ProgressStep.h"
+#include "engine/claDecodeDownloadingTimer.h"
+#include "framework/files/BinaryStream.h"
+#include "framework/files/FolderItem.h"
+#include "framework/files/SpecialFolder.h"
+#include "framework/text/Number.h"
+#include "framework/text/Text.h"
+#include "framework/threads/MainThread.h"
+#include "framework/windows/ProgressBar.h"
+#include "settings/Multilingual.h"
+#include "settings/claPreferences.h"
+#include "ui/Pictures.h"
+#include "ui/claFilePerform.h"
+#include "ui/claFilePerformInfo.h"
+#include "ui/winMain.h"
+
+#include <algorithm>
+
+namespace {
+
+bool IsArchive(const std::string& name) {
+    const std::string ending = Right(name, 4);
+    return RuntimeStringCompare(ending, ".zip") == 0 || RuntimeStringCompare(ending, ".rar") == 0;
+}
+
+} // namespace
+
+void claDecodeThread::Event_RunThread() {
+    AddRow();
+    do {
+        const Ref<FolderItem> part = GetNextFile();
+        if (part.IsNil())
+            break;
+        Append(part);
+        fileDone_.push_back(part);
+    } while (!Stop);
+    StreamOut->Close();
+
+    Ref<FolderItem> fileToShow;
+    if (Stop)
+        File->MoveFileTo(SpecialFolder::Trash());
+    else
+        fileToShow = Finish();
+    RunOnMainThread([&] {
+        info_->FileToShow = fileToShow;
+        info_->Close();
+        App::Instance()->RemoveInUse(Folder->Child(FileName));
+    });
+    info_ = nullptr; // the row holds this thread in turn
+}
+
+// Whole megabytes of what the folder holds of the series, parts still being downloaded included. The sum goes through a
+// whole number at every step, so each part loses its fraction and parts below a megabyte count nothing: that is accepted,
+// the progress step copes with a maximum that is too small.
+int32_t claDecodeThread::EstimateMegabytes() const {
+    int32_t total = 0;
+    for (int32_t i = 1; i <= Folder->Count(); ++i) {
+        const Ref<FolderItem> item = Folder->Item(i);
+        if (BelongsToSeries(item->Name(), FileName))
+            total = RuntimeCvtReal64ToSInt32(double(total) +
+                                             RuntimeCvtUInt64ToReal64(item->Length()) / double(kTransferBlock));
+    }
+    return total;
+}
+
+void claDecodeThread::AddRow() {
+    const int32_t total = EstimateMegabytes();
+    info_ = OnMainThread([&] {
+        return winMain::Instance()->canPerform()->AddInfo(
+            File->Name(), total, 0, Multilingual::GetString("MainStatusPreparing"), picIconGlue(), Self(this));
+    });
+}
+
+// The next part, or nil when the series is at its end or the worker was stopped. The series ends at the first number that
+// has neither a part nor a download.
+Ref<FolderItem> claDecodeThread::GetNextFile() {
+    ++FileCount;
+    const std::string name = PartName(FileName, FileCount);
+    const Ref<FolderItem> part = Folder->Child(name);
+    if (part->Exists())
+        return part;
+    if (!IsDownloading(name))
+        return nullptr;
+    WaitForDownload(name);
+    return !Stop && part->Exists() ? part : nullptr;
+}
+
+bool claDecodeThread::IsDownloading(const std::string& name) const {
+    const std::vector<std::string> names = DownloadNames(name);
+    return std::any_of(names.begin(), names.end(),
+                       [this](const std::string& download) { return Folder->Child(download)->Exists(); });
+}
+
+// Sleeps until the part has appeared or the worker is stopped, as long as it takes. The download itself is looked at once:
+// that it vanishes does not end the wait.
+void claDecodeThread::WaitForDownload(const std::string& name) {
+    Ref<claDecodeDownloadingTimer> timer; // works for as long as this holds it
+    Suspend([&] {
+        timer = New<claDecodeDownloadingTimer>(Self(this), Folder, name);
+        info_->Status = Multilingual::GetString("MainStatusWaiting", Str(FileCount));
+        return !Stop; // a stop that came just before would find nobody asleep to wake
+    });
+}
+
+void claDecodeThread::Append(const Ref<FolderItem>& part) {
+    const Ref<BinaryStream> stream = part->OpenAsBinaryFile(false);
+    PostToMainThread([info = info_, number = FileCount] {
+        info->Status = Multilingual::GetString("MainStatusAddingPart", Str(number));
+    });
+    while (!stream->AtEOF()) {
+        StreamOut->WriteFrom(*stream, kTransferBlock);
+        ProgressStep(*info_->Bar);
+        if (Stop)
+            break;
+    }
+    stream->Close();
+}
+
+// What the preferences want of a finished glue. Gives the file to show, nil for an archive that was launched instead.
+Ref<FolderItem> claDecodeThread::Finish() {
+    const auto [moveParts, launchArchives] = OnMainThread([] {
+        const claPreferences& preferences = *App::Instance()->Preferences;
+        return std::pair(preferences.MovePartsToTrash, preferences.LaunchArchives);
+    });
+    if (moveParts) {
+        for (const Ref<FolderItem>& part : fileDone_)
+            part->MoveFileTo(SpecialFolder::Trash());
+    }
+    if (!launchArchives || !IsArchive(File->Name()))
+        return File;
+    File->Launch(true);
+    return nullptr;
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "engine/claThread.h"
+
+#include <string>
+#include <vector>
+
+class BinaryStream;
+class FolderItem;
+class claFilePerformInfo;
+
+// The worker of a glue: appends the parts of a series to the target in ascending number, waits for a part that a browser is
+// still downloading, and applies the user's preferences for parts and archives at the end. A stop moves the unfinished
+// target to the Trash and leaves the parts alone.
+class claDecodeThread : public claThread {
+public:
+    // Filled in by who starts the thread.
+    Ref<BinaryStream> StreamOut; // the target, open for writing
+    std::string FileName;        // base name of the parts
+    int32_t FileCount = 0;       // number of the part last looked for; starts one below the first
+    Ref<FolderItem> Folder;      // of the parts and of the target
+    Ref<FolderItem> File;        // the target
+
+protected:
+    void Event_RunThread() override;
+
+private:
+    int32_t EstimateMegabytes() const;
+    void AddRow();
+    Ref<FolderItem> GetNextFile();
+    bool IsDownloading(const std::string& name) const;
+    void WaitForDownload(const std::string& name);
+    void Append(const Ref<FolderItem>& part);
+    Ref<FolderItem> Finish();
+
+    std::vector<Ref<FolderItem>> fileDone_; // parts consumed so far
+    Ref<claFilePerformInfo> info_;          // the row
+};

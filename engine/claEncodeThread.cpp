@@ -1,0 +1,83 @@
+#include "engine/claEncodeThread.h"
+
+#include "engine/FileTypes.h"
+#include "engine/PartNames.h"
+#include "engine/ProgressStep.h"
+#include "framework/files/BinaryStream.h"
+#include "framework/files/FolderItem.h"
+#include "framework/files/SpecialFolder.h"
+#include "framework/text/Number.h"
+#include "framework/threads/MainThread.h"
+#include "framework/windows/ProgressBar.h"
+#include "settings/Multilingual.h"
+#include "ui/Pictures.h"
+#include "ui/claFilePerform.h"
+#include "ui/claFilePerformInfo.h"
+#include "ui/winMain.h"
+
+void claEncodeThread::Event_RunThread() {
+    const Ref<claFilePerformInfo> info = AddRow();
+    Ref<BinaryStream> part;
+    int32_t counter = 0;
+    do {
+        if (StreamIn->AtEOF())
+            break;
+        ++counter;
+        part = CreatePart(counter);
+        PostToMainThread(
+            [info, counter] { info->Status = Multilingual::GetString("MainStatusCreatingPart", Str(counter)); });
+        FillPart(*part, *info);
+        part->Close();
+        fileDone_.push_back(Part(counter));
+    } while (!Stop);
+
+    // Once more, on every path: for an empty source, which has no part, this ends the thread and leaves the row as it is.
+    part->Close();
+
+    const bool stopped = Stop;
+    if (stopped) {
+        for (const Ref<FolderItem>& file : fileDone_)
+            file->MoveFileTo(SpecialFolder::Trash());
+    }
+    RunOnMainThread([&] {
+        if (!stopped)
+            info->FileToShow = fileDone_.at(0);
+        info->Close();
+    });
+}
+
+// The row bears the source's name, never the base.
+Ref<claFilePerformInfo> claEncodeThread::AddRow() {
+    const int32_t maximum = RuntimeCvtReal64ToSInt32(RuntimeCvtUInt64ToReal64(File->Length()) / double(kTransferBlock));
+    return OnMainThread([&] {
+        return winMain::Instance()->canPerform()->AddInfo(
+            File->Name(), maximum, 0, Multilingual::GetString("MainStatusPreparing"), picIconCut(), Self(this));
+    });
+}
+
+Ref<FolderItem> claEncodeThread::Part(int32_t number) const {
+    return Folder->Child(PartName(FileName, number));
+}
+
+// The name is free: that was made sure of before the thread started.
+Ref<BinaryStream> claEncodeThread::CreatePart(int32_t number) {
+    return Part(number)->CreateBinaryFile(FileTypes::OmbrivelPart()->Operator_Convert());
+}
+
+// Counts down the size alone and never looks at the end of the source: in the last part it goes on moving nothing, one
+// progress step per block, until the size is used up. That is meant.
+void claEncodeThread::FillPart(BinaryStream& part, claFilePerformInfo& info) {
+    int32_t remaining = PartSize;
+    while (remaining != 0) {
+        if (remaining >= kTransferBlock) {
+            part.WriteFrom(*StreamIn, kTransferBlock);
+            remaining -= kTransferBlock;
+        } else {
+            part.WriteFrom(*StreamIn, remaining);
+            remaining = 0;
+        }
+        ProgressStep(*info.Bar);
+        if (Stop)
+            return;
+    }
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "framework/threads/Thread.h"
+
+#include <atomic>
+#include <cstdint>
+
+// How much a worker moves between two looks at its Stop flag, and the unit of its bar: one mebibyte.
+inline constexpr int32_t kTransferBlock = 1048576;
+
+// What the operation list knows of a worker: something that can be told to stop.
+class claThread : public Thread {
+public:
+    // A request, never a kill: the worker sees it at its next block at the latest. Set from the main thread, never set
+    // back.
+    std::atomic<bool> Stop{false};
+
+protected:
+    void Event_Run() final { Event_RunThread(); }
+
+    // The worker's body. Its loops need no yield: the system's scheduler shares out the time.
+    virtual void Event_RunThread() {}
+};

@@ -1,0 +1,139 @@
+#include "framework/app/Application.h"
+
+#include "framework/app/EndSignals.h"
+#include "framework/app/OpenEvents.h"
+#include "framework/app/RunningApplication.h"
+#include "framework/app/SessionBus.h"
+#include "framework/base/EventEdge.h"
+#include "framework/files/FolderItem.h"
+#include "framework/files/ProgramFile.h"
+#include "framework/threads/MainThreadQueue.h"
+#include "framework/windows/NativeGraphics.h"
+#include "framework/windows/Window.h"
+
+#include <QApplication>
+#include <QSocketNotifier>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+Ref<Application> application;
+ProgramIdentity program;
+bool quitting = false;
+
+[[noreturn]] void EndProcess(int exitCode) {
+    std::fflush(nullptr);
+    std::_Exit(exitCode); // workers may be anywhere: nothing is taken down around them
+}
+
+[[noreturn]] void SaveAndEnd(int exitCode) {
+    EventEdge::Run("quit", [] {
+        if (!application.IsNil())
+            application->Event_Close();
+    });
+    EndProcess(exitCode);
+}
+
+void DescribeToToolkit() {
+    QApplication::setApplicationName(QString::fromStdString(program.Name));
+    QApplication::setApplicationDisplayName(QString::fromStdString(program.Name));
+    QApplication::setApplicationVersion(QString::fromStdString(program.LongVersion));
+    QApplication::setDesktopFileName(QString::fromStdString(program.Id));
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+void ListenToQueue() {
+    MainThreadQueue& queue = MainThreadQueue::Instance();
+    auto* const notifier = new QSocketNotifier(queue.Doorbell(), QSocketNotifier::Read, QApplication::instance());
+    QObject::connect(notifier, &QSocketNotifier::activated, notifier, [&queue] { queue.Serve(); });
+}
+
+// The files named on the command line. What is not there is told and left out: the desktop would not hand it over.
+std::vector<std::string> FilesToOpen(int count, char** words) {
+    std::vector<std::string> paths;
+    for (int i = 1; i < count; ++i) {
+        const auto item = New<FolderItem>(words[i]);
+        if (item->Exists())
+            paths.push_back(item->AbsolutePath());
+        else
+            std::fprintf(stderr, "ombrivel: %s: no such file\n", words[i]);
+    }
+    return paths;
+}
+
+// Files come in before Event_Open, which serves them when the windows are there; a start without a file is told after it.
+void Begin(const std::vector<std::string>& paths, const std::function<Ref<Application>()>& startup) {
+    const bool begun = EventEdge::Run("start", [&] {
+        application = startup();
+        for (const std::string& path : paths)
+            application->Event_OpenDocument(New<FolderItem>(path));
+        application->Event_Open();
+    });
+    if (!begun) {
+        std::fprintf(stderr, "ombrivel: the program could not start\n");
+        EndProcess(1);
+    }
+    if (paths.empty())
+        OpenEvents::Instance().NewDocument();
+    OpenEvents::Instance().Deliver();
+}
+
+} // namespace
+
+Ref<Application> RunningApplication() {
+    return application;
+}
+
+Ref<FolderItem> Application::ExecutableFile() {
+    return New<FolderItem>(ProgramFilePath());
+}
+
+std::string Application::LongVersion() {
+    return program.LongVersion;
+}
+
+std::string Application::ShortVersion() {
+    return program.ShortVersion;
+}
+
+void Application::SetIcon(const Ref<Picture>& icon) {
+    if (!icon.IsNil())
+        QApplication::setWindowIcon(icon->ForFramework().Icon());
+}
+
+int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
+                   const std::function<Ref<Application>()>& startup) {
+    program = identity;
+    const QApplication toolkit(argumentCount, arguments); // takes its own options out
+    DescribeToToolkit();
+    const std::vector<std::string> paths = FilesToOpen(argumentCount, arguments);
+    if (HandOver(identity.Id, paths))
+        return 0;
+    ListenToEndSignals([] { SaveAndEnd(0); });
+    ListenToQueue();
+    Begin(paths, startup);
+    QApplication::exec();
+    SaveAndEnd(0);
+}
+
+void Quit(int exitCode) {
+    const std::vector<Ref<Window>> windows = Window::All();
+    const auto asking = [](const Ref<Window>& window) { return window->IsAsking(); };
+    if (quitting || std::any_of(windows.begin(), windows.end(), asking))
+        return;
+    quitting = true;
+    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+        if (!(*window)->Closed() && (*window)->RefusesClose(true)) {
+            quitting = false;
+            return;
+        }
+    }
+    for (auto window = windows.rbegin(); window != windows.rend(); ++window)
+        (*window)->FinishClose();
+    SaveAndEnd(exitCode);
+}

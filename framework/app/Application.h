@@ -1,0 +1,49 @@
+#pragma once
+
+#include "framework/base/Ref.h"
+
+#include <functional>
+#include <string>
+
+class FolderItem;
+class Picture;
+
+// What the desktop and the framework need to know of a program.
+struct ProgramIdentity {
+    std::string Name;         // as users read it
+    std::string Id;           // reverse domain name: its name on the session bus and of its launcher
+    std::string LongVersion;
+    std::string ShortVersion;
+};
+
+// Base of the one application object. All events come on the main thread.
+class Application : public Object {
+public:
+    static Ref<FolderItem> ExecutableFile();
+    static std::string LongVersion();
+    static std::string ShortVersion();
+    // The icon of all windows.
+    static void SetIcon(const Ref<Picture>& icon);
+
+    // The program has been set up and may begin. An exception that leaves this event ends the process with code 1.
+    virtual void Event_Open() {}
+    // The program was started without a file, or asked to come forward.
+    virtual void Event_NewDocument() {}
+    // A file was handed over: named at the start, or by a second start of the program. At the start these come before
+    // Event_Open; later ones wait while a modal dialog runs.
+    virtual void Event_OpenDocument(const Ref<FolderItem>&) {}
+    // The process is about to end.
+    virtual void Event_Close() {}
+    virtual void Event_EnableMenuItems() {}
+};
+
+// The life of a process: connects to the desktop, calls `startup`, which makes the application object, then serves
+// events until Quit. The arguments are files to open; with another instance running they are handed to it instead.
+// Returns the exit code only if the program could not run at all.
+int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
+                   const std::function<Ref<Application>()>& startup);
+
+// Ends the program: asks every window, which may refuse; then the windows' and the application's Close events run, and
+// the process ends at once. Workers are not waited for, and no program code runs after a Quit that was not refused.
+// While a window is still asking about a close, a further Quit does nothing. Main thread.
+void Quit(int exitCode);

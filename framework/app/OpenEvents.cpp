@@ -1,0 +1,43 @@
+#include "framework/app/OpenEvents.h"
+
+#include "framework/app/RunningApplication.h"
+#include "framework/base/EventEdge.h"
+#include "framework/threads/MainThread.h"
+#include "framework/windows/Native.h"
+
+OpenEvents& OpenEvents::Instance() {
+    static OpenEvents events;
+    return events;
+}
+
+void OpenEvents::OpenDocument(const Ref<FolderItem>& item) {
+    waiting_.emplace_back([item](Application& application) { application.Event_OpenDocument(item); });
+    Deliver();
+}
+
+void OpenEvents::NewDocument() {
+    waiting_.emplace_back([](Application& application) { application.Event_NewDocument(); });
+    Deliver();
+}
+
+void OpenEvents::Deliver() {
+    const Ref<Application> application = RunningApplication();
+    while (!application.IsNil() && modalRuns_ == 0 && !waiting_.empty()) {
+        const auto event = std::move(waiting_.front());
+        waiting_.pop_front();
+        EventEdge::Run("open event", [&] { event(*application); });
+    }
+}
+
+void OpenEvents::ModalRunEnded() {
+    if (--modalRuns_ == 0 && !waiting_.empty())
+        PostToMainThread([this] { Deliver(); });
+}
+
+ModalRun::ModalRun() {
+    OpenEvents::Instance().ModalRunBegan();
+}
+
+ModalRun::~ModalRun() {
+    OpenEvents::Instance().ModalRunEnded();
+}

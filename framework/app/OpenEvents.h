@@ -1,0 +1,29 @@
+#pragma once
+
+#include "framework/base/Ref.h"
+
+#include <deque>
+#include <functional>
+
+class Application;
+class FolderItem;
+
+// Hands open and new-document events to the application, one at a time and in order. They wait while a modal dialog runs:
+// a second dialog on top of the first would ask about a file that the user has not seen coming. Main thread.
+class OpenEvents {
+public:
+    static OpenEvents& Instance();
+
+    void OpenDocument(const Ref<FolderItem>& item);
+    void NewDocument();
+
+    // Delivers what waits, unless a modal dialog runs or the application is not there yet.
+    void Deliver();
+
+    void ModalRunBegan() { ++modalRuns_; }
+    void ModalRunEnded();
+
+private:
+    std::deque<std::function<void(Application&)>> waiting_;
+    int modalRuns_ = 0;
+};

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "framework/app/Application.h"
+
+// The application object of this process, nil before it is made. Main thread.
+Ref<Application> RunningApplication();

@@ -1,0 +1,102 @@
+#include "framework/app/SessionBus.h"
+
+#include "framework/app/OpenEvents.h"
+#include "framework/files/FileUri.h"
+#include "framework/files/FolderItem.h"
+#include "framework/windows/Window.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QVariantMap>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr int kAnswerMilliseconds = 5000;
+const QString kInterface = QStringLiteral("org.freedesktop.Application");
+
+// "example.vendor.Program" lives at "/example/vendor/Program".
+QString ObjectPath(const QString& programId) {
+    return QLatin1Char('/') + QString(programId).replace(QLatin1Char('.'), QLatin1Char('/'));
+}
+
+void BringProgramToFront() {
+    const auto windows = Window::All();
+    for (const Ref<Window>& window : windows)
+        window->BringToFront();
+}
+
+class ApplicationService : public QDBusVirtualObject {
+public:
+    QString introspect(const QString&) const override {
+        return QStringLiteral("<interface name=\"org.freedesktop.Application\">"
+                              "<method name=\"Activate\"><arg type=\"a{sv}\" direction=\"in\"/></method>"
+                              "<method name=\"Open\"><arg type=\"as\" direction=\"in\"/>"
+                              "<arg type=\"a{sv}\" direction=\"in\"/></method>"
+                              "<method name=\"ActivateAction\"><arg type=\"s\" direction=\"in\"/>"
+                              "<arg type=\"av\" direction=\"in\"/><arg type=\"a{sv}\" direction=\"in\"/></method>"
+                              "</interface>");
+    }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        if (message.interface() != kInterface)
+            return false;
+        // The caller gets its answer first: opening a file may take a dialog.
+        if (message.isReplyRequired())
+            bus.send(message.createReply());
+        if (message.member() == QLatin1String("Activate")) {
+            BringProgramToFront();
+            OpenEvents::Instance().NewDocument();
+        } else if (message.member() == QLatin1String("Open") && !message.arguments().isEmpty()) {
+            BringProgramToFront();
+            for (const QString& address : message.arguments().constFirst().toStringList())
+                OpenAddress(address.toStdString());
+        }
+        return true;
+    }
+
+private:
+    static void OpenAddress(const std::string& address) {
+        const std::string path = PathFromFileUri(address);
+        if (!path.empty())
+            OpenEvents::Instance().OpenDocument(New<FolderItem>(path));
+    }
+};
+
+// Asking for a bus that nobody started would start one.
+bool BusIsThere() {
+    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
+           access((qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus")).toLocal8Bit().constData(), F_OK) == 0;
+}
+
+QDBusMessage Request(const QString& programId, const std::vector<std::string>& paths) {
+    const bool activate = paths.empty();
+    auto message = QDBusMessage::createMethodCall(programId, ObjectPath(programId), kInterface,
+                                                  activate ? QStringLiteral("Activate") : QStringLiteral("Open"));
+    if (!activate) {
+        QStringList addresses;
+        for (const std::string& path : paths)
+            addresses << QString::fromStdString(FileUriFromPath(path));
+        message << addresses;
+    }
+    message << QVariantMap();
+    return message;
+}
+
+} // namespace
+
+bool HandOver(const std::string& programId, const std::vector<std::string>& paths) {
+    if (!BusIsThere())
+        return false;
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return false;
+    const QString id = QString::fromStdString(programId);
+    static ApplicationService service;
+    bus.registerVirtualObject(ObjectPath(id), &service);
+    if (bus.registerService(id))
+        return false;
+    return bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds).type() == QDBusMessage::ReplyMessage;
+}

@@ -1,0 +1,44 @@
+#include "framework/base/EventEdge.h"
+
+#include "framework/base/Ref.h"
+#include "framework/threads/Yield.h"
+
+#include <cstdio>
+#include <exception>
+#include <mutex>
+#include <set>
+#include <string>
+
+namespace {
+
+// An event that fails again and again (a paint, say) is told once.
+bool IsFirstReport(const std::string& line) {
+    static std::mutex mutex;
+    static std::set<std::string> told;
+    const std::lock_guard lock(mutex);
+    return told.insert(line).second;
+}
+
+} // namespace
+
+void EventEdge::Begin() {
+    EventsAreServed();
+}
+
+void EventEdge::Report(std::string_view where) noexcept {
+    try {
+        std::string reason = "unknown failure";
+        try {
+            throw;
+        } catch (const NilObjectException&) {
+            reason = "nil object";
+        } catch (const std::exception& failure) {
+            reason = failure.what();
+        }
+        const std::string line = "ombrivel: " + std::string(where) + ": " + reason + "\n";
+        if (IsFirstReport(line))
+            std::fputs(line.c_str(), stderr);
+    } catch (...) {
+        std::fputs("ombrivel: out of memory\n", stderr);
+    }
+}

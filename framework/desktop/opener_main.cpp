@@ -1,0 +1,72 @@
+// The helper behind RunOpener: a process of its own, so that it outlives the program that asked.
+
+#include <gio/gio.h>
+#include <unistd.h>
+
+#include <string_view>
+
+namespace {
+
+// A file manager that has to be started first may take its time.
+constexpr int kAnswerMilliseconds = 20000;
+
+bool OpenAddress(const char* address) {
+    return g_app_info_launch_default_for_uri(address, nullptr, nullptr) != 0;
+}
+
+bool OpenFile(GFile* file) {
+    char* address = g_file_get_uri(file);
+    const bool opened = OpenAddress(address);
+    g_free(address);
+    return opened;
+}
+
+bool AskFileManager(GFile* file) {
+    GDBusConnection* bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    if (bus == nullptr)
+        return false;
+    char* address = g_file_get_uri(file);
+    const char* addresses[] = {address, nullptr};
+    GVariant* answer = g_dbus_connection_call_sync(
+        bus, "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1", "org.freedesktop.FileManager1",
+        "ShowItems", g_variant_new("(^ass)", addresses, ""), nullptr, G_DBUS_CALL_FLAGS_NONE, kAnswerMilliseconds,
+        nullptr, nullptr);
+    g_free(address);
+    const bool answered = answer != nullptr;
+    if (answered)
+        g_variant_unref(answer);
+    g_object_unref(bus);
+    return answered;
+}
+
+bool Reveal(GFile* file) {
+    if (AskFileManager(file))
+        return true;
+    GFile* folder = g_file_get_parent(file);
+    const bool opened = folder != nullptr && OpenFile(folder);
+    g_clear_object(&folder);
+    return opened;
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    if (count < 3)
+        return 2;
+    if (fork() != 0)
+        _exit(0); // the caller goes on at once
+    setsid();
+
+    const std::string_view verb = words[1];
+    bool done = true;
+    for (int i = 2; i < count; ++i) {
+        if (verb == "url") {
+            done = OpenAddress(words[i]) && done;
+            continue;
+        }
+        GFile* file = g_file_new_for_path(words[i]);
+        done = (verb == "reveal" ? Reveal(file) : OpenFile(file)) && done;
+        g_object_unref(file);
+    }
+    return done ? 0 : 1;
+}

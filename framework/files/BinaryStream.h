@@ -1,0 +1,50 @@
+#pragma once
+
+#include "framework/base/Ref.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// An open file, read or written from its beginning to its end. Used by one thread at a time; closes itself when the last
+// reference goes. Failures are not reported: what can't be read counts as the end of the file, what can't be written is
+// missing from it.
+class BinaryStream : public Object {
+public:
+    // Takes over an open descriptor of a plain file.
+    explicit BinaryStream(int descriptor) : descriptor_(descriptor) {}
+    ~BinaryStream() override { Close(); }
+
+    // Up to `count` bytes, fewer before the end, none behind it or for a count below 1.
+    std::string Read(int32_t count);
+    // Writes all bytes at the current position.
+    void Write(std::string_view data);
+
+    // Moves up to `count` bytes of `source` here: what Write(source.Read(count)) does, but without holding the block in
+    // memory, and without copying it at all where the file system can share blocks between files. A write that fails
+    // leaves the source advanced by the block all the same.
+    void WriteFrom(BinaryStream& source, int32_t count);
+
+    // True when all bytes have been read; for an empty file at once. (Plain EOF is a macro of the C library.)
+    bool AtEOF();
+    // A second call is harmless. A closed stream is at its end and swallows what is written.
+    void Close();
+
+    std::string ReadPString();                    // one length byte, then that many bytes
+    void WritePString(std::string_view text);     // cut at 255 bytes
+    bool ReadBoolean();                           // one byte; false behind the end
+    void WriteBoolean(bool value);
+
+private:
+    int64_t Remaining();
+    int64_t ShareFrom(BinaryStream& source, int64_t count);
+    void CopyFrom(BinaryStream& source, int64_t count);
+    int64_t ReadInto(char* buffer, int64_t count);
+    bool WriteAll(const char* data, int64_t count);
+    void SkipTo(int64_t position);
+
+    int descriptor_;
+    int64_t position_ = 0;    // bytes read or written so far
+    bool ended_ = false;      // a read failed or came back empty
+    bool canShare_ = true;    // cleared once the system declines to move data between files itself
+};

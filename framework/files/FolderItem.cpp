@@ -1,0 +1,218 @@
+#include "framework/files/FolderItem.h"
+
+#include "framework/desktop/Opener.h"
+#include "framework/files/BinaryStream.h"
+#include "framework/files/FileType.h"
+#include "framework/files/SpecialFolder.h"
+#include "framework/files/TextInputStream.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <gio/gio.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <filesystem>
+
+namespace {
+
+constexpr const char* kTypeAttribute = "user.ombrivel.type";
+constexpr const char* kCreatorAttribute = "user.ombrivel.creator";
+constexpr std::size_t kCodeSize = 4;
+
+// Absolute, without "." and "..", and without following a link in the last component: a link is an entry of its own.
+std::string CleanPath(const std::string& path) {
+    if (path.empty())
+        return {};
+    std::error_code failure;
+    std::filesystem::path whole = std::filesystem::absolute(path, failure);
+    if (path.find("..") != std::string::npos) {
+        const auto folder = std::filesystem::weakly_canonical(whole.parent_path(), failure);
+        whole = (failure ? whole.parent_path() : folder) / whole.filename();
+    }
+    std::string clean = whole.lexically_normal().string();
+    while (clean.size() > 1 && clean.back() == '/')
+        clean.pop_back();
+    return clean;
+}
+
+bool IsEntryName(const std::string& name) {
+    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos &&
+           name.find('\0') == std::string::npos;
+}
+
+std::string ReadCode(const std::string& path, const char* attribute) {
+    std::array<char, kCodeSize> code{};
+    const ssize_t size = getxattr(path.c_str(), attribute, code.data(), code.size());
+    return size == ssize_t(kCodeSize) ? std::string(code.data(), code.size()) : kNoFileCode;
+}
+
+bool StandsForNone(const std::string& code) {
+    return code.empty() || code == kNoFileCode || code == "    ";
+}
+
+void WriteCode(const std::string& path, const char* attribute, const std::string& code) {
+    if (StandsForNone(code))
+        removexattr(path.c_str(), attribute);
+    else
+        setxattr(path.c_str(), attribute, code.data(), code.size(), 0);
+}
+
+void WriteCode(int descriptor, const char* attribute, const std::string& code, bool isNew) {
+    if (!StandsForNone(code))
+        fsetxattr(descriptor, attribute, code.data(), code.size(), 0);
+    else if (!isNew)
+        fremovexattr(descriptor, attribute);
+}
+
+// Opens plain files only: a pipe or a device could make the caller wait for ever.
+int OpenPlain(const std::string& path, int flags) {
+    if (path.empty())
+        return -1;
+    const int descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666);
+    struct stat status = {};
+    if (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
+        close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
+} // namespace
+
+FolderItem::FolderItem(const std::string& path) : path_(CleanPath(path)) {}
+
+Ref<FolderItem> FolderItem::Child(const std::string& name) const {
+    auto child = New<FolderItem>("");
+    if (!path_.empty() && IsEntryName(name))
+        child->path_ = (path_ == "/" ? path_ : path_ + "/") + name;
+    return child;
+}
+
+const std::vector<std::string>& FolderItem::Listing() const {
+    std::call_once(listed_, [this] {
+        listing_ = std::make_unique<std::vector<std::string>>();
+        DIR* folder = path_.empty() ? nullptr : opendir(path_.c_str());
+        if (folder == nullptr)
+            return;
+        while (const dirent* entry = readdir(folder)) {
+            std::string name = entry->d_name;
+            if (IsEntryName(name))
+                listing_->push_back(std::move(name));
+        }
+        closedir(folder);
+    });
+    return *listing_;
+}
+
+int32_t FolderItem::Count() const {
+    return static_cast<int32_t>(Listing().size());
+}
+
+Ref<FolderItem> FolderItem::Item(int32_t index) const {
+    return Child(Listing().at(static_cast<std::size_t>(index) - 1));
+}
+
+std::string FolderItem::Name() const {
+    return path_.substr(path_.rfind('/') + 1);
+}
+
+Ref<FolderItem> FolderItem::Parent() const {
+    const std::size_t slash = path_.rfind('/');
+    if (slash == std::string::npos || path_ == "/")
+        return nullptr;
+    auto parent = New<FolderItem>("");
+    parent->path_ = slash == 0 ? "/" : path_.substr(0, slash);
+    return parent;
+}
+
+bool FolderItem::Exists() const {
+    struct stat status = {};
+    return !path_.empty() && lstat(path_.c_str(), &status) == 0;
+}
+
+bool FolderItem::Directory() const {
+    struct stat status = {};
+    return !path_.empty() && stat(path_.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+uint64_t FolderItem::Length() const {
+    struct stat status = {};
+    if (path_.empty() || stat(path_.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+        return 0;
+    return static_cast<uint64_t>(status.st_size);
+}
+
+std::string FolderItem::Type() const {
+    if (Directory())
+        return {};
+    Ref<FileType> type = FileType::WithCode(MacType());
+    if (type.IsNil())
+        type = FileType::WithExtensionOf(Name());
+    return type.IsNil() ? std::string() : type->Name;
+}
+
+std::string FolderItem::MacType() const {
+    return ReadCode(path_, kTypeAttribute);
+}
+
+std::string FolderItem::MacCreator() const {
+    return ReadCode(path_, kCreatorAttribute);
+}
+
+void FolderItem::SetMacType(const std::string& code) const {
+    WriteCode(path_, kTypeAttribute, code);
+}
+
+void FolderItem::SetMacCreator(const std::string& code) const {
+    WriteCode(path_, kCreatorAttribute, code);
+}
+
+Ref<BinaryStream> FolderItem::OpenAsBinaryFile(bool forWriting) const {
+    const int descriptor = OpenPlain(path_, forWriting ? O_RDWR : O_RDONLY);
+    return descriptor < 0 ? nullptr : New<BinaryStream>(descriptor);
+}
+
+Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& fileTypeName) const {
+    int descriptor = OpenPlain(path_, O_WRONLY | O_CREAT | O_EXCL);
+    const bool isNew = descriptor >= 0;
+    if (!isNew && errno == EEXIST)
+        descriptor = OpenPlain(path_, O_WRONLY | O_CREAT | O_TRUNC);
+    if (descriptor < 0)
+        return nullptr;
+    const Ref<FileType> type = FileType::Named(fileTypeName);
+    WriteCode(descriptor, kTypeAttribute, type.IsNil() ? kNoFileCode : type->MacType, isNew);
+    WriteCode(descriptor, kCreatorAttribute, type.IsNil() ? kNoFileCode : type->MacCreator, isNew);
+    return New<BinaryStream>(descriptor);
+}
+
+Ref<TextInputStream> FolderItem::OpenAsTextFile() const {
+    const int descriptor = OpenPlain(path_, O_RDONLY);
+    return descriptor < 0 ? nullptr : New<TextInputStream>(descriptor);
+}
+
+void FolderItem::Delete() const {
+    if (!path_.empty())
+        std::remove(path_.c_str());
+}
+
+void FolderItem::MoveFileTo(const Ref<FolderItem>& destination) const {
+    if (path_.empty())
+        return;
+    if (destination == SpecialFolder::Trash()) {
+        GFile* file = g_file_new_for_path(path_.c_str());
+        g_file_trash(file, nullptr, nullptr);
+        g_object_unref(file);
+        return;
+    }
+    const std::string target = destination->Child(Name())->path_;
+    renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE);
+}
+
+void FolderItem::Launch(bool) const {
+    if (!path_.empty())
+        RunOpener("open", {path_});
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "framework/base/Ref.h"
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+class BinaryStream;
+class Picture;
+class Sound;
+class TextInputStream;
+
+// A handle on a path that need not exist. Names and paths are the bytes that the system gave, valid UTF-8 or not.
+// Apart from the listing behind Count and Item, a handle holds no state: each call asks the file system anew. Safe on
+// every thread. Failures surface as nil, false, 0 or an empty text.
+class FolderItem : public Object {
+public:
+    // `path` is made absolute against the working folder; an empty one is a handle on nothing.
+    explicit FolderItem(const std::string& path);
+
+    // The entry of that name inside this folder, existing or not. A name that is empty, is "." or "..", or holds a "/"
+    // or a zero byte gives an item that does not exist and can't be made: no path leaves its folder.
+    Ref<FolderItem> Child(const std::string& name) const;
+
+    // The folder's entries, 1 to Count(). The folder is read once per handle, at the first use of either.
+    int32_t Count() const;
+    Ref<FolderItem> Item(int32_t index) const;
+
+    std::string Name() const;
+    Ref<FolderItem> Parent() const; // nil at the root
+    const std::string& AbsolutePath() const { return path_; }
+
+    bool Exists() const;      // a link that leads nowhere is there too
+    bool Directory() const;
+    uint64_t Length() const;  // bytes; 0 for what is not a file
+
+    // Name of the registered FileType whose code the file carries, else of the one that has its extension, else empty.
+    // A folder has none.
+    std::string Type() const;
+    std::string MacType() const;    // four characters, "????" where none is set
+    std::string MacCreator() const;
+    void SetMacType(const std::string& code) const; // "????" or four blanks take the code away
+    void SetMacCreator(const std::string& code) const;
+
+    // Opens a plain file's data, for reading or for reading and writing; nil when that fails.
+    Ref<BinaryStream> OpenAsBinaryFile(bool forWriting) const;
+    // Makes a new empty file, in place of one that is there, with the codes of the registered type of that name, and
+    // opens it for writing; nil when that fails.
+    Ref<BinaryStream> CreateBinaryFile(const std::string& fileTypeName) const;
+    Ref<TextInputStream> OpenAsTextFile() const;
+    Ref<Picture> OpenAsPicture() const; // main thread
+    Ref<Sound> OpenAsSound() const;     // main thread
+
+    void Delete() const;
+    // Moves the entry into a folder under its own name, never over another entry. SpecialFolder::Trash() is the desktop's
+    // trash, which numbers the names that are taken. What can't be moved stays where it is.
+    void MoveFileTo(const Ref<FolderItem>& destination) const;
+    // Opens the entry with the application that the desktop has for it. Returns at once.
+    void Launch(bool activate) const;
+
+private:
+    const std::vector<std::string>& Listing() const;
+
+    std::string path_; // empty: a handle on nothing
+    mutable std::once_flag listed_;
+    mutable std::unique_ptr<std::vector<std::string>> listing_;
+};

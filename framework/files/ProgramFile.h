@@ -1,0 +1,7 @@
+#pragma once
+
+#include <string>
+
+// Absolute path of the running program's file, and of a file that stands at `relative` to its folder.
+std::string ProgramFilePath();
+std::string PathBesideProgram(const std::string& relative);

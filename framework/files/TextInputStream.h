@@ -1,0 +1,26 @@
+#pragma once
+
+#include "framework/base/Ref.h"
+
+#include <cstdio>
+#include <string>
+
+// A text file read line by line, from its beginning. Used by one thread at a time; closes itself when the last
+// reference goes.
+class TextInputStream : public Object {
+public:
+    // Takes over an open descriptor.
+    explicit TextInputStream(int descriptor);
+    ~TextInputStream() override { Close(); }
+
+    // The next line without its end: a carriage return, a line feed, or the pair. Bytes that are not valid UTF-8 are
+    // kept as they are.
+    std::string ReadLine();
+    bool AtEOF();
+    void Close();
+
+private:
+    int Next();
+
+    std::FILE* file_;
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// One character of a byte string that is meant to be UTF-8.
+struct Utf8Char {
+    char32_t code;    // the code point; for a stray byte, 0x110000 + the byte, so that it equals nothing else
+    std::size_t size; // bytes taken, at least 1
+    bool IsStrayByte() const { return code >= 0x110000; }
+};
+
+// Reads the character at byte `at`, which must lie inside `text`. Overlong forms, surrogates and cut-off sequences are
+// stray bytes.
+Utf8Char Utf8At(std::string_view text, std::size_t at);
+
+// Appends a code point; one that Unicode does not have becomes U+FFFD.
+void AppendUtf8(std::string& text, char32_t code);

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "framework/base/Ref.h"
+
+#include <cstdint>
+#include <memory>
+
+// Fires on the main thread while any reference holds it. Mode and Period are set on the main thread; the last reference
+// may go on any thread.
+class Timer : public Object {
+public:
+    Timer();
+    ~Timer() override;
+
+    int32_t Mode() const;
+    void SetMode(int32_t mode); // 0 off, 2 fires again and again
+    int32_t Period() const;
+    void SetPeriod(int32_t milliseconds);
+
+protected:
+    virtual void Event_Action() = 0;
+
+private:
+    struct Clock;
+    std::unique_ptr<Clock> clock_;
+};

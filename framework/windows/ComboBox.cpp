@@ -1,0 +1,133 @@
+#include "framework/windows/ComboBox.h"
+
+#include "framework/base/EventEdge.h"
+#include "framework/text/Text.h"
+#include "framework/windows/Native.h"
+
+#include <QComboBox>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QKeySequence>
+#include <QLineEdit>
+
+namespace {
+
+constexpr int kVisibleRows = 12;
+
+// The control character by which an editing key is told to the program; 0 for a key that neither types nor edits.
+int32_t EditingCode(int key) {
+    switch (key) {
+    case Qt::Key_Home:
+        return 1;
+    case Qt::Key_End:
+        return 4;
+    case Qt::Key_Backspace:
+        return 8;
+    case Qt::Key_PageUp:
+        return 11;
+    case Qt::Key_PageDown:
+        return 12;
+    case Qt::Key_Left:
+        return 28;
+    case Qt::Key_Right:
+        return 29;
+    case Qt::Key_Up:
+        return 30;
+    case Qt::Key_Down:
+        return 31;
+    case Qt::Key_Delete:
+        return 127;
+    default:
+        return 0;
+    }
+}
+
+bool BelongsToDialog(const QKeyEvent& event) {
+    switch (event.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Escape:
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        return true;
+    default:
+        break;
+    }
+    const bool opensList = event.key() == Qt::Key_Down && event.modifiers().testFlag(Qt::AltModifier);
+    return opensList || event.matches(QKeySequence::Copy) || event.matches(QKeySequence::Cut) ||
+           event.matches(QKeySequence::Paste) || event.matches(QKeySequence::SelectAll);
+}
+
+// The key as text, empty if it is none of the field's business.
+std::string KeyText(const QKeyEvent& event) {
+    if (BelongsToDialog(event))
+        return {};
+    const int32_t editing = EditingCode(event.key());
+    if (editing != 0)
+        return Chr(editing);
+    return FromScreen(event.text());
+}
+
+} // namespace
+
+// Stands in front of the field and shows each key to the program first.
+class KeyFilter : public QObject {
+public:
+    KeyFilter(QObject* parent, ComboBox& box) : QObject(parent), box_(box) {}
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::KeyPress) {
+            const std::string key = KeyText(*static_cast<QKeyEvent*>(event));
+            return !key.empty() && box_.Rejects(key);
+        }
+        if (event->type() == QEvent::InputMethod) {
+            const std::string typed = FromScreen(static_cast<QInputMethodEvent*>(event)->commitString());
+            for (int32_t i = 1; i <= Len(typed); ++i) {
+                if (box_.Rejects(Mid(typed, i, 1)))
+                    return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    ComboBox& box_;
+};
+
+std::string ComboBox::Text() const {
+    return Native() != nullptr && Native()->widget
+               ? FromScreen(static_cast<QComboBox*>(Native()->widget.data())->currentText())
+               : std::string();
+}
+
+void ComboBox::SetText(const std::string& text) {
+    if (Native() != nullptr && Native()->widget)
+        static_cast<QComboBox*>(Native()->widget.data())->setEditText(ToScreen(text));
+}
+
+bool ComboBox::Rejects(const std::string& key) {
+    bool rejects = false;
+    EventEdge::Run("key down", [&] { rejects = KeyDown && KeyDown(key); });
+    return rejects;
+}
+
+void ComboBox::MakeWidget(NativeControl& native) {
+    auto* const box = new QComboBox(native.parent);
+    box->setFont(SystemFont(false, false));
+    box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    box->setCompleter(nullptr);
+    box->setMaxVisibleItems(kVisibleRows);
+    for (const std::string& row : InitialValue)
+        box->addItem(ToScreen(row));
+    box->setCurrentIndex(ListIndex);
+    box->lineEdit()->installEventFilter(new KeyFilter(box, *this));
+    box->installEventFilter(new KeyFilter(box, *this));
+    QObject::connect(box, &QComboBox::editTextChanged, box, [this] {
+        EventEdge::Run("text change", [self = Self(this)] {
+            if (self->TextChanged)
+                self->TextChanged();
+        });
+    });
+    native.widget = box;
+}

@@ -1,0 +1,7 @@
+#include "framework/windows/Keyboard.h"
+
+#include <QGuiApplication>
+
+bool Keyboard::AsyncShiftKey() {
+    return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ShiftModifier);
+}

@@ -1,0 +1,34 @@
+#include "framework/windows/Native.h"
+
+#include "framework/text/Text.h"
+
+#include <QApplication>
+#include <QFont>
+
+namespace {
+
+// Controls are laid out in pixels, so their texts are too; the desktop's choice of family stays.
+constexpr int kSystemPixels = 13;
+constexpr int kSmallSystemPixels = 11;
+
+} // namespace
+
+QString ToScreen(std::string_view text) {
+    const std::string shown = Displayable(text);
+    return QString::fromUtf8(shown.data(), static_cast<qsizetype>(shown.size()));
+}
+
+QString ToCaption(std::string_view text) {
+    return ToScreen(text).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+std::string FromScreen(const QString& text) {
+    return text.toStdString();
+}
+
+QFont SystemFont(bool small, bool bold) {
+    QFont font = QApplication::font();
+    font.setPixelSize(small ? kSmallSystemPixels : kSystemPixels);
+    font.setBold(bold);
+    return font;
+}

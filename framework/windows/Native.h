@@ -1,0 +1,74 @@
+#pragma once
+
+// The toolkit's side of windows and controls. Included by the framework's sources only.
+
+#include <QEventLoop>
+#include <QMainWindow>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+class Window;
+
+struct NativeControl {
+    QWidget* parent = nullptr;
+    QPointer<QWidget> widget;
+};
+
+// The area of a window that holds the controls; what it paints lies beneath them.
+class ContentWidget : public QWidget {
+public:
+    explicit ContentWidget(::Window& window) : window_(window) {}
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+    void resizeEvent(QResizeEvent*) override;
+
+private:
+    ::Window& window_;
+};
+
+class WindowWidget : public QMainWindow {
+public:
+    explicit WindowWidget(::Window& window) : window_(window) {}
+
+protected:
+    void closeEvent(QCloseEvent*) override;
+    void keyPressEvent(QKeyEvent*) override;
+
+private:
+    ::Window& window_;
+};
+
+struct NativeWindow {
+    QPointer<WindowWidget> widget;
+    QPointer<ContentWidget> content;
+    std::vector<QEventLoop*> modalRuns; // innermost last
+
+    void EndModalRuns() const {
+        for (QEventLoop* run : modalRuns)
+            run->quit();
+    }
+};
+
+// Text for the screen: what is not valid is made so.
+QString ToScreen(std::string_view text);
+// A caption of the toolkit's buttons and menus, in which "&" marks a mnemonic: ours have none.
+QString ToCaption(std::string_view text);
+std::string FromScreen(const QString& text);
+
+// Open and new-document events wait while one of these lives.
+class ModalRun {
+public:
+    ModalRun();
+    ~ModalRun();
+    ModalRun(const ModalRun&) = delete;
+    ModalRun& operator=(const ModalRun&) = delete;
+};
+
+// The fonts that controls use, by the names of their layouts: "System" and "SmallSystem".
+QFont SystemFont(bool small, bool bold);

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "framework/base/Ref.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+class Graphics;
+
+// A picture with an optional mask, kept at its natural size and, if its file has a twin named "...@2x...", at twice that
+// size for dense screens. Main thread.
+class Picture : public Object {
+public:
+    struct Native;
+    explicit Picture(std::unique_ptr<Native> native);
+    ~Picture() override;
+
+    // Reads a PNG file and its dense twin; nil when the file can't be read.
+    static Ref<Picture> Load(const std::string& path);
+
+    int32_t Width() const;
+    int32_t Height() const;
+
+    // The mask: black shows the picture, white hides it, greys are in between. With `create`, a picture without a mask
+    // gets one that shows everything.
+    Ref<Picture> Mask(bool create);
+
+    // Draws on the picture itself.
+    ::Graphics Graphics();
+
+    const Native& ForFramework() const { return *native_; }
+
+private:
+    std::unique_ptr<Native> native_;
+};

@@ -1,0 +1,29 @@
+#include "framework/windows/PushButton.h"
+
+#include "framework/base/EventEdge.h"
+#include "framework/windows/Native.h"
+
+#include <QPushButton>
+
+void PushButton::SetCaption(const std::string& caption) {
+    caption_ = caption;
+    if (Native() != nullptr && Native()->widget)
+        static_cast<QPushButton*>(Native()->widget.data())->setText(ToCaption(caption));
+}
+
+void PushButton::Push() {
+    if (Enabled())
+        Event_Action();
+}
+
+void PushButton::MakeWidget(NativeControl& native) {
+    auto* const button = new QPushButton(native.parent);
+    button->setText(ToCaption(caption_));
+    button->setFont(SystemFont(false, false));
+    button->setAutoDefault(false);
+    button->setDefault(Default);
+    QObject::connect(button, &QPushButton::clicked, button, [this] {
+        EventEdge::Run("button", [self = Self(this)] { self->Event_Action(); });
+    });
+    native.widget = button;
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "framework/windows/Control.h"
+
+#include <string>
+
+// A button. Return presses the window's default button, Escape its cancel button, from wherever the focus is.
+class PushButton : public Control {
+public:
+    // Set before the window makes the control.
+    bool Default = false;
+    bool Cancel = false;
+
+    const std::string& Caption() const { return caption_; }
+    void SetCaption(const std::string& caption);
+
+    // As if the user had pressed it; nothing while it is disabled.
+    void Push();
+
+    virtual void Event_Action() {}
+
+protected:
+    void MakeWidget(NativeControl& native) override;
+
+private:
+    std::string caption_;
+};

@@ -1,0 +1,61 @@
+#include "framework/windows/ScreenUpdate.h"
+
+#include "framework/base/EventEdge.h"
+#include "framework/threads/MainThread.h"
+
+#include <QTimer>
+
+#include <chrono>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+// Collects what wants to be updated and serves it once per frame.
+class ScreenUpdateQueue {
+public:
+    static ScreenUpdateQueue& Instance() {
+        static auto* const queue = new ScreenUpdateQueue; // workers may outlive everything
+        return *queue;
+    }
+
+    void Add(Ref<ScreenUpdate> update) {
+        const std::lock_guard lock(mutex_);
+        updates_.push_back(std::move(update));
+        if (updates_.size() == 1)
+            PostToMainThread([this] { ServeWithNextFrame(); });
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    static constexpr std::chrono::milliseconds kFrame{16};
+
+    void ServeWithNextFrame() {
+        const auto next = std::chrono::ceil<std::chrono::milliseconds>(servedLast_ + kFrame - Clock::now());
+        if (next.count() <= 0)
+            Serve();
+        else
+            QTimer::singleShot(next, Qt::PreciseTimer, [this] { Serve(); });
+    }
+
+    void Serve() {
+        servedLast_ = Clock::now();
+        std::vector<Ref<ScreenUpdate>> updates;
+        {
+            const std::lock_guard lock(mutex_);
+            updates.swap(updates_);
+        }
+        for (const Ref<ScreenUpdate>& update : updates) {
+            update->requested_ = false; // before reading the properties: a later change asks again
+            EventEdge::Run("screen update", [&update] { update->UpdateScreen(); });
+        }
+    }
+
+    std::mutex mutex_;
+    std::vector<Ref<ScreenUpdate>> updates_;
+    Clock::time_point servedLast_; // main thread
+};
+
+void ScreenUpdate::RequestUpdate() {
+    if (!requested_.exchange(true))
+        ScreenUpdateQueue::Instance().Add(Self(this));
+}

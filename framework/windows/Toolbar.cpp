@@ -1,0 +1,44 @@
+#include "framework/windows/Toolbar.h"
+
+#include "framework/base/EventEdge.h"
+#include "framework/windows/Native.h"
+#include "framework/windows/NativeGraphics.h"
+
+#include <QToolBar>
+#include <QToolButton>
+
+namespace {
+
+constexpr int32_t kFlexibleSpace = 6;
+constexpr int kIconSize = 32;
+
+} // namespace
+
+void Toolbar::MakeWidget(NativeControl& native) {
+    auto* const window = static_cast<QMainWindow*>(native.parent->window());
+    auto* const bar = new QToolBar(window);
+    bar->setMovable(false);
+    bar->setFloatable(false);
+    bar->setIconSize(QSize(kIconSize, kIconSize));
+    bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    bar->setFont(SystemFont(true, false));
+    window->addToolBar(bar);
+    native.widget = bar;
+}
+
+void Toolbar::Append(const Ref<ToolButton>& item) {
+    auto* const bar = static_cast<QToolBar*>(Native()->widget.data());
+    if (item->Style == kFlexibleSpace) {
+        auto* const gap = new QWidget(bar);
+        gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+        bar->addWidget(gap);
+        return;
+    }
+    QAction* const action = bar->addAction(item->Icon->ForFramework().Icon(), ToCaption(item->Caption));
+    action->setToolTip(QString());
+    bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
+    bar->widgetForAction(action)->setAccessibleName(ToScreen(item->Caption));
+    QObject::connect(action, &QAction::triggered, bar, [this, item] {
+        EventEdge::Run("toolbar", [self = Self(this), &item] { self->Event_Action(item); });
+    });
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "framework/windows/Control.h"
+
+#include <string>
+
+class Picture;
+
+// One thing in a toolbar.
+class ToolItem : public Object {
+public:
+    std::string Name; // comes back in Event_Action
+    std::string Caption;
+};
+
+class ToolButton : public ToolItem {
+public:
+    // 0 an ordinary button; 6 a gap that takes all the room left, so that what follows stands at the far end.
+    int32_t Style = 0;
+    Ref<Picture> Icon;
+};
+
+// The window's toolbar: it stands above the content, whatever its layout says. Main thread.
+class Toolbar : public Control {
+public:
+    void Append(const Ref<ToolButton>& item);
+
+    // An item was pressed.
+    virtual void Event_Action(const Ref<ToolItem>&) {}
+
+protected:
+    void MakeWidget(NativeControl& native) override;
+    void UpdateScreen() override {} // the window places it
+};

@@ -1,0 +1,272 @@
+#include "framework/windows/Window.h"
+
+#include "framework/base/EventEdge.h"
+#include "framework/threads/Yield.h"
+#include "framework/windows/Graphics.h"
+#include "framework/windows/Native.h"
+#include "framework/windows/NativeGraphics.h"
+#include "framework/windows/PushButton.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLayout>
+#include <QPainter>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int32_t kModalFrame = 1;
+constexpr int32_t kAttachedFrame = 8;
+constexpr int32_t kMiddleOfScreen = 2;
+
+std::vector<Ref<Window>>& OpenWindows() {
+    static std::vector<Ref<Window>> windows;
+    return windows;
+}
+
+bool IsModal(const WindowLayout& layout) {
+    return layout.Frame == kModalFrame || layout.Frame == kAttachedFrame;
+}
+
+Qt::WindowFlags FlagsOf(const WindowLayout& layout) {
+    Qt::WindowFlags flags = IsModal(layout) ? Qt::Dialog : Qt::Window;
+    flags |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+    flags.setFlag(Qt::WindowCloseButtonHint, layout.CloseButton);
+    flags.setFlag(Qt::WindowMinimizeButtonHint, layout.MinimizeButton);
+    flags.setFlag(Qt::WindowMaximizeButtonHint, layout.MaximizeButton);
+    return flags;
+}
+
+// Gives the content its size, and the window what its bars need on top of that.
+void SizeToLayout(NativeWindow& native, const WindowLayout& layout) {
+    native.content->setFixedSize(layout.Width, layout.Height);
+    if (!layout.Resizeable) {
+        native.widget->layout()->setSizeConstraint(QLayout::SetFixedSize);
+        return;
+    }
+    native.widget->adjustSize();
+    native.content->setMinimumSize(layout.MinWidth, layout.MinHeight);
+    native.content->setMaximumSize(layout.MaxWidth, layout.MaxHeight);
+}
+
+void CentreOn(QWidget& window, const QRect& area) {
+    QRect frame(QPoint(), window.frameSize());
+    frame.moveCenter(area.center());
+    window.move(frame.topLeft());
+}
+
+} // namespace
+
+void ContentWidget::paintEvent(QPaintEvent*) {
+    const NoYield noYield;
+    QPainter painter(this);
+    if (window_.layout_.HasBackColor)
+        painter.fillRect(rect(), QColor(QRgb(window_.layout_.BackColor)));
+    Graphics graphics = MakeGraphics(painter);
+    EventEdge::Run("window paint", [&] { window_.Event_Paint(graphics); });
+}
+
+void ContentWidget::resizeEvent(QResizeEvent* event) {
+    if (event->oldSize().isValid())
+        window_.ContentResized(event->size().width() - event->oldSize().width(),
+                               event->size().height() - event->oldSize().height());
+}
+
+void WindowWidget::closeEvent(QCloseEvent* event) {
+    event->ignore(); // the window goes when Close says so
+    EventEdge::Run("window close", [window = Self(&window_)] { window->Close(); });
+}
+
+void WindowWidget::keyPressEvent(QKeyEvent* event) {
+    const bool confirms = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (confirms || event->key() == Qt::Key_Escape)
+        window_.PressButton(!confirms);
+    else
+        QMainWindow::keyPressEvent(event);
+}
+
+Window::Window() : native_(std::make_unique<NativeWindow>()) {}
+
+Window::~Window() = default;
+
+void Window::Make() {
+    layout_ = Layout();
+    native_->widget = new WindowWidget(*this);
+    native_->content = new ContentWidget(*this);
+    native_->widget->setCentralWidget(native_->content);
+    native_->widget->setWindowFlags(FlagsOf(layout_));
+    native_->widget->setWindowModality(IsModal(layout_) ? Qt::ApplicationModal : Qt::NonModal);
+    native_->widget->setContextMenuPolicy(Qt::NoContextMenu);
+    native_->widget->setFont(SystemFont(false, false));
+    SetTitle(layout_.Title);
+    native_->content->resize(layout_.Width, layout_.Height);
+    OpenWindows().push_back(Self(this));
+
+    CreateControls();
+    SetTabOrder();
+    const std::vector<Ref<Control>> controls = controls_;
+    for (const Ref<Control>& control : controls)
+        control->Event_Open();
+    Event_Open();
+    if (native_->widget)
+        SizeToLayout(*native_, layout_);
+}
+
+void Window::Show() {
+    if (!native_->widget || native_->widget->isVisible())
+        return;
+    native_->widget->ensurePolished();
+    if (layout_.Placement == kMiddleOfScreen)
+        CentreOn(*native_->widget, QGuiApplication::primaryScreen()->availableGeometry());
+    native_->widget->show();
+}
+
+void Window::ShowWithin(const Ref<Window>& parent, int32_t /*facing*/) {
+    if (!native_->widget || native_->widget->isVisible())
+        return;
+    native_->widget->setParent(parent->Native().widget, native_->widget->windowFlags());
+    native_->widget->adjustSize();
+    CentreOn(*native_->widget, parent->Native().widget->frameGeometry());
+    native_->widget->show();
+}
+
+void Window::ShowModal() {
+    const Ref<Window> self = Self(this);
+    Show();
+    if (!native_->widget || !native_->widget->isVisible())
+        return;
+    const ModalRun modalRun;
+    QEventLoop loop;
+    native_->modalRuns.push_back(&loop);
+    loop.exec(QEventLoop::DialogExec);
+    native_->modalRuns.pop_back();
+}
+
+void Window::ShowModalWithin(const Ref<Window>& parent) {
+    ShowWithin(parent, -1);
+    ShowModal();
+}
+
+void Window::Hide() {
+    if (native_->widget)
+        native_->widget->hide();
+    native_->EndModalRuns();
+}
+
+void Window::Close() {
+    if (closed_ || asking_ || RefusesClose(false))
+        return;
+    FinishClose();
+}
+
+bool Window::RefusesClose(bool quitting) {
+    asking_ = true;
+    bool refuses = true;
+    EventEdge::Run("window close", [&] { refuses = Event_CancelClose(quitting); });
+    asking_ = false;
+    return refuses;
+}
+
+void Window::FinishClose() {
+    const Ref<Window> self = Self(this);
+    if (closed_)
+        return;
+    closed_ = true;
+    Hide();
+    EventEdge::Run("window close", [this] { Event_Close(); });
+    std::erase(OpenWindows(), self);
+    if (native_->widget)
+        native_->widget->deleteLater();
+}
+
+void Window::BringToFront() {
+    if (!native_->widget)
+        return;
+    native_->widget->setWindowState(native_->widget->windowState() & ~Qt::WindowMinimized);
+    native_->widget->raise();
+    native_->widget->activateWindow();
+}
+
+void Window::SetTitle(const std::string& title) {
+    layout_.Title = title;
+    if (native_->widget)
+        native_->widget->setWindowTitle(ToScreen(title));
+}
+
+int32_t Window::Width() const {
+    return native_->content ? native_->content->width() : layout_.Width;
+}
+
+int32_t Window::Height() const {
+    return native_->content ? native_->content->height() : layout_.Height;
+}
+
+void Window::Refresh(bool /*eraseBackground*/) {
+    RequestUpdate();
+}
+
+std::vector<Ref<Window>> Window::All() {
+    return OpenWindows();
+}
+
+void Window::UpdateScreen() {
+    if (native_->content)
+        native_->content->update();
+    for (const Ref<Control>& control : controls_)
+        control->Uncovered();
+}
+
+void Window::AddControl(const Ref<Control>& control, const ControlLayout& layout) {
+    control->Attach(*this, layout);
+    controls_.push_back(control);
+}
+
+void Window::Remove(const Ref<Control>& control) {
+    Uncover(*control);
+    std::erase(controls_, control);
+}
+
+void Window::Uncover(const Control& above) {
+    for (const Ref<Control>& control : controls_) {
+        if (control.Get() != &above)
+            control->Uncovered();
+    }
+}
+
+void Window::ContentResized(int32_t byWidth, int32_t byHeight) {
+    for (const Ref<Control>& control : controls_)
+        control->WindowResized(byWidth, byHeight);
+}
+
+void Window::SetTabOrder() {
+    std::vector<Ref<Control>> stops;
+    std::copy_if(controls_.begin(), controls_.end(), std::back_inserter(stops),
+                 [](const Ref<Control>& control) { return control->layout_.TabIndex >= 0; });
+    std::stable_sort(stops.begin(), stops.end(), [](const Ref<Control>& one, const Ref<Control>& other) {
+        return one->layout_.TabIndex < other->layout_.TabIndex;
+    });
+    QWidget* last = nullptr;
+    for (const Ref<Control>& stop : stops) {
+        QWidget* const widget = stop->Native()->widget;
+        if (last != nullptr)
+            QWidget::setTabOrder(last, widget);
+        else if (widget->focusPolicy() != Qt::NoFocus)
+            widget->setFocus();
+        if (last != nullptr || widget->focusPolicy() != Qt::NoFocus)
+            last = widget;
+    }
+}
+
+void Window::PressButton(bool cancel) {
+    for (const Ref<Control>& control : controls_) {
+        auto* const button = dynamic_cast<PushButton*>(control.Get());
+        if (button != nullptr && (cancel ? button->Cancel : button->Default) && button->Enabled() && button->Visible()) {
+            const Ref<PushButton> held = Self(button);
+            EventEdge::Run("button", [&held] { held->Push(); });
+            return;
+        }
+    }
+}

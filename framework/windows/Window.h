@@ -1,0 +1,100 @@
+#pragma once
+
+#include "framework/windows/Control.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+class Graphics;
+struct NativeWindow;
+
+// What a window is at its making.
+struct WindowLayout {
+    int32_t Width = 400, Height = 300; // of the content, in pixels; a toolbar adds to it
+    int32_t MinWidth = 64, MinHeight = 64, MaxWidth = 32000, MaxHeight = 32000;
+    int32_t Placement = 0; // 0 as the desktop likes, 1 over the parent window, 2 the middle of the main screen
+    int32_t Frame = 0;     // 0 document window, 1 modal dialog, 8 modal dialog attached to a parent
+    std::string Title{};
+    bool HasBackColor = false;
+    uint32_t BackColor = 0xFFFFFF;
+    bool CloseButton = true, Resizeable = true, MinimizeButton = true, MaximizeButton = false;
+};
+
+// A window with its controls. Main thread, apart from Refresh. The framework holds a window from its making until Close.
+//
+// Making runs Layout, CreateControls, the controls' Open events and then Event_Open. Subclasses that exist once are
+// reached through SingleWindow (SingleWindow.h).
+class Window : public ScreenUpdate {
+public:
+    Window();
+    ~Window() override;
+
+    void Show();
+    // Shows the window attached to a parent. The second argument, a control to face, is not used here.
+    void ShowWithin(const Ref<Window>& parent, int32_t facing);
+    // Shows the window if need be and returns when it has been hidden or closed; other windows are shut off meanwhile,
+    // events are served.
+    void ShowModal();
+    void ShowModalWithin(const Ref<Window>& parent);
+    void Hide();
+    // Asks Event_CancelClose; unless that refuses, Event_Close runs and the window goes for good.
+    void Close();
+    bool Closed() const { return closed_; }
+    void BringToFront();
+
+    const std::string& Title() const { return layout_.Title; }
+    void SetTitle(const std::string& title);
+    int32_t Width() const;  // of the content, now
+    int32_t Height() const;
+
+    // Asks for a repaint of the window with its controls. Any thread.
+    void Refresh(bool eraseBackground);
+
+    // Makes a control as the topmost one. To be called from CreateControls, or later at run time.
+    template <class C>
+    Ref<C> Add(const Ref<C>& control, const ControlLayout& layout) {
+        AddControl(control, layout);
+        return control;
+    }
+
+    // For the framework: runs the making. For the close path of Quit: asks, and runs Event_Close.
+    void Make();
+    bool RefusesClose(bool quitting);
+    bool IsAsking() const { return asking_; }
+    void FinishClose();
+    static std::vector<Ref<Window>> All(); // every open window, in the order of their making
+
+    // The toolkit's side, for the framework's sources.
+    NativeWindow& Native() const { return *native_; }
+
+protected:
+    virtual WindowLayout Layout() { return {}; }
+    virtual void CreateControls() {}
+    virtual void Event_Open() {}
+    virtual void Event_Close() {}
+    // The window is about to be closed; true keeps it open.
+    virtual bool Event_CancelClose(bool /*quitting*/) { return false; }
+    // Paints the window's own background, beneath the controls.
+    virtual void Event_Paint(Graphics&) {}
+
+    void UpdateScreen() override;
+
+private:
+    friend class WindowWidget;
+    friend class ContentWidget;
+    friend class Control;
+    void AddControl(const Ref<Control>& control, const ControlLayout& layout);
+    void Remove(const Ref<Control>& control);
+    void Uncover(const Control& above);
+    void ContentResized(int32_t byWidth, int32_t byHeight);
+    void SetTabOrder();
+    void PressButton(bool cancel);
+
+    WindowLayout layout_;
+    std::unique_ptr<NativeWindow> native_;
+    std::vector<Ref<Control>> controls_; // back to front
+    bool asking_ = false;
+    bool closed_ = false;
+};

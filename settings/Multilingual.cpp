@@ -1,0 +1,102 @@
+#include "settings/Multilingual.h"
+
+#include "framework/base/BuildVariant.h"
+#include "framework/files/FolderItem.h"
+#include "framework/files/TextInputStream.h"
+#include "framework/text/Text.h"
+
+#include <array>
+#include <unordered_map>
+#include <vector>
+
+namespace {
+
+// Two tables that belong together, row by row, in the order of the file. Row 0 is a dummy that nobody reads: no key can
+// name it.
+std::vector<std::string> StringName{""};
+std::vector<std::string> StringValue{""};
+// The first row of each key, its case folded away.
+std::unordered_map<std::string, std::size_t> rowOfKey;
+
+constexpr const char* kCommentBegins = "/*";
+constexpr const char* kCommentEnds = "*/";
+constexpr const char* kLineComment = "//";
+constexpr const char* kSeparator = ": ";
+constexpr const char* kOwnTag = kWindowsVariant ? "WIN" : "MAC";
+constexpr const char* kLineBreak = "\\n"; // as it is spelled in the files: backslash, n
+
+bool Same(const std::string& one, const std::string& other) {
+    return RuntimeStringCompare(one, other) == 0;
+}
+
+void Empty() {
+    StringName.resize(1);
+    StringValue.resize(1);
+    rowOfKey.clear();
+}
+
+void Append(const std::string& key, const std::string& value) {
+    rowOfKey.try_emplace(FoldedCase(key), StringName.size()); // of two rows with one key the first counts
+    StringName.push_back(key);
+    StringValue.push_back(value);
+}
+
+// "Key: text", or "TAG Key: text". A line without a separator becomes a row with an empty key, which nobody asks for.
+void AddEntry(const std::string& line) {
+    const int32_t cut = InStr(0, line, kSeparator);
+    const std::string name = Left(line, cut - 1);
+    const std::string value = Mid(line, cut + 2);
+    if (InStr(0, name, " ") == 0)
+        Append(name, value);
+    else if (Same(NthField(name, " ", 1), kOwnTag))
+        Append(NthField(name, " ", 2), value);
+}
+
+// Sorts the lines of a file into comments and entries.
+class LineReader {
+public:
+    void Take(const std::string& line) {
+        if (Same(line, kCommentBegins))
+            inComment_ = true;
+        else if (Same(line, kCommentEnds))
+            inComment_ = false;
+        else if (!inComment_ && !line.empty() && !Same(Left(line, 2), kLineComment))
+            AddEntry(line);
+    }
+
+private:
+    bool inComment_ = false;
+};
+
+} // namespace
+
+void Multilingual::LoadLanguageFile(const Ref<FolderItem>& file) {
+    Empty();
+    const Ref<TextInputStream> stream = file->OpenAsTextFile();
+    LineReader reader;
+    // No yield in this loop: nobody may see half a language.
+    while (!stream->AtEOF())
+        reader.Take(Replace(stream->ReadLine(), Chr(10), ""));
+    stream->Close();
+}
+
+std::string Multilingual::GetString(const std::string& key, const std::string& placeholder1,
+                                    const std::string& placeholder2, const std::string& placeholder3,
+                                    const std::string& placeholder4) {
+    const auto row = rowOfKey.find(FoldedCase(key));
+    std::string text = row == rowOfKey.end() ? std::string() : StringValue[row->second];
+    // Each once, one after the other, over the text as it has become: a value may itself hold a later placeholder.
+    text = Replace(text, "<!%PLACEHOLDER#1%!>", placeholder1);
+    text = Replace(text, "<!%PLACEHOLDER#2%!>", placeholder2);
+    text = Replace(text, "<!%PLACEHOLDER#3%!>", placeholder3);
+    text = Replace(text, "<!%PLACEHOLDER#4%!>", placeholder4);
+    return ReplaceAll(text, kLineBreak, EndOfLine());
+}
+
+std::string Multilingual::SystemLanguage() {
+    return "English";
+}
+
+void Multilingual::Initialize(const Ref<FolderItem>& folder, const std::string& language) {
+    LoadLanguageFile(folder->Child(language)->Child("strings.txt"));
+}

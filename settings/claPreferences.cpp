@@ -1,0 +1,49 @@
+#include "settings/claPreferences.h"
+
+#include "engine/FileTypes.h"
+#include "framework/app/Application.h"
+#include "framework/desktop/Sound.h"
+#include "framework/files/BinaryStream.h"
+#include "framework/files/FolderItem.h"
+#include "framework/files/SpecialFolder.h"
+#include "framework/text/Text.h"
+#include "framework/windows/Keyboard.h"
+#include "ui/Sounds.h"
+
+claPreferences::claPreferences()
+    : PreferencesVersion("Ombrivel Preferences Version " + Application::LongVersion()),
+      // Every version has a file of its own; a new one starts with the defaults.
+      file_(SpecialFolder::Preferences()->Child("Ombrivel " + Application::LongVersion() + " Preferences")) {}
+
+void claPreferences::Load() {
+    if (Keyboard::AsyncShiftKey()) {
+        sndResetPreferences()->Play();
+        return; // the file stays until Save writes the defaults over it
+    }
+    if (!file_->Exists())
+        return;
+    const Ref<BinaryStream> stream = file_->OpenAsBinaryFile(false);
+    if (RuntimeStringCompare(stream->ReadPString(), PreferencesVersion) == 0) {
+        // Not the order in which the settings are declared; Save keeps to it too. A file that is too short gives what a
+        // read behind the end gives: empty, and false.
+        Language = stream->ReadPString();
+        AutoQuit = stream->ReadBoolean();
+        LaunchArchives = stream->ReadBoolean();
+        MovePartsToTrash = stream->ReadBoolean();
+        ShowFilesAfter = stream->ReadBoolean();
+        SearchForUpdates = stream->ReadBoolean();
+    }
+    stream->Close();
+}
+
+void claPreferences::Save() const {
+    const Ref<BinaryStream> stream = file_->CreateBinaryFile(FileTypes::Unknown()->Operator_Convert());
+    stream->WritePString(PreferencesVersion);
+    stream->WritePString(Language);
+    stream->WriteBoolean(AutoQuit);
+    stream->WriteBoolean(LaunchArchives);
+    stream->WriteBoolean(MovePartsToTrash);
+    stream->WriteBoolean(ShowFilesAfter);
+    stream->WriteBoolean(SearchForUpdates);
+    stream->Close();
+}

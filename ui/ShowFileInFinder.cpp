@@ -1,0 +1,10 @@
+#include "ui/ShowFileInFinder.h"
+
+#include "framework/desktop/Desktop.h"
+
+void ShowFileInFinder(const std::vector<Variant>& paths) {
+    for (const Variant& path : paths) {
+        if (const auto* text = std::get_if<std::string>(&path))
+            RevealFile(*text);
+    }
+}

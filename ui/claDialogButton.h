@@ -1,0 +1,16 @@
+#pragma once
+
+#include "framework/windows/PushButton.h"
+
+class claDialogWindow;
+
+// A button that ends its dialog, unless a handler takes over.
+class claDialogButton : public PushButton {
+public:
+    WeakRef<claDialogWindow> w; // the dialog that the button reports to; pressing a button without one is a nil object failure
+
+    // True keeps the dialog open: the handler has taken over.
+    std::function<bool()> Action;
+
+    void Event_Action() override;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "framework/windows/Window.h"
+
+class claDialogButton;
+
+// Base of the modal dialogs with one action and one cancel button. It gives them their standard captions and a modal run
+// that returns the button pressed. The dialog is hidden then, not closed: its controls can still be read, and who ran it
+// closes it. Main thread.
+class claDialogWindow : public Window {
+public:
+    Ref<claDialogButton> ActionButton; // set by the subclass in Event_DialogOpen; each may stay nil
+    Ref<claDialogButton> CancelButton;
+
+    // The end of the dialog: remembers the button and hides the window.
+    virtual void Action(const Ref<claDialogButton>& button);
+
+    // Run the dialog and return the button that ended it: nil if it was closed otherwise, or, as this is never cleared, the
+    // button of an earlier run.
+    virtual Ref<claDialogButton> ShowModal();
+    virtual Ref<claDialogButton> ShowModalWithin(const Ref<Window>& parent);
+
+protected:
+    // Runs the two events below around the standard captions.
+    void Event_Open() final;
+    // The subclass's own opening: it sets ActionButton and CancelButton here.
+    virtual void Event_DialogOpen() {}
+    // The chance to replace a standard caption.
+    virtual void Event_ChangeButtonCaption() {}
+
+private:
+    void PlaceButtonsForWindows();
+
+    Ref<claDialogButton> pressed_;
+};

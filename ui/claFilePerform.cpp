@@ -1,0 +1,121 @@
+#include "ui/claFilePerform.h"
+
+#include "engine/claThread.h"
+#include "framework/text/Number.h"
+#include "framework/windows/Graphics.h"
+#include "framework/windows/ProgressBar.h"
+#include "settings/Multilingual.h"
+#include "ui/Pictures.h"
+#include "ui/claFilePerformInfo.h"
+#include "ui/winMain.h"
+
+namespace {
+
+constexpr uint32_t kWhite = 0xFFFFFF;
+constexpr uint32_t kBlack = 0x000000;
+constexpr uint32_t kBand = 0xEDF3FE;
+constexpr uint32_t kStatusGrey = 0x78787F;
+
+constexpr int32_t kRowHeight = 50;
+constexpr float kTextSize = 10;
+constexpr int32_t kIconLeft = 7, kIconTop = 9, kIconSize = 32;
+constexpr int32_t kTextLeft = 45, kNameBaseline = 15, kStatusBaseline = 45;
+constexpr int32_t kBarLeft = 45, kBarTop = 20, kBarRightMargin = 36;
+constexpr int32_t kStopFromRight = 30, kStopTop = 19, kStopSize = 15;
+
+// Whether the paint goes on to row i: while i * i does not exceed the height. This is not the number of rows that fit, and
+// it is meant; rows beyond it are not painted and their bars stay out of sight. A height of 0 lets row 0 through, as 0 / 0
+// is not below anything.
+bool PaintsRow(int32_t i, int32_t height) {
+    return !(double(height) / double(i) < double(i));
+}
+
+} // namespace
+
+Ref<claFilePerformInfo> claFilePerform::AddInfo(const std::string& name, int32_t maximum, int32_t value,
+                                                const std::string& status, const Ref<Picture>& icon,
+                                                const Ref<claThread>& thread) {
+    const Ref<winMain> window = winMain::Instance();
+    const auto info = New<claFilePerformInfo>();
+    Info.push_back(info);
+    info->Name = name;
+    info->Status = status;
+    info->Parent = Self(this);
+    info->Icon = icon;
+    info->PerformThread = thread;
+    info->Bar = window->GetNewBar();
+    info->Bar->SetAccessibleName(name);
+    info->Bar->SetLeft(kBarLeft);
+    info->Bar->SetWidth(window->Width() - kBarLeft - kBarRightMargin);
+    info->Bar->SetValue(value);
+    info->Bar->SetMaximum(maximum);
+    Refresh(true);
+    UpdateStatus();
+    return info;
+}
+
+void claFilePerform::UpdateStatus() {
+    if (!SetStatus)
+        return;
+    // Nothing running takes the plural too.
+    SetStatus(Info.size() == 1 ? Multilingual::GetString("MainOperationsCount1")
+                               : Multilingual::GetString("MainOperationsCount", Str(static_cast<int32_t>(Info.size()))));
+}
+
+void claFilePerform::Event_Paint(Graphics& graphics) {
+    graphics.TextSize = kTextSize;
+    graphics.ForeColor = kWhite;
+    graphics.FillRect(0, 0, Width(), Height());
+    for (int32_t i = 0; PaintsRow(i, Height()); ++i) {
+        if (i % 2 == 1) {
+            graphics.ForeColor = kBand;
+            graphics.FillRect(0, kRowHeight * i, Width(), kRowHeight);
+        }
+        if (i < static_cast<int32_t>(Info.size()))
+            PaintRow(graphics, i);
+    }
+}
+
+// Text is neither measured nor cut: a long name runs on under the stop button.
+void claFilePerform::PaintRow(Graphics& graphics, int32_t index) const {
+    const Ref<claFilePerformInfo>& info = Info[static_cast<std::size_t>(index)];
+    const int32_t top = kRowHeight * index;
+    graphics.ForeColor = kBlack;
+    graphics.DrawString(info->Name, kTextLeft, top + kNameBaseline, 0, false);
+    info->Bar->SetTop(top + kBarTop);
+    graphics.DrawPicture(index == hoveredStop_ ? picStopActive() : picStop(), Width() - kStopFromRight, top + kStopTop);
+    graphics.DrawPicture(info->Icon, kIconLeft, top + kIconTop, kIconSize, kIconSize, 0, 0, info->Icon->Width(),
+                         info->Icon->Height());
+    graphics.ForeColor = kStatusGrey;
+    graphics.DrawString(info->Status, kTextLeft, top + kStatusBaseline, 0, false);
+}
+
+// Open on all sides.
+bool claFilePerform::IsOnStop(int32_t index, int32_t x, int32_t y) const {
+    const int32_t left = Width() - kStopFromRight;
+    const int32_t top = kRowHeight * index + kStopTop;
+    return left < x && x < left + kStopSize && top < y && y < top + kStopSize;
+}
+
+// Leaving a button repaints nothing: its active picture stays until the list is next repainted, though a click does nothing
+// any more. A move on a button repaints the window every time, and brings new status texts along. Both are meant.
+void claFilePerform::Event_MouseMove(int32_t x, int32_t y) {
+    hoveredStop_ = -1;
+    for (int32_t i = 0; i < static_cast<int32_t>(Info.size()); ++i) {
+        if (IsOnStop(i, x, y)) {
+            hoveredStop_ = i;
+            Window()->Refresh(true);
+            return;
+        }
+    }
+}
+
+// Relies on the last move alone. Once a row above has gone, that is the row which now stands at its place, or none.
+bool claFilePerform::Event_MouseDown(int32_t, int32_t) {
+    if (hoveredStop_ >= 0) {
+        const Ref<claThread> thread = Info.at(static_cast<std::size_t>(hoveredStop_))->PerformThread;
+        thread->Stop = true;
+        thread->Resume(); // a glue may lie asleep, waiting for a download
+    }
+    return false;
+}

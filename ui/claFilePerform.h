@@ -1,0 +1,40 @@
+#pragma once
+
+#include "framework/windows/Canvas.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+class claFilePerformInfo;
+class claThread;
+class Picture;
+
+// The list of what runs at this moment: one row of 50 pixels per operation, painted by hand, with icon, name, bar, status and
+// a stop button. It has no selection, no keyboard and no scrolling. Main thread.
+class claFilePerform : public Canvas {
+public:
+    // The rows, top row first. Each has a live Bar. Only AddInfo appends, only claFilePerformInfo::Close removes.
+    std::vector<Ref<claFilePerformInfo>> Info;
+
+    // The text about the number of rows has changed.
+    std::function<void(const std::string&)> SetStatus;
+
+    // Adds a row for a worker; `maximum` is its size in whole mebibytes.
+    virtual Ref<claFilePerformInfo> AddInfo(const std::string& name, int32_t maximum, int32_t value,
+                                            const std::string& status, const Ref<Picture>& icon,
+                                            const Ref<claThread>& thread);
+    // Works out that text anew and raises SetStatus.
+    virtual void UpdateStatus();
+
+    void Event_Paint(Graphics& graphics) override;
+    void Event_MouseMove(int32_t x, int32_t y) override;
+    // Tells the worker to stop whose button the pointer was over at its last move.
+    bool Event_MouseDown(int32_t x, int32_t y) override;
+
+private:
+    void PaintRow(Graphics& graphics, int32_t index) const;
+    bool IsOnStop(int32_t index, int32_t x, int32_t y) const;
+
+    int32_t hoveredStop_ = -1; // the row whose stop button lies under the pointer, or -1
+};

@@ -1,0 +1,36 @@
+#include "ui/claFilePerformInfo.h"
+
+#include "core/App.h"
+#include "framework/files/FolderItem.h"
+#include "framework/windows/ProgressBar.h"
+#include "settings/claPreferences.h"
+#include "ui/ShowFileInFinder.h"
+#include "ui/claFilePerform.h"
+
+namespace {
+
+// Runs the whole list down, the match or not, from the last row to the first.
+void TakeOut(std::vector<Ref<claFilePerformInfo>>& rows, const Ref<claFilePerformInfo>& row) {
+    for (std::size_t i = rows.size(); i-- > 0;) {
+        if (rows[i] == row) {
+            rows[i]->Bar->Close();
+            rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(i));
+        }
+    }
+}
+
+} // namespace
+
+void claFilePerformInfo::Update() {
+    Parent->Refresh(true);
+}
+
+void claFilePerformInfo::Close() {
+    TakeOut(Parent->Info, Self(this));
+    Parent->UpdateStatus();
+    const Ref<App> app = App::Instance();
+    if (app->Preferences->ShowFilesAfter && !FileToShow.IsNil())
+        ShowFileInFinder({FileToShow->AbsolutePath()});
+    if (app->Preferences->AutoQuit && app->QuitAfter && Parent->Info.empty())
+        Quit(0);
+}

@@ -1,0 +1,86 @@
+#include "ui/winCut.h"
+
+#include "framework/desktop/Desktop.h"
+#include "framework/text/Number.h"
+#include "framework/windows/ComboBox.h"
+#include "framework/windows/Label.h"
+#include "framework/windows/SingleWindow.h"
+#include "settings/Multilingual.h"
+#include "ui/claDialogButton.h"
+
+namespace {
+
+constexpr int32_t kLeft = 0, kCentre = 1, kRight = 2;
+
+double Megabytes(int32_t bytes) {
+    return double(bytes) / 1024.0 / 1024.0;
+}
+
+} // namespace
+
+Ref<winCut> winCut::Instance() {
+    return SingleWindow<winCut>();
+}
+
+WindowLayout winCut::Layout() {
+    return {.Width = 399, .Height = 182, .Placement = 0, .Frame = 8, .Resizeable = false};
+}
+
+void winCut::CreateControls() {
+    const auto size = New<ComboBox>();
+    size->InitialValue = {"10", "50", "100", "200", "500", "1000"};
+    size->ListIndex = 2;
+    size->SetAccessibleName(Multilingual::GetString("CutPartSize"));
+    comPartSize_ = Add(size, {.Left = 254, .Top = 45, .Width = 125, .Height = 20, .TabIndex = 0});
+    comPartSize_->TextChanged = [this] { UpdateStatus(); };
+    comPartSize_->KeyDown = [this](const std::string& key) { return comPartSize_KeyDown(key); };
+
+    AddLabel({.Left = 20, .Top = 14, .Width = 359, .Height = 20}, kCentre, "CutTitle", true);
+    AddLabel({.Left = 20, .Top = 46, .Width = 136, .Height = 20}, kLeft, "CutPartSize");
+    AddLabel({.Left = 20, .Top = 110, .Width = 171, .Height = 20}, kLeft, "CutSize");
+    staFileSize_ = AddLabel({.Left = 254, .Top = 110, .Width = 125, .Height = 20}, kRight, "");
+    staPartAmount_ = AddLabel({.Left = 254, .Top = 78, .Width = 125, .Height = 20}, kRight, "");
+    AddLabel({.Left = 20, .Top = 78, .Width = 171, .Height = 20}, kLeft, "CutPartCount");
+
+    const auto ok = New<claDialogButton>();
+    ok->Default = true;
+    pusOK_ = Add(ok, {.Left = 281, .Top = 142, .Width = 98, .Height = 20, .TabIndex = 7, .Enabled = false});
+    const auto cancel = New<claDialogButton>();
+    cancel->Cancel = true;
+    pusCancel_ = Add(cancel, {.Left = 158, .Top = 142, .Width = 107, .Height = 20, .TabIndex = 9});
+}
+
+Ref<Label> winCut::AddLabel(const ControlLayout& layout, int32_t align, const std::string& key, bool bold) {
+    const auto label = New<Label>();
+    label->TextAlign = align;
+    label->Bold = bold;
+    if (!key.empty())
+        label->Open = [text = label.Get(), key] { text->SetText(Multilingual::GetString(key)); };
+    return Add(label, layout);
+}
+
+void winCut::Event_DialogOpen() {
+    ActionButton = pusOK_;
+    CancelButton = pusCancel_;
+}
+
+void winCut::Event_ChangeButtonCaption() {
+    ActionButton->SetCaption(Multilingual::GetString("ButtonCut"));
+}
+
+// Digits only, with no exception: a point, Backspace and the arrow keys are dropped too. Sizes are typed in whole, chosen
+// from the list, or pasted.
+bool winCut::comPartSize_KeyDown(const std::string& key) {
+    if (IsNumeric(key))
+        return false;
+    Beep();
+    return true;
+}
+
+void winCut::UpdateStatus() {
+    const std::string text = comPartSize_->Text();
+    const bool valid = IsNumeric(text) && Val(text) > 0;
+    staPartAmount_->SetText(valid ? Str(Ceil(Megabytes(FileSize) / Val(text))) : "-");
+    pusOK_->SetEnabled(valid);
+    staFileSize_->SetText(Str(Round(Megabytes(FileSize))) + " MB");
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ui/claDialogWindow.h"
+
+#include <cstdint>
+#include <string>
+
+class ComboBox;
+class Label;
+
+// The dialog in which the user picks the part size for one cut. It starts nothing itself: who shows it reads the field and
+// the button pressed.
+class winCut : public claDialogWindow {
+public:
+    static Ref<winCut> Instance();
+
+    // The low 32 bits of the file's length, read as a signed number: the figures of a file from 2 GiB on are wrong, and the
+    // cut itself does not go by them.
+    int32_t FileSize = 0;
+
+    const Ref<ComboBox>& comPartSize() const { return comPartSize_; }
+    const Ref<Label>& staFileSize() const { return staFileSize_; }
+    const Ref<Label>& staPartAmount() const { return staPartAmount_; }
+
+    // Works out the figures anew, and whether the action button can be pressed.
+    void UpdateStatus();
+
+protected:
+    WindowLayout Layout() override;
+    void CreateControls() override;
+    void Event_DialogOpen() override;
+    void Event_ChangeButtonCaption() override;
+
+private:
+    Ref<Label> AddLabel(const ControlLayout& layout, int32_t align, const std::string& key, bool bold = false);
+    bool comPartSize_KeyDown(const std::string& key);
+
+    Ref<ComboBox> comPartSize_;
+    Ref<Label> staFileSize_;
+    Ref<Label> staPartAmount_;
+    Ref<claDialogButton> pusOK_;
+    Ref<claDialogButton> pusCancel_;
+};

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "framework/windows/Window.h"
+
+class Canvas;
+class DragItem;
+class Label;
+class ProgressBar;
+class ScrollBar;
+class claFilePerform;
+class claProBar;
+class claToolbar;
+
+// The program's one window: the operation list, the toolbar, and a strip with the number of operations. Files enter here,
+// and closing it ends the program. Main thread.
+class winMain : public Window {
+public:
+    static Ref<winMain> Instance();
+
+    const Ref<claFilePerform>& canPerform() const { return canPerform_; }
+    const Ref<Label>& staStatus() const { return staStatus_; }
+
+    // Ask for one file to cut, or for one part of a series to glue.
+    void Cut();
+    void Glue();
+
+    // A new bar for one operation. The operation's row closes it.
+    Ref<ProgressBar> GetNewBar();
+
+protected:
+    WindowLayout Layout() override;
+    void CreateControls() override;
+    void Event_Close() override;
+    void Event_Paint(Graphics& graphics) override;
+    bool Event_CancelClose(bool quitting) override;
+
+private:
+    void Canvas1_Paint(Graphics& graphics);
+    void canPerform_Open();
+    void canPerform_DropObject(const Ref<DragItem>& drag);
+    void staStatus_Open();
+    bool ConfirmsQuit();
+    void StopAll();
+
+    Ref<Canvas> Canvas1_;
+    Ref<claFilePerform> canPerform_;
+    Ref<claToolbar> tolMain_;
+    Ref<ScrollBar> ScrollBar1_;
+    Ref<claProBar> proBar_; // member 0, the pattern of the bars; it never shows
+    Ref<Label> staStatus_;
+};
