@@ -1,0 +1,88 @@
+#include "bench/Cost.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+double Seconds(const timeval& time) {
+    return double(time.tv_sec) + double(time.tv_usec) / 1e6;
+}
+
+double ProcessorTime(const rusage& usage) {
+    return Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
+}
+
+double Now() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+[[noreturn]] void Become(const std::vector<std::string>& words, const std::string& folder) {
+    std::vector<char*> pointers;
+    for (const std::string& word : words)
+        pointers.push_back(const_cast<char*>(word.c_str()));
+    pointers.push_back(nullptr);
+    if (chdir(folder.c_str()) == 0)
+        execvp(pointers[0], pointers.data());
+    _exit(127);
+}
+
+} // namespace
+
+Cost CostOf(const std::function<void()>& work) {
+    rusage before{};
+    rusage after{};
+    getrusage(RUSAGE_SELF, &before);
+    const double start = Now();
+    work();
+    const double wall = Now() - start;
+    getrusage(RUSAGE_SELF, &after);
+    return {wall, ProcessorTime(after) - ProcessorTime(before)};
+}
+
+Cost CostOfCommand(const std::vector<std::string>& words, const std::string& folder) {
+    const double start = Now();
+    const pid_t child = vfork();
+    if (child == 0)
+        Become(words, folder);
+    int status = 0;
+    rusage usage{};
+    wait4(child, &status, 0, &usage);
+    const double wall = Now() - start;
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+        std::fprintf(stderr, "%s failed\n", words[0].c_str());
+        std::_Exit(2);
+    }
+    return {wall, ProcessorTime(usage)};
+}
+
+double Median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    const std::size_t middle = values.size() / 2;
+    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+Comparison Compare(int rounds, const std::function<Cost()>& ours, const std::function<Cost()>& peer) {
+    std::vector<double> walls;
+    std::vector<double> cpus;
+    std::vector<double> oursWall;
+    std::vector<double> peerWall;
+    for (int round = 0; round <= rounds; ++round) {
+        const Cost a = ours();
+        const Cost b = peer();
+        if (round == 0)
+            continue; // warms the caches
+        walls.push_back(a.wall / b.wall);
+        cpus.push_back(a.cpu / b.cpu);
+        oursWall.push_back(a.wall);
+        peerWall.push_back(b.wall);
+    }
+    return {Median(walls), Median(cpus), Median(oursWall), Median(peerWall)};
+}

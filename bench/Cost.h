@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// What something cost.
+struct Cost {
+    double wall = 0; // seconds
+    double cpu = 0;  // seconds of processor time, user and system
+};
+
+// Runs `work` in this process and measures it; processor time of all threads counts.
+Cost CostOf(const std::function<void()>& work);
+
+// Runs a command to its end, in that folder, and measures it. A command that fails ends the measurements.
+Cost CostOfCommand(const std::vector<std::string>& words, const std::string& folder);
+
+double Median(std::vector<double> values);
+
+// Pair by pair, A B A B ..., after one pair that is not counted. Gives the medians of the ratios.
+struct Comparison {
+    double wallRatio = 0;
+    double cpuRatio = 0;
+    double ours = 0; // median wall seconds
+    double peer = 0;
+};
+Comparison Compare(int rounds, const std::function<Cost()>& ours, const std::function<Cost()>& peer);

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// The table of results.
+class Report {
+public:
+    // A figure with the most that it may be. `what` says what the figure is, with its unit.
+    void Add(const std::string& measure, const std::string& what, double figure, double atMost);
+    // A measure that could not be taken here, and why.
+    void Skip(const std::string& measure, const std::string& reason);
+
+    // Writes the table to standard output, and the same as JSON to a file. True if every figure is within its bound.
+    bool Write(const std::string& jsonPath) const;
+
+private:
+    struct Row {
+        std::string measure, what;
+        double figure, atMost;
+        bool skipped;
+        bool Holds() const { return skipped || figure <= atMost; }
+    };
+    std::vector<Row> rows_;
+};

@@ -1,0 +1,82 @@
+#include "bench/Scratch.h"
+
+#include <fcntl.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+Scratch::Scratch(const std::string& parent) {
+    fs::create_directories(parent);
+    std::string pattern = parent + "/ombrivel-bench-XXXXXX";
+    if (mkdtemp(pattern.data()) == nullptr) {
+        std::perror(pattern.c_str());
+        std::_Exit(2);
+    }
+    path_ = fs::absolute(pattern).string();
+}
+
+Scratch::~Scratch() {
+    std::error_code failure;
+    fs::remove_all(path_, failure);
+}
+
+void Scratch::RemoveAll(const std::string& prefix, const std::string& keep) const {
+    std::vector<fs::path> gone;
+    for (const auto& entry : fs::directory_iterator(path_)) {
+        const std::string name = entry.path().filename().string();
+        if (name.rfind(prefix, 0) == 0 && name != keep)
+            gone.push_back(entry.path());
+    }
+    for (const fs::path& path : gone)
+        fs::remove(path);
+    sync();
+}
+
+void MakeFile(const std::string& path, uint64_t bytes) {
+    constexpr std::size_t kBlock = 1U << 20U;
+    std::mt19937_64 random(20);
+    std::vector<uint64_t> block(kBlock / sizeof(uint64_t));
+    std::FILE* const file = std::fopen(path.c_str(), "wb");
+    for (uint64_t done = 0; file != nullptr && done < bytes; done += kBlock) {
+        for (std::size_t i = 0; i < block.size(); i += 8)
+            block[i] = random();
+        std::fwrite(block.data(), 1, std::min<uint64_t>(kBlock, bytes - done), file);
+    }
+    if (file == nullptr || std::fclose(file) != 0) {
+        std::perror(path.c_str());
+        std::_Exit(2);
+    }
+    sync();
+}
+
+uint64_t FreeBytes(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY);
+    syncfs(descriptor);
+    struct statvfs status {};
+    fstatvfs(descriptor, &status);
+    close(descriptor);
+    return uint64_t(status.f_bavail) * status.f_frsize;
+}
+
+std::optional<std::string> LoopMount::Mount(const std::string& kind, const std::string& folder, uint64_t bytes) {
+    const std::string image = folder + "/" + kind + ".img";
+    const std::string point = folder + "/" + kind;
+    fs::create_directories(point);
+    const std::string command = "truncate -s " + std::to_string(bytes) + " '" + image + "' && mkfs." + kind + " -q '" +
+                                image + "' && mount -o loop '" + image + "' '" + point + "'";
+    if (std::system((command + " >/dev/null 2>&1").c_str()) != 0)
+        return std::nullopt;
+    return point;
+}
+
+void LoopMount::Unmount(const std::string& mountPoint) {
+    if (std::system(("umount '" + mountPoint + "'").c_str()) != 0)
+        std::fprintf(stderr, "%s could not be unmounted\n", mountPoint.c_str());
+}

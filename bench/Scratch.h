@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+// A folder of its own for one measure, removed with what is in it at the end.
+class Scratch {
+public:
+    explicit Scratch(const std::string& parent);
+    ~Scratch();
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
+
+    const std::string& Path() const { return path_; }
+    std::string At(const std::string& name) const { return path_ + "/" + name; }
+    // Removes every entry whose name begins with that text, other than `keep`.
+    void RemoveAll(const std::string& prefix, const std::string& keep = "") const;
+
+private:
+    std::string path_;
+};
+
+// A file of that size without holes, and its data on the disk rather than on its way there.
+void MakeFile(const std::string& path, uint64_t bytes);
+
+// Bytes free on the file system of that path, after everything has been written out.
+uint64_t FreeBytes(const std::string& path);
+
+// A file system of that kind ("btrfs", "xfs") in an image file, mounted while this lives.
+class LoopMount {
+public:
+    // Nothing if it can't be had here.
+    static std::optional<std::string> Mount(const std::string& kind, const std::string& folder, uint64_t bytes);
+    static void Unmount(const std::string& mountPoint);
+};

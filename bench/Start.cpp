@@ -1,0 +1,113 @@
+#include "bench/Cost.h"
+#include "bench/Measures.h"
+#include "bench/Scratch.h"
+#include "framework/files/ProgramFile.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+constexpr int kRounds = 15;
+constexpr int kMiddleX = 512, kMiddleY = 384;
+
+// A virtual display without a window manager, so that only the program's own work counts.
+class VirtualDisplay {
+public:
+    VirtualDisplay() {
+        std::array<int, 2> number{};
+        if (pipe(number.data()) != 0)
+            return;
+        process_ = fork();
+        if (process_ == 0) {
+            const std::string descriptor = std::to_string(number[1]);
+            execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1024x768x24", "-nolisten", "tcp",
+                   nullptr);
+            _exit(127);
+        }
+        close(number[1]);
+        std::array<char, 16> digits{};
+        if (read(number[0], digits.data(), digits.size() - 1) > 0)
+            name_ = ":" + std::to_string(std::atoi(digits.data()));
+        close(number[0]);
+    }
+    ~VirtualDisplay() {
+        if (process_ > 0) {
+            kill(process_, SIGTERM);
+            waitpid(process_, nullptr, 0);
+        }
+    }
+    VirtualDisplay(const VirtualDisplay&) = delete;
+    VirtualDisplay& operator=(const VirtualDisplay&) = delete;
+
+    const std::string& Name() const { return name_; }
+
+private:
+    pid_t process_ = -1;
+    std::string name_;
+};
+
+bool MiddleIsPainted(xcb_connection_t* server) {
+    const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(server)).data;
+    const auto request =
+        xcb_get_image(server, XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, kMiddleX, kMiddleY, 1, 1, 0xFFFFFF);
+    xcb_get_image_reply_t* const image = xcb_get_image_reply(server, request, nullptr);
+    bool painted = false;
+    for (int i = 0; image != nullptr && i < xcb_get_image_data_length(image); ++i)
+        painted = painted || xcb_get_image_data(image)[i] != 0;
+    std::free(image);
+    return painted;
+}
+
+// Seconds from the start of a program to its first paint in the middle of the screen, which is black before. A negative
+// figure if nothing shows in ten seconds.
+double TimeToPaint(xcb_connection_t* server, const std::string& program) {
+    while (MiddleIsPainted(server))
+        usleep(1000);
+    const auto start = std::chrono::steady_clock::now();
+    const auto elapsed = [start] {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    };
+    std::string word = program;
+    std::array<char*, 2> words{word.data(), nullptr};
+    pid_t child = 0;
+    posix_spawn(&child, program.c_str(), nullptr, nullptr, words.data(), environ);
+    while (!MiddleIsPainted(server) && elapsed() < 10)
+        usleep(200);
+    const double seconds = MiddleIsPainted(server) ? elapsed() : -1;
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    return seconds;
+}
+
+} // namespace
+
+void MeasureStart(const BenchOptions&, Report& report) {
+    const VirtualDisplay display;
+    xcb_connection_t* const server = xcb_connect(display.Name().c_str(), nullptr);
+    if (display.Name().empty() || xcb_connection_has_error(server) != 0) {
+        report.Skip("start to first paint", "no virtual display can be started here");
+        return;
+    }
+    setenv("DISPLAY", display.Name().c_str(), 1);
+    setenv("QT_QPA_PLATFORM", "xcb", 1);
+    const auto timed = [server](const std::string& program) {
+        const double seconds = TimeToPaint(server, PathBesideProgram(program));
+        return Cost{seconds, seconds};
+    };
+    const Comparison start = Compare(
+        kRounds, [&] { return timed("ombrivel"); }, [&] { return timed("ombrivel-bare-window"); });
+    report.Add("start to first paint", "ratio to a bare window", start.peer > 0 && start.ours > 0 ? start.wallRatio : 99,
+               1.5);
+    xcb_disconnect(server);
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+}

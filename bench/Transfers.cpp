@@ -1,0 +1,84 @@
+#include "bench/Cost.h"
+#include "bench/Measures.h"
+#include "bench/Operations.h"
+#include "bench/Scratch.h"
+
+#include <cmath>
+#include <unistd.h>
+
+namespace {
+
+constexpr uint64_t kGiB = 1ULL << 30U;
+constexpr int32_t kPartSize = 100 * 1048576;
+
+struct Bounds {
+    double cut, glue;
+};
+
+void MeasureOn(const std::string& place, const std::string& folder, uint64_t size, const BenchOptions& options,
+               const Bounds& bounds, Report& report) {
+    const Scratch scratch(folder);
+    MakeFile(scratch.At("film"), size);
+    const std::string measure = " " + std::to_string(size / 1048576) + " MiB, " + place;
+
+    const Comparison cut = Compare(
+        options.rounds,
+        [&] {
+            scratch.RemoveAll("film", "film");
+            return CostOf([&] { Cut(scratch.At("film"), kPartSize); });
+        },
+        [&] {
+            scratch.RemoveAll("film", "film");
+            return CostOfCommand({"split", "-b", std::to_string(kPartSize), "-d", "-a", "3", "film", "film."},
+                                 scratch.Path());
+        });
+    report.Add("cut" + measure, "wall, ratio to split", cut.wallRatio, bounds.cut);
+    report.Add("cut" + measure, "processor, ratio to split", cut.cpuRatio, bounds.cut);
+
+    scratch.RemoveAll("film", "film");
+    const uint64_t before = FreeBytes(scratch.Path());
+    Cut(scratch.At("film"), kPartSize);
+    if (bounds.cut < 1)
+        report.Add("cut" + measure, "free space taken, share of the file",
+                   double(before - FreeBytes(scratch.Path())) / double(size), 0.05);
+    unlink(scratch.At("film").c_str());
+
+    const Comparison glue = Compare(
+        options.rounds,
+        [&] {
+            unlink(scratch.At("film").c_str());
+            sync();
+            return CostOf([&] { Glue(scratch.At("film.001")); });
+        },
+        [&] {
+            unlink(scratch.At("film").c_str());
+            sync();
+            return CostOfCommand({"sh", "-c", "exec cat film.[0-9][0-9][0-9] > film"}, scratch.Path());
+        });
+    report.Add("glue" + measure, "wall, ratio to cat", glue.wallRatio, bounds.glue);
+    report.Add("glue" + measure, "processor, ratio to cat", glue.cpuRatio, bounds.glue);
+}
+
+void MeasureOnSharing(const std::string& kind, uint64_t size, const BenchOptions& options, Report& report) {
+    const Scratch scratch(options.folder);
+    const auto mounted = LoopMount::Mount(kind, scratch.Path(), size * 5 / 2 + kGiB);
+    if (!mounted) {
+        report.Skip("cut and glue, " + kind, "no such file system can be mounted here");
+        return;
+    }
+    MeasureOn(kind, *mounted, size, options, {0.05, 0.05}, report);
+    LoopMount::Unmount(*mounted);
+}
+
+} // namespace
+
+void MeasureTransfers(const BenchOptions& options, Report& report) {
+    const auto size = static_cast<uint64_t>(std::llround(4 * options.scale * double(kGiB) / kPartSize)) * kPartSize;
+    MeasureOn("disk", options.folder, size, options, {1.0, 1.05}, report);
+    if (access("/dev/shm", W_OK) == 0)
+        MeasureOn("tmpfs", "/dev/shm", size, options, {1.0, 1.05}, report);
+    else
+        report.Skip("cut and glue, tmpfs", "/dev/shm is not there");
+    MeasureOnSharing("btrfs", size, options, report);
+    MeasureOnSharing("xfs", size, options, report);
+}
