@@ -106,8 +106,8 @@ void MeasureStart(const BenchOptions&, Report& report) {
     };
     const Comparison start = Compare(
         kRounds, [&] { return timed("ombrivel"); }, [&] { return timed("ombrivel-bare-window"); });
-    report.Add("start to first paint", "ratio to a bare window", start.peer > 0 && start.ours > 0 ? start.wallRatio : 99,
-               1.5);
+    report.Add("start to first paint", "ratio to a bare window",
+               start.peer > 0 && start.ours > 0 ? start.wallRatio : 99, 1.5);
     xcb_disconnect(server);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
 }

@@ -40,7 +40,7 @@ void MeasureOn(const std::string& place, const std::string& folder, uint64_t siz
     Cut(scratch.At("film"), kPartSize);
     if (bounds.cut < 1)
         report.Add("cut" + measure, "free space taken, share of the file",
-                   double(before - FreeBytes(scratch.Path())) / double(size), 0.05);
+                   (double(before) - double(FreeBytes(scratch.Path()))) / double(size), 0.05);
     unlink(scratch.At("film").c_str());
 
     const Comparison glue = Compare(

@@ -6,6 +6,7 @@
 #include "framework/desktop/Desktop.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Text.h"
+#include "framework/threads/MainThread.h"
 #include "framework/threads/Yield.h"
 #include "framework/windows/MessageDialog.h"
 #include "settings/Multilingual.h"
@@ -37,7 +38,7 @@ void App::Event_Open() {
     Preferences->Language = Multilingual::SystemLanguage();
     const Ref<FolderItem> bundle = ExecutableFile()->Parent()->Parent();
     Multilingual::Initialize(bundle->Child("Resources")->Child("Multilingual"), Preferences->Language);
-    SetIcon(IconPicture());
+    PostToMainThread([] { SetIcon(IconPicture()); }); // not before the window shows: it takes a while
     winMain::Instance()->Show();
     // By index: a file may be handed over while the dialog of the one before it is up.
     for (std::size_t i = 0; i < openFiles_.size(); ++i) {

@@ -8,8 +8,8 @@
 class FolderItem;
 class claPreferences;
 
-// The application object: takes the files that enter, sends each to a cut or a glue, and holds what the whole run shares.
-// Main thread.
+// The application object: takes the files that enter, sends each to a cut or a glue, and holds what the whole run
+// shares. Main thread.
 class App : public Application {
 public:
     // Makes the one instance.

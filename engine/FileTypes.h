@@ -2,8 +2,8 @@
 
 #include "framework/files/FileType.h"
 
-// The registered file types. Initialize makes them, once, on the main thread before anything else runs; from then on they
-// may be read on any thread.
+// The registered file types. Initialize makes them, once, on the main thread before anything else runs; from then on
+// they may be read on any thread.
 class FileTypes {
 public:
     static void Initialize();

@@ -9,15 +9,15 @@
 // "film.mov", 1 gives "film.mov.001". The number has at least three digits and as many as it needs.
 std::string PartName(const std::string& base, int32_t number);
 
-// The base of a part's name: always its last four characters are cut off, whatever they are. A four-digit part therefore
-// gives a base that fits no part; that is accepted.
+// The base of a part's name: always its last four characters are cut off, whatever they are. A four-digit part
+// therefore gives a base that fits no part; that is accepted.
 std::string BaseOfPart(const std::string& partName);
 
 // The names under which a browser keeps a part until it has wholly arrived.
 std::vector<std::string> DownloadNames(const std::string& partName);
 
-// Head, blank, number, tail, split at the first point and not at the last: "my.film.mov", 1 gives "my 1.film.mov". A name
-// without a point is all tail: "film", 1 gives " 1film".
+// Head, blank, number, tail, split at the first point and not at the last: "my.film.mov", 1 gives "my 1.film.mov". A
+// name without a point is all tail: "film", 1 gives " 1film".
 std::string NumberedVariant(const std::string& name, int32_t number);
 
 // How many parts of `partSize` bytes a file of `length` bytes gives. Not above 0 for a size that is not.

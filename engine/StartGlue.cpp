@@ -25,8 +25,8 @@ bool IsInUse(const FolderItem& file, const std::vector<Ref<FolderItem>>& inUse) 
     });
 }
 
-// Beside the parts, under their base name or the first numbered variant of it that is free. Unlike in a cut, each variant
-// is made from the base itself.
+// Beside the parts, under their base name or the first numbered variant of it that is free. Unlike in a cut, each
+// variant is made from the base itself.
 Ref<FolderItem> FreeTarget(const FolderItem& folder, const std::string& base) {
     Ref<FolderItem> target = folder.Child(base);
     for (int32_t n = 1; target->Exists(); ++n) {

@@ -7,8 +7,8 @@
 class FolderItem;
 class Thread;
 
-// Looks once a second whether a part has arrived, and wakes the thread that sleeps until then. Runs from its making until
-// the part is there, without a limit, for as long as somebody holds it. Made on the main thread.
+// Looks once a second whether a part has arrived, and wakes the thread that sleeps until then. Runs from its making
+// until the part is there, without a limit, for as long as somebody holds it. Made on the main thread.
 class claDecodeDownloadingTimer : public Timer {
 public:
     // `fileName` is the name of the finished part.

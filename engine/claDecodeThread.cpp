@@ -19,8 +19,12 @@
 #include "ui/winMain.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace {
+
+// A part is appended to its end.
+constexpr int64_t kWholePart = std::numeric_limits<int64_t>::max();
 
 bool IsArchive(const std::string& name) {
     const std::string ending = Right(name, 4);
@@ -54,8 +58,8 @@ void claDecodeThread::Event_RunThread() {
 }
 
 // Whole megabytes of what the folder holds of the series, parts still being downloaded included. The sum goes through a
-// whole number at every step, so each part loses its fraction and parts below a megabyte count nothing: that is accepted,
-// the progress step copes with a maximum that is too small.
+// whole number at every step, so each part loses its fraction and parts below a megabyte count nothing: that is
+// accepted, the progress step copes with a maximum that is too small.
 int32_t claDecodeThread::EstimateMegabytes() const {
     int32_t total = 0;
     for (int32_t i = 1; i <= Folder->Count(); ++i) {
@@ -75,8 +79,8 @@ void claDecodeThread::AddRow() {
     });
 }
 
-// The next part, or nil when the series is at its end or the worker was stopped. The series ends at the first number that
-// has neither a part nor a download.
+// The next part, or nil when the series is at its end or the worker was stopped. The series ends at the first number
+// that has neither a part nor a download.
 Ref<FolderItem> claDecodeThread::GetNextFile() {
     ++FileCount;
     const std::string name = PartName(FileName, FileCount);
@@ -95,8 +99,8 @@ bool claDecodeThread::IsDownloading(const std::string& name) const {
                        [this](const std::string& download) { return Folder->Child(download)->Exists(); });
 }
 
-// Sleeps until the part has appeared or the worker is stopped, as long as it takes. The download itself is looked at once:
-// that it vanishes does not end the wait.
+// Sleeps until the part has appeared or the worker is stopped, as long as it takes. The download itself is looked at
+// once: that it vanishes does not end the wait.
 void claDecodeThread::WaitForDownload(const std::string& name) {
     Ref<claDecodeDownloadingTimer> timer; // works for as long as this holds it
     Suspend([&] {
@@ -112,7 +116,7 @@ void claDecodeThread::Append(const Ref<FolderItem>& part) {
         info->Status = Multilingual::GetString("MainStatusAddingPart", Str(number));
     });
     while (!stream->AtEOF()) {
-        StreamOut->WriteFrom(*stream, kTransferBlock);
+        StreamOut->WriteFrom(*stream, kTransferBlock, kWholePart);
         ProgressStep(*info_->Bar);
         if (Stop)
             break;

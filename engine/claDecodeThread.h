@@ -9,9 +9,9 @@ class BinaryStream;
 class FolderItem;
 class claFilePerformInfo;
 
-// The worker of a glue: appends the parts of a series to the target in ascending number, waits for a part that a browser is
-// still downloading, and applies the user's preferences for parts and archives at the end. A stop moves the unfinished
-// target to the Trash and leaves the parts alone.
+// The worker of a glue: appends the parts of a series to the target in ascending number, waits for a part that a
+// browser is still downloading, and applies the user's preferences for parts and archives at the end. A stop moves the
+// unfinished target to the Trash and leaves the parts alone.
 class claDecodeThread : public claThread {
 public:
     // Filled in by who starts the thread.

@@ -31,7 +31,8 @@ void claEncodeThread::Event_RunThread() {
         fileDone_.push_back(Part(counter));
     } while (!Stop);
 
-    // Once more, on every path: for an empty source, which has no part, this ends the thread and leaves the row as it is.
+    // Once more, on every path: for an empty source, which has no part, this ends the thread and leaves the row as it
+    // is.
     part->Close();
 
     const bool stopped = Stop;
@@ -70,7 +71,7 @@ void claEncodeThread::FillPart(BinaryStream& part, claFilePerformInfo& info) {
     int32_t remaining = PartSize;
     while (remaining != 0) {
         if (remaining >= kTransferBlock) {
-            part.WriteFrom(*StreamIn, kTransferBlock);
+            part.WriteFrom(*StreamIn, kTransferBlock, remaining - kTransferBlock);
             remaining -= kTransferBlock;
         } else {
             part.WriteFrom(*StreamIn, remaining);

@@ -9,9 +9,9 @@ class BinaryStream;
 class FolderItem;
 class claFilePerformInfo;
 
-// The worker of a cut: writes the parts of one file beside it and shows its progress in one row of the list. A stop moves
-// what it has written to the Trash; the source is never changed. An empty source gives no part and leaves its row in the
-// list; so does whatever else ends the body early.
+// The worker of a cut: writes the parts of one file beside it and shows its progress in one row of the list. A stop
+// moves what it has written to the Trash; the source is never changed. An empty source gives no part and leaves its row
+// in the list; so does whatever else ends the body early.
 class claEncodeThread : public claThread {
 public:
     // Filled in by who starts the thread.

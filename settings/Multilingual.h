@@ -9,14 +9,15 @@ class FolderItem;
 // Every text of the interface, by key, in one language at a time. Main thread.
 namespace Multilingual {
 
-// Empties the tables and fills them from a strings.txt. A file that is nil or can't be opened is a nil object failure, and
-// leaves the tables empty.
+// Empties the tables and fills them from a strings.txt. A file that is nil or can't be opened is a nil object failure,
+// and leaves the tables empty.
 void LoadLanguageFile(const Ref<FolderItem>& file);
 
-// The text of that key with its placeholders filled in, each at its first occurrence only; empty if the language does not
-// have the key. Takes the same time however many keys there are.
-std::string GetString(const std::string& key, const std::string& placeholder1 = "", const std::string& placeholder2 = "",
-                      const std::string& placeholder3 = "", const std::string& placeholder4 = "");
+// The text of that key with its placeholders filled in, each at its first occurrence only; empty if the language does
+// not have the key. Takes the same time however many keys there are.
+std::string GetString(const std::string& key, const std::string& placeholder1 = "",
+                      const std::string& placeholder2 = "", const std::string& placeholder3 = "",
+                      const std::string& placeholder4 = "");
 
 // Name of the language folder that belongs to the system's language, or empty.
 std::string SystemLanguage();

@@ -6,8 +6,8 @@
 
 class FolderItem;
 
-// The user's settings: read from one small file at the start, written back at the end, and changed in memory in between.
-// Main thread. There are no change notices.
+// The user's settings: read from one small file at the start, written back at the end, and changed in memory in
+// between. Main thread. There are no change notices.
 class claPreferences : public Object {
 public:
     // The defaults. Touches no file.
@@ -21,8 +21,8 @@ public:
     std::string Language;           // name of a language folder
     bool SearchForUpdates = true;   // look for a newer version at the start
 
-    // Reads the file, if it is there and of this version. Holding Shift leaves the defaults in force instead. A file that
-    // can't be opened is a nil object failure.
+    // Reads the file, if it is there and of this version. Holding Shift leaves the defaults in force instead. A file
+    // that can't be opened is a nil object failure.
     void Load();
     // Writes the file anew.
     void Save() const;

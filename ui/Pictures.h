@@ -2,8 +2,8 @@
 
 #include "framework/windows/Picture.h"
 
-// The program's pictures, each with its mask applied. A picture is read from the resources at its first use and kept; one
-// that can't be read is nil, and is tried again at the next use. Main thread. Callers change nothing on them.
+// The program's pictures, each with its mask applied. A picture is read from the resources at its first use and kept;
+// one that can't be read is nil, and is tried again at the next use. Main thread. Callers change nothing on them.
 
 Ref<Picture> picBack();
 Ref<Picture> picIconGlue();

@@ -7,7 +7,8 @@ class claDialogWindow;
 // A button that ends its dialog, unless a handler takes over.
 class claDialogButton : public PushButton {
 public:
-    WeakRef<claDialogWindow> w; // the dialog that the button reports to; pressing a button without one is a nil object failure
+    WeakRef<claDialogWindow>
+        w; // the dialog that the button reports to; pressing a button without one is a nil object failure
 
     // True keeps the dialog open: the handler has taken over.
     std::function<bool()> Action;

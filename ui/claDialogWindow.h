@@ -4,9 +4,9 @@
 
 class claDialogButton;
 
-// Base of the modal dialogs with one action and one cancel button. It gives them their standard captions and a modal run
-// that returns the button pressed. The dialog is hidden then, not closed: its controls can still be read, and who ran it
-// closes it. Main thread.
+// Base of the modal dialogs with one action and one cancel button. It gives them their standard captions and a modal
+// run that returns the button pressed. The dialog is hidden then, not closed: its controls can still be read, and who
+// ran it closes it. Main thread.
 class claDialogWindow : public Window {
 public:
     Ref<claDialogButton> ActionButton; // set by the subclass in Event_DialogOpen; each may stay nil
@@ -15,8 +15,8 @@ public:
     // The end of the dialog: remembers the button and hides the window.
     virtual void Action(const Ref<claDialogButton>& button);
 
-    // Run the dialog and return the button that ended it: nil if it was closed otherwise, or, as this is never cleared, the
-    // button of an earlier run.
+    // Run the dialog and return the button that ended it: nil if it was closed otherwise, or, as this is never cleared,
+    // the button of an earlier run.
     virtual Ref<claDialogButton> ShowModal();
     virtual Ref<claDialogButton> ShowModalWithin(const Ref<Window>& parent);
 

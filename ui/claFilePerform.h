@@ -10,8 +10,8 @@ class claFilePerformInfo;
 class claThread;
 class Picture;
 
-// The list of what runs at this moment: one row of 50 pixels per operation, painted by hand, with icon, name, bar, status and
-// a stop button. It has no selection, no keyboard and no scrolling. Main thread.
+// The list of what runs at this moment: one row of 50 pixels per operation, painted by hand, with icon, name, bar,
+// status and a stop button. It has no selection, no keyboard and no scrolling. Main thread.
 class claFilePerform : public Canvas {
 public:
     // The rows, top row first. Each has a live Bar. Only AddInfo appends, only claFilePerformInfo::Close removes.

@@ -2,8 +2,8 @@
 
 #include "framework/windows/ProgressBar.h"
 
-// A bar of the main window's array `proBar`. Its layout puts it above the window's top edge, out of sight; the list moves it
-// into its row.
+// A bar of the main window's array `proBar`. Its layout puts it above the window's top edge, out of sight; the list
+// moves it into its row.
 class claProBar : public ProgressBar {
 public:
     explicit claProBar(int32_t index = 0) : Index(index) {}

@@ -68,8 +68,8 @@ void winCut::Event_ChangeButtonCaption() {
     ActionButton->SetCaption(Multilingual::GetString("ButtonCut"));
 }
 
-// Digits only, with no exception: a point, Backspace and the arrow keys are dropped too. Sizes are typed in whole, chosen
-// from the list, or pasted.
+// Digits only, with no exception: a point, Backspace and the arrow keys are dropped too. Sizes are typed in whole,
+// chosen from the list, or pasted.
 bool winCut::comPartSize_KeyDown(const std::string& key) {
     if (IsNumeric(key))
         return false;

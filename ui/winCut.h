@@ -8,14 +8,14 @@
 class ComboBox;
 class Label;
 
-// The dialog in which the user picks the part size for one cut. It starts nothing itself: who shows it reads the field and
-// the button pressed.
+// The dialog in which the user picks the part size for one cut. It starts nothing itself: who shows it reads the field
+// and the button pressed.
 class winCut : public claDialogWindow {
 public:
     static Ref<winCut> Instance();
 
-    // The low 32 bits of the file's length, read as a signed number: the figures of a file from 2 GiB on are wrong, and the
-    // cut itself does not go by them.
+    // The low 32 bits of the file's length, read as a signed number: the figures of a file from 2 GiB on are wrong, and
+    // the cut itself does not go by them.
     int32_t FileSize = 0;
 
     const Ref<ComboBox>& comPartSize() const { return comPartSize_; }

@@ -11,8 +11,8 @@ class claFilePerform;
 class claProBar;
 class claToolbar;
 
-// The program's one window: the operation list, the toolbar, and a strip with the number of operations. Files enter here,
-// and closing it ends the program. Main thread.
+// The program's one window: the operation list, the toolbar, and a strip with the number of operations. Files enter
+// here, and closing it ends the program. Main thread.
 class winMain : public Window {
 public:
     static Ref<winMain> Instance();

@@ -66,7 +66,8 @@ std::vector<std::string> FilesToOpen(int count, char** words) {
     return paths;
 }
 
-// Files come in before Event_Open, which serves them when the windows are there; a start without a file is told after it.
+// Files come in before Event_Open, which serves them when the windows are there; a start without a file is told after
+// it.
 void Begin(const std::vector<std::string>& paths, const std::function<Ref<Application>()>& startup) {
     const bool begun = EventEdge::Run("start", [&] {
         application = startup();

@@ -10,8 +10,8 @@ class Picture;
 
 // What the desktop and the framework need to know of a program.
 struct ProgramIdentity {
-    std::string Name;         // as users read it
-    std::string Id;           // reverse domain name: its name on the session bus and of its launcher
+    std::string Name; // as users read it
+    std::string Id;   // reverse domain name: its name on the session bus and of its launcher
     std::string LongVersion;
     std::string ShortVersion;
 };

@@ -8,8 +8,8 @@
 class Application;
 class FolderItem;
 
-// Hands open and new-document events to the application, one at a time and in order. They wait while a modal dialog runs:
-// a second dialog on top of the first would ask about a file that the user has not seen coming. Main thread.
+// Hands open and new-document events to the application, one at a time and in order. They wait while a modal dialog
+// runs: a second dialog on top of the first would ask about a file that the user has not seen coming. Main thread.
 class OpenEvents {
 public:
     static OpenEvents& Instance();

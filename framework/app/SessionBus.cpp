@@ -68,7 +68,8 @@ private:
 // Asking for a bus that nobody started would start one.
 bool BusIsThere() {
     return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-           access((qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus")).toLocal8Bit().constData(), F_OK) == 0;
+           access((qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus")).toLocal8Bit().constData(), F_OK) ==
+               0;
 }
 
 QDBusMessage Request(const QString& programId, const std::vector<std::string>& paths) {

@@ -2,7 +2,6 @@
 
 #include "framework/base/Ref.h"
 
-#include <memory>
 #include <string>
 
 // A sound file, WAV or MP3. Main thread.
@@ -11,14 +10,11 @@ public:
     // Nil if there is no such file.
     static Ref<Sound> Load(const std::string& path);
 
-    explicit Sound(std::string path);
-    ~Sound() override;
+    explicit Sound(std::string path) : path_(std::move(path)) {}
 
     // Plays the sound once, without waiting for its end. Where no audio device is, nothing is heard.
     void Play();
 
 private:
-    struct Player;
     std::string path_;
-    std::unique_ptr<Player> player_; // made when the sound is played first
 };

@@ -27,10 +27,10 @@ bool AskFileManager(GFile* file) {
         return false;
     char* address = g_file_get_uri(file);
     const char* addresses[] = {address, nullptr};
-    GVariant* answer = g_dbus_connection_call_sync(
-        bus, "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1", "org.freedesktop.FileManager1",
-        "ShowItems", g_variant_new("(^ass)", addresses, ""), nullptr, G_DBUS_CALL_FLAGS_NONE, kAnswerMilliseconds,
-        nullptr, nullptr);
+    GVariant* answer =
+        g_dbus_connection_call_sync(bus, "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
+                                    "org.freedesktop.FileManager1", "ShowItems", g_variant_new("(^ass)", addresses, ""),
+                                    nullptr, G_DBUS_CALL_FLAGS_NONE, kAnswerMilliseconds, nullptr, nullptr);
     g_free(address);
     const bool answered = answer != nullptr;
     if (answered)

@@ -1,6 +1,10 @@
 #include "framework/files/BinaryStream.h"
 
+#include <linux/fs.h>
+#include <linux/magic.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,11 +15,30 @@ namespace {
 
 // Large enough to make system calls cheap, small enough to stay in the processor's cache.
 constexpr int64_t kCopyBuffer = 128 * 1024;
+// Sharing may have to write the source's fresh data out first, and a stop has to wait for it: so not a whole part at
+// once.
+constexpr int64_t kShareAtOnce = 64 * 1024 * 1024;
 constexpr std::size_t kLongestPString = 255;
 
 std::vector<char>& CopyBuffer() {
     thread_local std::vector<char> buffer(kCopyBuffer);
     return buffer;
+}
+
+// File systems of this machine, on which reading and writing through a buffer costs less than copy_file_range.
+bool MovesPlainly(int descriptor) {
+    struct statfs status = {};
+    if (fstatfs(descriptor, &status) != 0)
+        return false;
+    switch (static_cast<unsigned long>(status.f_type)) {
+    case EXT4_SUPER_MAGIC:
+    case TMPFS_MAGIC:
+    case BTRFS_SUPER_MAGIC:
+    case XFS_SUPER_MAGIC:
+        return true;
+    default:
+        return false;
+    }
 }
 
 template <class Call>
@@ -39,24 +62,54 @@ void BinaryStream::Write(std::string_view data) {
     WriteAll(data.data(), static_cast<int64_t>(data.size()));
 }
 
-void BinaryStream::WriteFrom(BinaryStream& source, int32_t count) {
-    const int64_t block = std::clamp<int64_t>(count, 0, source.Remaining());
-    const int64_t shared = ShareFrom(source, block);
-    if (shared < block)
-        CopyFrom(source, block - shared);
+void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) {
+    const int64_t available = source.Remaining();
+    const int64_t block = std::clamp<int64_t>(count, 0, available);
+    int64_t moved = ShareFrom(source, block, std::clamp<int64_t>(more, 0, available - block));
+    moved += DelegateFrom(source, block - moved);
+    if (moved < block)
+        CopyFrom(source, block - moved);
 }
 
-// Lets the kernel move the bytes. Gives the number moved; what it declines is left to CopyFrom, which also finds out
-// whether reading or writing was the trouble.
-int64_t BinaryStream::ShareFrom(BinaryStream& source, int64_t count) {
+// Makes the file refer to the source's own blocks, a good piece ahead of what was asked for, and then counts off what
+// it has.
+int64_t BinaryStream::ShareFrom(BinaryStream& source, int64_t count, int64_t more) {
+    if (source.shared_ < count && source.way_ == Way::Share &&
+        !ShareAhead(source, std::min(count + more, std::max(count, kShareAtOnce))))
+        source.way_ = MovesPlainly(descriptor_) ? Way::Copy : Way::Delegate;
+    const int64_t moved = std::min(count, source.shared_);
+    if (moved > 0) {
+        source.shared_ -= moved;
+        Advance(moved);
+        source.Advance(moved);
+    }
+    return moved;
+}
+
+// Only whole blocks of the file system can be shared, so a series of odd sizes is copied.
+bool BinaryStream::ShareAhead(BinaryStream& source, int64_t count) {
+    file_clone_range range{};
+    range.src_fd = source.descriptor_;
+    range.src_offset = static_cast<uint64_t>(source.position_);
+    range.src_length = static_cast<uint64_t>(count);
+    range.dest_offset = static_cast<uint64_t>(position_);
+    if (ioctl(descriptor_, FICLONERANGE, &range) != 0)
+        return false;
+    source.shared_ = count;
+    return true;
+}
+
+// Lets the system move the bytes, which a server may do without sending them here. Whatever it declines is left to
+// CopyFrom, which also finds out whether reading or writing was the trouble.
+int64_t BinaryStream::DelegateFrom(BinaryStream& source, int64_t count) {
     int64_t moved = 0;
-    while (moved < count && source.canShare_) {
+    while (moved < count && source.way_ == Way::Delegate) {
         const int64_t step = Uninterrupted([&] {
             return copy_file_range(source.descriptor_, nullptr, descriptor_, nullptr,
                                    static_cast<std::size_t>(count - moved), 0);
         });
         if (step <= 0) {
-            source.canShare_ = step == 0 || errno == ENOSPC || errno == EDQUOT || errno == EFBIG;
+            source.way_ = Way::Copy;
             break;
         }
         moved += step;
@@ -121,8 +174,8 @@ int64_t BinaryStream::Remaining() {
 int64_t BinaryStream::ReadInto(char* buffer, int64_t count) {
     int64_t done = 0;
     while (done < count && !ended_) {
-        const int64_t step = Uninterrupted(
-            [&] { return ::read(descriptor_, buffer + done, static_cast<std::size_t>(count - done)); });
+        const int64_t step =
+            Uninterrupted([&] { return ::read(descriptor_, buffer + done, static_cast<std::size_t>(count - done)); });
         ended_ = step <= 0;
         done += std::max<int64_t>(step, 0);
     }
@@ -132,8 +185,7 @@ int64_t BinaryStream::ReadInto(char* buffer, int64_t count) {
 
 bool BinaryStream::WriteAll(const char* data, int64_t count) {
     while (count > 0) {
-        const int64_t step =
-            Uninterrupted([&] { return ::write(descriptor_, data, static_cast<std::size_t>(count)); });
+        const int64_t step = Uninterrupted([&] { return ::write(descriptor_, data, static_cast<std::size_t>(count)); });
         if (step <= 0)
             return false;
         data += step;
@@ -141,6 +193,10 @@ bool BinaryStream::WriteAll(const char* data, int64_t count) {
         position_ += step;
     }
     return true;
+}
+
+void BinaryStream::Advance(int64_t count) {
+    SkipTo(position_ + count);
 }
 
 void BinaryStream::SkipTo(int64_t position) {

@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-// An open file, read or written from its beginning to its end. Used by one thread at a time; closes itself when the last
-// reference goes. Failures are not reported: what can't be read counts as the end of the file, what can't be written is
-// missing from it.
+// An open file, read or written from its beginning to its end. Used by one thread at a time; closes itself when the
+// last reference goes. Failures are not reported: what can't be read counts as the end of the file, what can't be
+// written is missing from it.
 class BinaryStream : public Object {
 public:
     // Takes over an open descriptor of a plain file.
@@ -22,29 +22,37 @@ public:
 
     // Moves up to `count` bytes of `source` here: what Write(source.Read(count)) does, but without holding the block in
     // memory, and without copying it at all where the file system can share blocks between files. A write that fails
-    // leaves the source advanced by the block all the same.
-    void WriteFrom(BinaryStream& source, int32_t count);
+    // leaves the source advanced by the block all the same. `more` says how many further bytes will follow by such
+    // calls: larger pieces are cheaper to share.
+    void WriteFrom(BinaryStream& source, int32_t count, int64_t more = 0);
 
     // True when all bytes have been read; for an empty file at once. (Plain EOF is a macro of the C library.)
     bool AtEOF();
     // A second call is harmless. A closed stream is at its end and swallows what is written.
     void Close();
 
-    std::string ReadPString();                    // one length byte, then that many bytes
-    void WritePString(std::string_view text);     // cut at 255 bytes
-    bool ReadBoolean();                           // one byte; false behind the end
+    std::string ReadPString();                // one length byte, then that many bytes
+    void WritePString(std::string_view text); // cut at 255 bytes
+    bool ReadBoolean();                       // one byte; false behind the end
     void WriteBoolean(bool value);
 
 private:
     int64_t Remaining();
-    int64_t ShareFrom(BinaryStream& source, int64_t count);
+    int64_t ShareFrom(BinaryStream& source, int64_t count, int64_t more);
+    bool ShareAhead(BinaryStream& source, int64_t count);
+    int64_t DelegateFrom(BinaryStream& source, int64_t count);
     void CopyFrom(BinaryStream& source, int64_t count);
     int64_t ReadInto(char* buffer, int64_t count);
     bool WriteAll(const char* data, int64_t count);
+    void Advance(int64_t count);
     void SkipTo(int64_t position);
 
+    // How bytes get from a stream to another: cheapest way first, each left for the next once the system declines it.
+    enum class Way { Share, Delegate, Copy };
+
     int descriptor_;
-    int64_t position_ = 0;    // bytes read or written so far
-    bool ended_ = false;      // a read failed or came back empty
-    bool canShare_ = true;    // cleared once the system declines to move data between files itself
+    int64_t position_ = 0; // bytes read or written so far
+    int64_t shared_ = 0;   // of a source: bytes behind the position that the file written to shares already
+    bool ended_ = false;   // a read failed or came back empty
+    Way way_ = Way::Share; // of a source
 };

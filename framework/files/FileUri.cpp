@@ -6,7 +6,8 @@ std::string PathFromFileUri(std::string_view address) {
     char* host = nullptr;
     char* name = g_filename_from_uri(std::string(address).c_str(), &host, nullptr);
     const std::string path = name == nullptr || name[0] != '/' ? "" : name;
-    const bool local = host == nullptr || std::string_view(host) == "localhost" || std::string_view(host) == g_get_host_name();
+    const bool local =
+        host == nullptr || std::string_view(host) == "localhost" || std::string_view(host) == g_get_host_name();
     g_free(name);
     g_free(host);
     return local ? path : "";

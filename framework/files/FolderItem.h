@@ -33,14 +33,14 @@ public:
     Ref<FolderItem> Parent() const; // nil at the root
     const std::string& AbsolutePath() const { return path_; }
 
-    bool Exists() const;      // a link that leads nowhere is there too
+    bool Exists() const; // a link that leads nowhere is there too
     bool Directory() const;
-    uint64_t Length() const;  // bytes; 0 for what is not a file
+    uint64_t Length() const; // bytes; 0 for what is not a file
 
     // Name of the registered FileType whose code the file carries, else of the one that has its extension, else empty.
     // A folder has none.
     std::string Type() const;
-    std::string MacType() const;    // four characters, "????" where none is set
+    std::string MacType() const; // four characters, "????" where none is set
     std::string MacCreator() const;
     void SetMacType(const std::string& code) const; // "????" or four blanks take the code away
     void SetMacCreator(const std::string& code) const;
@@ -55,8 +55,8 @@ public:
     Ref<Sound> OpenAsSound() const;     // main thread
 
     void Delete() const;
-    // Moves the entry into a folder under its own name, never over another entry. SpecialFolder::Trash() is the desktop's
-    // trash, which numbers the names that are taken. What can't be moved stays where it is.
+    // Moves the entry into a folder under its own name, never over another entry. SpecialFolder::Trash() is the
+    // desktop's trash, which numbers the names that are taken. What can't be moved stays where it is.
     void MoveFileTo(const Ref<FolderItem>& destination) const;
     // Opens the entry with the application that the desktop has for it. Returns at once.
     void Launch(bool activate) const;

@@ -46,7 +46,8 @@ Leading ReadLeading(std::string_view text) {
 
 std::string WholeDigits(double number) {
     std::array<char, 512> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed, 0).ptr;
+    const auto end =
+        std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed, 0).ptr;
     return {digits.data(), end};
 }
 

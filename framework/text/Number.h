@@ -6,7 +6,8 @@
 
 // Numbers and their texts, the same in every locale. All are pure and safe on every thread.
 
-// Decimal text. A double without a fraction prints plain digits, whatever its size; others print as short as reads back.
+// Decimal text. A double without a fraction prints plain digits, whatever its size; others print as short as reads
+// back.
 std::string Str(int32_t number);
 std::string Str(double number);
 

@@ -159,8 +159,8 @@ std::string Displayable(std::string_view text) {
     shown.reserve(text.size());
     for (std::size_t at = 0; at < text.size();) {
         const Utf8Char here = Utf8At(text, at);
-        const bool control = here.code < 0x20 || (here.code >= 0x7F && here.code < 0xA0) || here.code == 0x2028 ||
-                             here.code == 0x2029;
+        const bool control =
+            here.code < 0x20 || (here.code >= 0x7F && here.code < 0xA0) || here.code == 0x2028 || here.code == 0x2029;
         if (here.IsStrayByte() || control)
             AppendUtf8(shown, 0xFFFD);
         else

@@ -99,8 +99,8 @@ void MainThreadQueue::Add(std::function<void()> call) {
         Ring();
 }
 
-// The doorbell falls silent only when the list is empty: a served call may run an event loop of its own (a dialog), which
-// has to come back in here for the calls behind it.
+// The doorbell falls silent only when the list is empty: a served call may run an event loop of its own (a dialog),
+// which has to come back in here for the calls behind it.
 void MainThreadQueue::Serve() {
     const auto end = std::chrono::steady_clock::now() + kServeAtMost;
     do {

@@ -4,7 +4,8 @@
 #include <functional>
 #include <mutex>
 
-// The queue behind RunOnMainThread and PostToMainThread: a mutex, a list, and a doorbell that the event loop listens to.
+// The queue behind RunOnMainThread and PostToMainThread: a mutex, a list, and a doorbell that the event loop listens
+// to.
 class MainThreadQueue {
 public:
     // Made by the main thread, before any worker exists, and never destroyed: workers may outlive the event loop.

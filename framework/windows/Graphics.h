@@ -20,7 +20,7 @@ public:
     Graphics(Graphics&&) noexcept;
     ~Graphics();
 
-    float TextSize = 12;          // pixels
+    float TextSize = 12;           // pixels
     uint32_t ForeColor = 0x000000; // of later fills and text, RGB
 
     void FillRect(int32_t x, int32_t y, int32_t width, int32_t height);

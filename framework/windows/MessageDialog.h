@@ -19,7 +19,7 @@ public:
     MessageDialog();
 
     std::string Title; // empty: the name of the program
-    int32_t Icon = 0; // 0 a note, 1 a warning, 2 an error
+    int32_t Icon = 0;  // 0 a note, 1 a warning, 2 an error
     std::string Message;
     std::string Explanation;
     const Ref<MessageDialogButton> ActionButton;

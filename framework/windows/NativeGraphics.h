@@ -23,8 +23,8 @@ struct Picture::Native {
     QImage dense; // twice the size; null if there is none
     Ref<Picture> mask;
 
-    // The picture with its mask applied, for a screen of that many device pixels per pixel. Kept until somebody asks for
-    // the mask again, to draw on it.
+    // The picture with its mask applied, for a screen of that many device pixels per pixel. Kept until somebody asks
+    // for the mask again, to draw on it.
     const QImage& Composed(double density) const;
     QIcon Icon() const;
 

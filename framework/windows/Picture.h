@@ -8,8 +8,8 @@
 
 class Graphics;
 
-// A picture with an optional mask, kept at its natural size and, if its file has a twin named "...@2x...", at twice that
-// size for dense screens. Main thread.
+// A picture with an optional mask, kept at its natural size and, if its file has a twin named "...@2x...", at twice
+// that size for dense screens. Main thread.
 class Picture : public Object {
 public:
     struct Native;

@@ -2,8 +2,8 @@
 
 #include "framework/windows/Control.h"
 
-// A bar from 0 to Maximum; with a Maximum of 0, a bar without a measure. Value and Maximum may be read and written on any
-// thread, as often as one likes.
+// A bar from 0 to Maximum; with a Maximum of 0, a bar without a measure. Value and Maximum may be read and written on
+// any thread, as often as one likes.
 class ProgressBar : public Control {
 public:
     int32_t Value() const { return value_; }

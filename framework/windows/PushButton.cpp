@@ -22,8 +22,7 @@ void PushButton::MakeWidget(NativeControl& native) {
     button->setFont(SystemFont(false, false));
     button->setAutoDefault(false);
     button->setDefault(Default);
-    QObject::connect(button, &QPushButton::clicked, button, [this] {
-        EventEdge::Run("button", [self = Self(this)] { self->Event_Action(); });
-    });
+    QObject::connect(button, &QPushButton::clicked, button,
+                     [this] { EventEdge::Run("button", [self = Self(this)] { self->Event_Action(); }); });
     native.widget = button;
 }

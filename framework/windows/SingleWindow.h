@@ -2,8 +2,8 @@
 
 #include "framework/windows/Window.h"
 
-// The one instance of a window class: the open one, or else a new one, made and opened but not shown. Main thread. Nobody
-// stores the reference.
+// The one instance of a window class: the open one, or else a new one, made and opened but not shown. Main thread.
+// Nobody stores the reference.
 template <class W>
 Ref<W> SingleWindow() {
     static Ref<W> window;

@@ -263,7 +263,8 @@ void Window::SetTabOrder() {
 void Window::PressButton(bool cancel) {
     for (const Ref<Control>& control : controls_) {
         auto* const button = dynamic_cast<PushButton*>(control.Get());
-        if (button != nullptr && (cancel ? button->Cancel : button->Default) && button->Enabled() && button->Visible()) {
+        if (button != nullptr && (cancel ? button->Cancel : button->Default) && button->Enabled() &&
+            button->Visible()) {
             const Ref<PushButton> held = Self(button);
             EventEdge::Run("button", [&held] { held->Push(); });
             return;

@@ -22,7 +22,8 @@ struct WindowLayout {
     bool CloseButton = true, Resizeable = true, MinimizeButton = true, MaximizeButton = false;
 };
 
-// A window with its controls. Main thread, apart from Refresh. The framework holds a window from its making until Close.
+// A window with its controls. Main thread, apart from Refresh. The framework holds a window from its making until
+// Close.
 //
 // Making runs Layout, CreateControls, the controls' Open events and then Event_Open. Subclasses that exist once are
 // reached through SingleWindow (SingleWindow.h).
@@ -46,7 +47,7 @@ public:
 
     const std::string& Title() const { return layout_.Title; }
     void SetTitle(const std::string& title);
-    int32_t Width() const;  // of the content, now
+    int32_t Width() const; // of the content, now
     int32_t Height() const;
 
     // Asks for a repaint of the window with its controls. Any thread.
