@@ -1,6 +1,6 @@
-#include "tests/program/ProgramTest.h"
+#include "tests/program/WholeProgramTest.h"
 
-using CutAndGlue = ProgramTest;
+using CutAndGlue = WholeProgramTest;
 
 namespace {
 
@@ -24,18 +24,28 @@ TEST_F(CutAndGlue, AFileNamedAtStartIsCutInTheDialogAndTheProgramEndsByItself) {
     Await("the first part shown", [&] { return desktop.Shown() == Words{File("film.mov.001")}; });
 }
 
-TEST_F(CutAndGlue, AfterAStartWithoutAFileTheProgramStaysWhenItsLastOperationHasEnded) {
+TEST_F(CutAndGlue, AfterAStartWithoutAFileTheToolbarServesAndTheProgramStaysWhenAllIsDone) {
     const std::string film = Noise(kMegabyte / 2);
     WriteFile(File("film.mov"), film);
     Program& program = Start({});
+    const std::string idle = program.PictureOfContent();
     program.ClickTool(Program::kCutTool);
     program.Dialog();
     desktop.Type("film.mov");
     program.Answer({"Return"});
     program.Answer({"Return"});
-    Await("the first part shown", [&] { return desktop.Shown() == Words{File("film.mov.001")}; });
+    Await("the part shown", [&] { return desktop.Shown() == Words{File("film.mov.001")}; });
     EXPECT_TRUE(Holds(File("film.mov.001"), film));
 
+    program.ClickTool(Program::kGlueTool);
+    program.Dialog();
+    desktop.Type("film.mov.001");
+    program.Answer({"Return"});
+    Await("the film shown", [&] { return desktop.Shown().size() == 2; });
+    EXPECT_EQ(desktop.Shown().back(), File("film 1.mov")); // the source is in the way
+    EXPECT_TRUE(Holds(File("film 1.mov"), film));
+
+    Await("a list without rows", [&] { return program.PictureOfContent() == idle; });
     EXPECT_EQ(StartAgain({}), 0); // somebody was there to answer
     program.CloseMainWindow();
     EXPECT_EQ(program.End(), 0);

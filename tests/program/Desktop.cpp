@@ -35,11 +35,12 @@ Type=Application
 Name=Opener
 Exec="@" %u
 NoDisplay=true
-MimeType=application/zip;application/x-zerosize;application/octet-stream;inode/directory;x-scheme-handler/https;
 )";
 
+// An archive is known by its name only where the machine has a table of file types.
 constexpr const char* kOpenerDefaults = R"([Default Applications]
 application/zip=opener.desktop
+application/octet-stream=opener.desktop
 inode/directory=opener.desktop
 x-scheme-handler/https=opener.desktop
 )";

@@ -1,4 +1,4 @@
-#include "tests/program/ProgramTest.h"
+#include "tests/program/WholeProgramTest.h"
 
 namespace {
 
@@ -6,7 +6,7 @@ constexpr int kListMiddleX = 250, kListMiddleY = 200;
 
 } // namespace
 
-class Drop : public ProgramTest {
+class Drop : public WholeProgramTest {
 protected:
     // Drags the files out of another program's window and drops them on the list. Returns when that program is done
     // with it.

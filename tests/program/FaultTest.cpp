@@ -1,6 +1,6 @@
-#include "tests/program/ProgramTest.h"
+#include "tests/program/WholeProgramTest.h"
 
-using Fault = ProgramTest;
+using Fault = WholeProgramTest;
 
 namespace {
 
@@ -52,7 +52,7 @@ TEST_F(Fault, AFileThatIsNotThereIsToldAndTheProgramStartsAsWithoutOne) {
     EXPECT_EQ(program.End(), 0);
 }
 
-class CutDialog : public ProgramTest {
+class CutDialog : public WholeProgramTest {
 protected:
     std::string PictureOfPartCount(Program& program) { return desktop.Picture(program.Dialog(), 254, 78, 125, 20); }
 };

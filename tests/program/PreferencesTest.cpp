@@ -1,4 +1,4 @@
-#include "tests/program/ProgramTest.h"
+#include "tests/program/WholeProgramTest.h"
 
 #include <csignal>
 
@@ -13,7 +13,7 @@ constexpr const char* kLanguage = "English";
 
 } // namespace
 
-using Preferences = ProgramTest;
+using Preferences = WholeProgramTest;
 
 TEST_F(Preferences, AFirstRunWritesTheDefaultsAtItsEnd) {
     fs::remove(PreferencesFile());

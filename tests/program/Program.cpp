@@ -74,6 +74,11 @@ void Program::ClickTool(int fromEdge) {
                      size.height - kContentHeight - kToolMiddle);
 }
 
+std::string Program::PictureOfContent() {
+    const Desktop::Size size = desktop_.SizeOf(MainWindow());
+    return desktop_.Picture(main_, 0, size.height - kContentHeight, size.width, kContentHeight);
+}
+
 void Program::PointAtStop(int row) {
     const Point button = StopButton(row);
     desktop_.MoveTo(main_, button.x + kStopSize / 2, button.y + kStopSize / 2);

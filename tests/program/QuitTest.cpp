@@ -1,4 +1,4 @@
-#include "tests/program/ProgramTest.h"
+#include "tests/program/WholeProgramTest.h"
 
 #include <csignal>
 
@@ -10,7 +10,7 @@ constexpr auto kAtOnce = 2s; // with room for a busy machine
 
 } // namespace
 
-using QuitQuestion = ProgramTest;
+using QuitQuestion = WholeProgramTest;
 
 TEST_F(QuitQuestion, CancelLetsEverythingRunOn) {
     const std::string film = WriteUnfinishedSeries("film.mov");
@@ -45,7 +45,7 @@ TEST_F(QuitQuestion, QuitEndsManyOperationsAtOnceAndLeavesTheirFilesAsTheyStand)
 }
 
 // The list has become empty behind the question, which neither goes away nor lets the program end by itself.
-class QuitQuestionOfNothing : public ProgramTest {
+class QuitQuestionOfNothing : public WholeProgramTest {
 protected:
     Program& AskAndFinish() {
         const std::string film = WriteUnfinishedSeries("film.mov");

@@ -1,8 +1,8 @@
-#include "tests/program/ProgramTest.h"
+#include "tests/program/WholeProgramTest.h"
 
 using namespace std::chrono_literals;
 
-using Stop = ProgramTest;
+using Stop = WholeProgramTest;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/program/ProgramTest.h"
+#include "tests/program/WholeProgramTest.h"
 
 #include <array>
 #include <random>
@@ -29,17 +29,18 @@ std::string PString(const std::string& text) {
 
 } // namespace
 
-ProgramTest::ProgramTest() : scratch_(Emptied(ScratchFolder())), files_(scratch_ / "files"), desktop(scratch_) {
+WholeProgramTest::WholeProgramTest()
+    : scratch_(Emptied(ScratchFolder())), files_(scratch_ / "files"), desktop(scratch_) {
     Prefer({.SearchForUpdates = false}); // no test but those of the preferences has business with a network
 }
 
-ProgramTest::~ProgramTest() {
+WholeProgramTest::~WholeProgramTest() {
     programs_.clear();
     if (!HasFailure())
         fs::remove_all(scratch_);
 }
 
-void ProgramTest::TearDown() {
+void WholeProgramTest::TearDown() {
     if (!HasFailure())
         return;
     desktop.SavePicture(scratch_ / "screen.png");
@@ -48,32 +49,32 @@ void ProgramTest::TearDown() {
         std::printf("A run of the program told: %s\n", program->Run().Errors().c_str());
 }
 
-Process::Setting ProgramTest::NextSetting() {
+Process::Setting WholeProgramTest::NextSetting() {
     return {desktop.Variables(), files_, scratch_ / "logs" / ("program" + std::to_string(++starts_))};
 }
 
-Program& ProgramTest::Start(const Words& files) {
+Program& WholeProgramTest::Start(const Words& files) {
     programs_.push_back(std::make_unique<Program>(desktop, files, NextSetting()));
     return *programs_.back();
 }
 
-Program& ProgramTest::StartWithoutBus(const Words& files) {
+Program& WholeProgramTest::StartWithoutBus(const Words& files) {
     Process::Setting setting = NextSetting();
     setting.environment.erase("DBUS_SESSION_BUS_ADDRESS");
     programs_.push_back(std::make_unique<Program>(desktop, files, setting));
     return *programs_.back();
 }
 
-int ProgramTest::StartAgain(const Words& files) {
+int WholeProgramTest::StartAgain(const Words& files) {
     return Program(desktop, files, NextSetting()).End();
 }
 
-bool ProgramTest::Holds(const fs::path& file, const std::string& bytes) {
+bool WholeProgramTest::Holds(const fs::path& file, const std::string& bytes) {
     std::error_code missing;
     return fs::file_size(file, missing) == bytes.size() && ReadFile(file) == bytes;
 }
 
-std::string ProgramTest::Noise(std::size_t size, unsigned seed) {
+std::string WholeProgramTest::Noise(std::size_t size, unsigned seed) {
     std::mt19937_64 next(seed);
     std::string noise;
     noise.reserve(size + sizeof next());
@@ -85,33 +86,33 @@ std::string ProgramTest::Noise(std::size_t size, unsigned seed) {
     return noise;
 }
 
-std::string ProgramTest::WriteSeries(const std::string& base) {
+std::string WholeProgramTest::WriteSeries(const std::string& base) {
     const std::string whole = Noise(kPartSize * kNumbers.size() - 1, static_cast<unsigned>(base.size()));
     for (std::size_t i = 0; i < kNumbers.size(); ++i)
         WriteFile(File(base + kNumbers[i]), whole.substr(i * kPartSize, kPartSize));
     return whole;
 }
 
-std::string ProgramTest::WriteUnfinishedSeries(const std::string& base) {
+std::string WholeProgramTest::WriteUnfinishedSeries(const std::string& base) {
     const std::string whole = Noise(kPartSize * 2, static_cast<unsigned>(base.size()));
     WriteFile(File(base + ".001"), whole.substr(0, kPartSize));
     WriteFile(File(base + ".002.download"), whole.substr(kPartSize));
     return whole;
 }
 
-void ProgramTest::AwaitUnfinished(const std::string& base) {
+void WholeProgramTest::AwaitUnfinished(const std::string& base) {
     Await("the first part in " + base, [&] { return Holds(File(base), ReadFile(File(base + ".001"))); });
 }
 
-void ProgramTest::FinishDownload(const std::string& base) {
+void WholeProgramTest::FinishDownload(const std::string& base) {
     fs::rename(File(base + ".002.download"), File(base + ".002"));
 }
 
-fs::path ProgramTest::PreferencesFile() const {
+fs::path WholeProgramTest::PreferencesFile() const {
     return desktop.Configuration() / "Ombrivel " OMBRIVEL_LONG_VERSION " Preferences";
 }
 
-std::string ProgramTest::PreferencesBytes(const Settings& settings, const std::string& language) {
+std::string WholeProgramTest::PreferencesBytes(const Settings& settings, const std::string& language) {
     std::string bytes = PString("Ombrivel Preferences Version " OMBRIVEL_LONG_VERSION) + PString(language);
     for (const bool value : {settings.AutoQuit, settings.LaunchArchives, settings.MovePartsToTrash,
                              settings.ShowFilesAfter, settings.SearchForUpdates})
@@ -119,6 +120,6 @@ std::string ProgramTest::PreferencesBytes(const Settings& settings, const std::s
     return bytes;
 }
 
-void ProgramTest::Prefer(const Settings& settings) {
+void WholeProgramTest::Prefer(const Settings& settings) {
     WriteFile(PreferencesFile(), PreferencesBytes(settings, "English"));
 }

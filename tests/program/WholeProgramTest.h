@@ -14,10 +14,10 @@ struct Settings {
 
 // A test of the whole program: the real binary in a real window, on a desktop of the test's own, with files on a real
 // disk. The scratch folder of a test that fails stays, with a picture of the screen.
-class ProgramTest : public ::testing::Test {
+class WholeProgramTest : public ::testing::Test {
 protected:
-    ProgramTest();
-    ~ProgramTest() override;
+    WholeProgramTest();
+    ~WholeProgramTest() override;
     void TearDown() override;
 
     // Starts the program in the folder of the files.
