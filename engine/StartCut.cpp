@@ -1,5 +1,6 @@
 #include "engine/StartCut.h"
 
+#include "engine/OnTheWay.h"
 #include "engine/PartNames.h"
 #include "engine/claEncodeThread.h"
 #include "framework/files/BinaryStream.h"
@@ -35,12 +36,14 @@ void RunCut(const Ref<FolderItem>& file, double megabytes) {
     thread->StreamIn = file->OpenAsBinaryFile(false);
     thread->Folder = file->Parent();
     thread->FileName = FreeBaseName(*thread->Folder, file->Name(), PartCount(file->Length(), thread->PartSize));
+    thread->Coming.emplace();
     thread->Run();
 }
 
 } // namespace
 
 void StartCut(const Ref<FolderItem>& file) {
+    const OnTheWay asking;
     const Ref<winCut> dialog = winCut::Instance();
     dialog->ShowWithin(winMain::Instance(), -1);
     dialog->FileSize = static_cast<int32_t>(static_cast<uint32_t>(file->Length())); // the low 32 bits only

@@ -55,5 +55,6 @@ void StartGlue(const Ref<FolderItem>& file, std::vector<Ref<FolderItem>>& inUse)
     }
     inUse.push_back(thread->Folder->Child(thread->FileName)); // the bare base, also when the target got a number
     thread->StreamOut = thread->File->CreateBinaryFile(FileTypes::Unknown()->Operator_Convert());
+    thread->Coming.emplace();
     thread->Run();
 }

@@ -50,10 +50,12 @@ void claEncodeThread::Event_RunThread() {
 // The row bears the source's name, never the base.
 Ref<claFilePerformInfo> claEncodeThread::AddRow() {
     const int32_t maximum = RuntimeCvtReal64ToSInt32(RuntimeCvtUInt64ToReal64(File->Length()) / double(kTransferBlock));
-    return OnMainThread([&] {
+    const Ref<claFilePerformInfo> info = OnMainThread([&] {
         return winMain::Instance()->canPerform()->AddInfo(
             File->Name(), maximum, 0, Multilingual::GetString("MainStatusPreparing"), picIconCut(), Self(this));
     });
+    Coming.reset();
+    return info;
 }
 
 Ref<FolderItem> claEncodeThread::Part(int32_t number) const {
