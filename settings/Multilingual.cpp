@@ -92,11 +92,3 @@ std::string Multilingual::GetString(const std::string& key, const std::string& p
     text = Replace(text, "<!%PLACEHOLDER#4%!>", placeholder4);
     return ReplaceAll(text, kLineBreak, EndOfLine());
 }
-
-std::string Multilingual::SystemLanguage() {
-    return "English";
-}
-
-void Multilingual::Initialize(const Ref<FolderItem>& folder, const std::string& language) {
-    LoadLanguageFile(folder->Child(language)->Child("strings.txt"));
-}

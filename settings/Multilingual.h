@@ -2,9 +2,11 @@
 
 #include "framework/base/Ref.h"
 
+#include <cstdint>
 #include <string>
 
 class FolderItem;
+class Listbox;
 
 // Every text of the interface, by key, in one language at a time. Main thread.
 namespace Multilingual {
@@ -19,10 +21,17 @@ std::string GetString(const std::string& key, const std::string& placeholder1 = 
                       const std::string& placeholder2 = "", const std::string& placeholder3 = "",
                       const std::string& placeholder4 = "");
 
-// Name of the language folder that belongs to the system's language, or empty.
+// Name of the language folder that belongs to the first of the desktop's wanted languages that has one, or empty.
 std::string SystemLanguage();
 
-// Settles the language: the folder of that name inside `folder`, and its strings.txt.
+// Settles the language: the folder of that name inside `folder`, or, if there is none, the one that the user chooses.
+// Loads its strings.txt and gives the menus their texts. A user who chooses none ends the program.
 void Initialize(const Ref<FolderItem>& folder, const std::string& language);
+
+// Gives every menu and command its text in the loaded language.
+void LocalizeMenu();
+
+// The language file that goes with a row of the chooser.
+Ref<FolderItem> LanguageFileOf(const Listbox& list, int32_t row);
 
 } // namespace Multilingual

@@ -45,7 +45,8 @@ WindowLayout winMain::Layout() {
             .Placement = 2,
             .Title = "Ombrivel",
             .HasBackColor = true,
-            .BackColor = 0xFFFFFF};
+            .BackColor = 0xFFFFFF,
+            .HoldsMenuBar = true};
 }
 
 void winMain::CreateControls() {
@@ -99,6 +100,22 @@ void winMain::CreateControls() {
                               .LockBottom = true,
                               .TabIndex = 1});
     staStatus_->Open = [this] { staStatus_Open(); };
+}
+
+void winMain::AddMenuHandlers() {
+    const auto add = [this](const char* itemName, void (winMain::*command)()) {
+        MenuHandlers().Add(itemName, [this, command] {
+            (this->*command)();
+            return true;
+        });
+    };
+    add("FileCloseWindow", &winMain::CloseWindow);
+    add("FileCutFile", &winMain::Cut);
+    add("FileGlueFiles", &winMain::Glue);
+}
+
+void winMain::CloseWindow() {
+    Close();
 }
 
 void winMain::canPerform_Open() {

@@ -30,6 +30,7 @@ public:
 protected:
     WindowLayout Layout() override;
     void CreateControls() override;
+    void AddMenuHandlers() override;
     void Event_Close() override;
     void Event_Paint(Graphics& graphics) override;
     bool Event_CancelClose(bool quitting) override;
@@ -39,6 +40,7 @@ private:
     void canPerform_Open();
     void canPerform_DropObject(const Ref<DragItem>& drag);
     void staStatus_Open();
+    void CloseWindow();
     bool ConfirmsQuit();
     void StopAll();
 

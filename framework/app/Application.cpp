@@ -7,11 +7,14 @@
 #include "framework/base/EventEdge.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/ProgramFile.h"
+#include "framework/menus/MenuBar.h"
+#include "framework/menus/MenuCommands.h"
 #include "framework/threads/MainThreadQueue.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/Window.h"
 
 #include <QApplication>
+#include <QSessionManager>
 #include <QSocketNotifier>
 
 #include <algorithm>
@@ -24,6 +27,7 @@ namespace {
 
 Ref<Application> application;
 ProgramIdentity program;
+Ref<MenuBar> menuBar;
 bool quitting = false;
 
 [[noreturn]] void EndProcess(int exitCode) {
@@ -39,12 +43,29 @@ bool quitting = false;
     EndProcess(exitCode);
 }
 
+// Asks the windows, the front one first, until one refuses.
+bool WindowsRefuse() {
+    const std::vector<Ref<Window>> windows = Window::All();
+    return std::any_of(windows.rbegin(), windows.rend(),
+                       [](const Ref<Window>& window) { return !window->Closed() && window->RefusesClose(true); });
+}
+
+// The desktop session wants to end: the windows are asked as at any quit, and a refusal calls the end of the session
+// off. Otherwise the session ends the process when it has asked everybody.
+void AnswerEndOfSession(QSessionManager& session) {
+    if (!session.allowsInteraction())
+        return;
+    if (WindowsRefuse())
+        session.cancel();
+    session.release();
+}
+
 void DescribeToToolkit() {
     QApplication::setApplicationName(QString::fromStdString(program.Name));
-    QApplication::setApplicationDisplayName(QString::fromStdString(program.Name));
     QApplication::setApplicationVersion(QString::fromStdString(program.LongVersion));
     QApplication::setDesktopFileName(QString::fromStdString(program.Id));
     QApplication::setQuitOnLastWindowClosed(false);
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, AnswerEndOfSession, Qt::DirectConnection);
 }
 
 void ListenToQueue() {
@@ -71,6 +92,7 @@ std::vector<std::string> FilesToOpen(int count, char** words) {
 void Begin(const std::vector<std::string>& paths, const std::function<Ref<Application>()>& startup) {
     const bool begun = EventEdge::Run("start", [&] {
         application = startup();
+        FollowTheWindowInFront();
         for (const std::string& path : paths)
             application->Event_OpenDocument(New<FolderItem>(path));
         application->Event_Open();
@@ -102,6 +124,14 @@ std::string Application::ShortVersion() {
     return program.ShortVersion;
 }
 
+Ref<MenuBar> Application::MenuBar() {
+    return menuBar;
+}
+
+void Application::SetMenuBar(const Ref<::MenuBar>& bar) {
+    menuBar = bar;
+}
+
 void Application::SetIcon(const Ref<Picture>& icon) {
     if (!icon.IsNil())
         QApplication::setWindowIcon(icon->ForFramework().Icon());
@@ -128,11 +158,9 @@ void Quit(int exitCode) {
     if (quitting || std::any_of(windows.begin(), windows.end(), asking))
         return;
     quitting = true;
-    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
-        if (!(*window)->Closed() && (*window)->RefusesClose(true)) {
-            quitting = false;
-            return;
-        }
+    if (WindowsRefuse()) {
+        quitting = false;
+        return;
     }
     for (auto window = windows.rbegin(); window != windows.rend(); ++window)
         (*window)->FinishClose();

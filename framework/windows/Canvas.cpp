@@ -53,6 +53,10 @@ protected:
         const NoYield noYield;
         QPainter painter(this);
         Graphics graphics = MakeGraphics(painter);
+        if (!canvas_.Backdrop.IsNil()) {
+            painter.fillRect(rect(), palette().window());
+            graphics.DrawPicture(canvas_.Backdrop, 0, 0);
+        }
         EventEdge::Run("canvas paint", [&] { canvas_.Event_Paint(graphics); });
     }
 

@@ -7,6 +7,7 @@
 
 class DragItem;
 class Graphics;
+class Picture;
 
 // An opaque area that the program paints by itself, always whole, and onto which files can be dropped.
 class Canvas : public Control {
@@ -14,6 +15,9 @@ public:
     // Declares which files the control takes in a drop: those of the registered type of that name, or all files if the
     // type's code is "????".
     void AcceptFileDrop(const std::string& fileTypeName);
+
+    // A picture beneath what is painted, or nil.
+    Ref<Picture> Backdrop;
 
     std::function<void(Graphics&)> Paint;
     // Files were dropped. Runs from the event loop after the drop is over. The second argument is the action, always 0.

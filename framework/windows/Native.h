@@ -57,6 +57,8 @@ struct NativeWindow {
 
 // Text for the screen: what is not valid is made so.
 QString ToScreen(std::string_view text);
+// The same with its line breaks kept.
+QString ToParagraphs(const std::string& text);
 // A caption of the toolkit's buttons and menus, in which "&" marks a mnemonic: ours have none.
 QString ToCaption(std::string_view text);
 std::string FromScreen(const QString& text);

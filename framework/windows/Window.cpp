@@ -1,16 +1,20 @@
 #include "framework/windows/Window.h"
 
+#include "framework/app/Application.h"
 #include "framework/base/EventEdge.h"
+#include "framework/menus/MenuBar.h"
+#include "framework/menus/NativeMenu.h"
 #include "framework/threads/Yield.h"
 #include "framework/windows/Graphics.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/PushButton.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLayout>
+#include <QMenuBar>
 #include <QPainter>
 #include <QScreen>
 
@@ -20,7 +24,10 @@ namespace {
 
 constexpr int32_t kModalFrame = 1;
 constexpr int32_t kAttachedFrame = 8;
+constexpr int32_t kDialogFrame = 11;
 constexpr int32_t kMiddleOfScreen = 2;
+constexpr int32_t kStaggered = 4;
+constexpr int kStagger = 32;
 
 std::vector<Ref<Window>>& OpenWindows() {
     static std::vector<Ref<Window>> windows;
@@ -32,7 +39,8 @@ bool IsModal(const WindowLayout& layout) {
 }
 
 Qt::WindowFlags FlagsOf(const WindowLayout& layout) {
-    Qt::WindowFlags flags = IsModal(layout) ? Qt::Dialog : Qt::Window;
+    const bool dialog = IsModal(layout) || layout.Frame == kDialogFrame;
+    Qt::WindowFlags flags = dialog ? Qt::Dialog : Qt::Window;
     flags |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
     flags.setFlag(Qt::WindowCloseButtonHint, layout.CloseButton);
     flags.setFlag(Qt::WindowMinimizeButtonHint, layout.MinimizeButton);
@@ -50,6 +58,23 @@ void SizeToLayout(NativeWindow& native, const WindowLayout& layout) {
     native.widget->adjustSize();
     native.content->setMinimumSize(layout.MinWidth, layout.MinHeight);
     native.content->setMaximumSize(layout.MaxWidth, layout.MaxHeight);
+}
+
+void HoldMenuBar(QMainWindow& window) {
+    if (Application::MenuBar().IsNil())
+        return;
+    for (const Ref<MenuItem>& menu : Application::MenuBar()->Menus()) {
+        if (menu->ForFramework().menu)
+            window.menuBar()->addMenu(menu->ForFramework().menu.get());
+    }
+}
+
+// Opens the first menu, from where the arrow keys go on: our menus have no mnemonics.
+void EnterMenuBar(QMenuBar& bar) {
+    if (bar.actions().isEmpty())
+        return;
+    bar.setFocus(Qt::MenuBarFocusReason);
+    bar.setActiveAction(bar.actions().constFirst());
 }
 
 void CentreOn(QWidget& window, const QRect& area) {
@@ -84,6 +109,8 @@ void WindowWidget::keyPressEvent(QKeyEvent* event) {
     const bool confirms = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (confirms || event->key() == Qt::Key_Escape)
         window_.PressButton(!confirms);
+    else if (event->key() == Qt::Key_F10 && window_.layout_.HoldsMenuBar)
+        EnterMenuBar(*menuBar());
     else
         QMainWindow::keyPressEvent(event);
 }
@@ -105,7 +132,10 @@ void Window::Make() {
     native_->content->resize(layout_.Width, layout_.Height);
     OpenWindows().push_back(Self(this));
 
+    if (layout_.HoldsMenuBar)
+        HoldMenuBar(*native_->widget);
     CreateControls();
+    AddMenuHandlers();
     SetTabOrder();
     const std::vector<Ref<Control>> controls = controls_;
     for (const Ref<Control>& control : controls)
@@ -116,11 +146,19 @@ void Window::Make() {
 }
 
 void Window::Show() {
-    if (!native_->widget || native_->widget->isVisible())
+    if (!native_->widget)
         return;
+    if (native_->widget->isVisible()) {
+        BringToFront();
+        return;
+    }
     native_->widget->ensurePolished();
+    if (!layout_.Resizeable)
+        native_->widget->adjustSize();
     if (layout_.Placement == kMiddleOfScreen)
         CentreOn(*native_->widget, QGuiApplication::primaryScreen()->availableGeometry());
+    else if (layout_.Placement == kStaggered && QApplication::activeWindow() != nullptr)
+        native_->widget->move(QApplication::activeWindow()->pos() + QPoint(kStagger, kStagger));
     native_->widget->show();
 }
 
