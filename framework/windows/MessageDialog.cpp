@@ -90,6 +90,7 @@ void LayOut(QDialog& dialog, const MessageDialog& message) {
     QPushButton* const action = MakeButton(dialog, *message.ActionButton, QDialog::Accepted);
     QPushButton* const cancel = MakeButton(dialog, *message.CancelButton, QDialog::Rejected);
     auto* const buttons = new QHBoxLayout;
+    buttons->setSpacing(kSpacing); // inside a grid of two different spacings it would have none
     buttons->addStretch();
     buttons->addWidget(kWindowsVariant ? action : cancel);
     buttons->addWidget(kWindowsVariant ? cancel : action);

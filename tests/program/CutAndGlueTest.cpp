@@ -1,0 +1,127 @@
+#include "tests/program/WholeProgramTest.h"
+
+using CutAndGlue = WholeProgramTest;
+
+namespace {
+
+constexpr std::size_t kMegabyte = 1048576;
+
+} // namespace
+
+TEST_F(CutAndGlue, AFileNamedAtStartIsCutInTheDialogAndTheProgramEndsByItself) {
+    const std::string film = Noise(kMegabyte * 5 / 2);
+    WriteFile(File("film.mov"), film);
+    Program& program = Start({"film.mov"});
+    program.CutAt("1");
+    EXPECT_EQ(program.End(), 0);
+
+    EXPECT_TRUE(Holds(File("film.mov.001"), film.substr(0, kMegabyte)));
+    EXPECT_TRUE(Holds(File("film.mov.002"), film.substr(kMegabyte, kMegabyte)));
+    EXPECT_TRUE(Holds(File("film.mov.003"), film.substr(2 * kMegabyte)));
+    EXPECT_FALSE(Exists("film.mov.004"));
+    EXPECT_TRUE(Holds(File("film.mov"), film));
+    // Asked for by a helper, which may come to it after the program's end.
+    Await("the first part shown", [&] { return desktop.Shown() == Words{File("film.mov.001")}; });
+}
+
+TEST_F(CutAndGlue, AfterAStartWithoutAFileTheToolbarServesAndTheProgramStaysWhenAllIsDone) {
+    const std::string film = Noise(kMegabyte / 2);
+    WriteFile(File("film.mov"), film);
+    Program& program = Start({});
+    const std::string idle = program.PictureOfContent();
+    program.ClickTool(Program::kCutTool);
+    program.Dialog();
+    desktop.Type("film.mov");
+    program.Answer({"Return"});
+    program.Answer({"Return"});
+    Await("the part shown", [&] { return desktop.Shown() == Words{File("film.mov.001")}; });
+    EXPECT_TRUE(Holds(File("film.mov.001"), film));
+
+    program.ClickTool(Program::kGlueTool);
+    program.Dialog();
+    desktop.Type("film.mov.001");
+    program.Answer({"Return"});
+    Await("the film shown", [&] { return desktop.Shown().size() == 2; });
+    EXPECT_EQ(desktop.Shown().back(), File("film 1.mov")); // the source is in the way
+    EXPECT_TRUE(Holds(File("film 1.mov"), film));
+
+    Await("a list without rows", [&] { return program.PictureOfContent() == idle; });
+    EXPECT_EQ(StartAgain({}), 0); // somebody was there to answer
+    program.CloseMainWindow();
+    EXPECT_EQ(program.End(), 0);
+}
+
+TEST_F(CutAndGlue, APartNamedAtStartIsGluedAndThePartsGoToTheTrash) {
+    const std::string film = WriteSeries("film.mov");
+    EXPECT_EQ(Start({"film.mov.002"}).End(), 0);
+
+    EXPECT_TRUE(Holds(File("film.mov"), film));
+    Await("the film shown", [&] { return desktop.Shown() == Words{File("film.mov")}; });
+    std::string trashed;
+    for (const std::string part : {"film.mov.001", "film.mov.002", "film.mov.003"}) {
+        EXPECT_FALSE(Exists(part));
+        trashed += ReadFile(Trashed(part));
+    }
+    EXPECT_TRUE(trashed == film);
+}
+
+TEST_F(CutAndGlue, AnArchiveIsOpenedAndNotShownAndTheVendorsSiteOpensFromTheToolbar) {
+    Prefer({.AutoQuit = false, .SearchForUpdates = false});
+    const std::string archive = WriteSeries("letters.ZIP");
+    WriteSeries("film.mov");
+    Program& program = Start({"letters.ZIP.001"});
+    Await("the archive opened", [&] { return desktop.Opened() == Words{File("letters.ZIP")}; });
+    EXPECT_TRUE(Holds(File("letters.ZIP"), archive));
+
+    EXPECT_EQ(StartAgain({"film.mov.001"}), 0);
+    Await("the film shown", [&] { return !desktop.Shown().empty(); });
+    EXPECT_EQ(desktop.Shown(), Words{File("film.mov")});
+
+    program.ClickTool(Program::kVendorTool);
+    Await("the vendor's site opened", [&] { return desktop.Opened().size() == 2; });
+    EXPECT_EQ(desktop.Opened().back(), OMBRIVEL_VENDOR_SITE);
+}
+
+TEST_F(CutAndGlue, ASecondStartHandsItsFilesToTheRunningProgram) {
+    WriteUnfinishedSeries("slow.iso");
+    const std::string song = WriteSeries("song.flac");
+    WriteFile(File("film.mov"), Noise(1000));
+    Program& program = Start({"slow.iso.001"});
+    AwaitUnfinished("slow.iso");
+
+    EXPECT_EQ(StartAgain({"film.mov"}), 0);
+    program.Dialog();
+    EXPECT_EQ(StartAgain({"song.flac.001"}), 0); // no dialog keeps the second program waiting
+    EXPECT_FALSE(Exists("song.flac"));           // but its file waits for the dialog's end
+    program.Answer({"Escape"});
+    Await("the song shown", [&] { return desktop.Shown() == Words{File("song.flac")}; });
+    EXPECT_TRUE(Holds(File("song.flac"), song));
+    EXPECT_FALSE(Exists("film.mov.001"));
+}
+
+TEST_F(CutAndGlue, WithoutASessionBusTheProgramRunsAndOpensTheFolderInPlaceOfShowingTheFile) {
+    const std::string film = WriteSeries("film.mov");
+    EXPECT_EQ(StartWithoutBus({"film.mov.001"}).End(), 0);
+    EXPECT_TRUE(Holds(File("film.mov"), film));
+    Await("the folder opened", [&] { return desktop.Opened() == Words{File("film.mov").parent_path()}; });
+}
+
+TEST_F(CutAndGlue, NamesKeepTheirBytesWhateverTheyAre) {
+    Prefer({.AutoQuit = false, .SearchForUpdates = false});
+    const std::string name = "a\xff\xfe b\n\xf0\x9f\x98\x80 %41.mov";
+    const std::string film = Noise(kMegabyte * 3 / 2);
+    WriteFile(File(name), film);
+    Program& program = Start({name});
+    program.CutAt("1");
+    Await("the first part shown", [&] { return desktop.Shown() == Words{File(name + ".001")}; });
+    EXPECT_TRUE(Holds(File(name + ".001"), film.substr(0, kMegabyte)));
+    EXPECT_TRUE(Holds(File(name + ".002"), film.substr(kMegabyte)));
+
+    std::filesystem::remove(File(name));
+    EXPECT_EQ(StartAgain({name + ".001"}), 0);
+    Await("the whole file shown", [&] { return desktop.Shown().size() == 2; });
+    EXPECT_EQ(desktop.Shown().back(), File(name).string());
+    EXPECT_TRUE(Holds(File(name), film));
+    EXPECT_TRUE(Holds(Trashed(name + ".001"), film.substr(0, kMegabyte)));
+    EXPECT_TRUE(Holds(Trashed(name + ".002"), film.substr(kMegabyte)));
+}

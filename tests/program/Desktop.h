@@ -1,0 +1,66 @@
+#pragma once
+
+#include "tests/program/Process.h"
+
+#include <memory>
+
+// A window, by the number that the display gave it.
+using WindowId = std::string;
+
+// A desktop of its own for one test: display, window manager, session bus, file manager, home folder, and programs that
+// open archives, folders and web pages. Nothing of the user's own desktop is seen or touched. Keys and the pointer work
+// as a user's do: on whatever window is in front.
+class Desktop {
+public:
+    // Everything is kept in that folder. Returns when all of it runs.
+    explicit Desktop(const std::filesystem::path& folder);
+    ~Desktop();
+
+    const Environment& Variables() const { return environment_; }
+    std::filesystem::path Configuration() const { return folder_ / "home/.config"; }
+    // The files that the user would find in the Trash.
+    std::filesystem::path Trash() const { return folder_ / "home/.local/share/Trash/files"; }
+
+    // Paths that a file manager was asked to show, in order.
+    std::vector<std::string> Shown() const;
+    // Paths and addresses that were handed to the program which opens them, in order.
+    std::vector<std::string> Opened() const;
+
+    // Runs one of the pretended neighbours (see pretend_main.cpp) until the desktop goes.
+    Process& Pretend(const Words& words);
+
+    std::vector<WindowId> WindowsOf(const Process& process) const;
+    WindowId ActiveWindow() const;
+    struct Size {
+        int width = 0, height = 0;
+    };
+    Size SizeOf(const WindowId& window) const;
+    void Place(const WindowId& window, int x, int y) const;
+
+    void Press(const Words& keys) const;
+    void Hold(const std::string& key) const;
+    void Release(const std::string& key) const;
+    void Type(const std::string& text) const;
+    void MoveTo(const WindowId& window, int x, int y) const;
+    void ClickAt(const WindowId& window, int x, int y) const;
+    void PressMouse() const;
+    void ReleaseMouse() const;
+
+    // What a part of a window looks like, to be compared with what it looked like before.
+    std::string Picture(const WindowId& window, int x, int y, int width, int height) const;
+    void SavePicture(const std::filesystem::path& file) const;
+
+private:
+    Process& Start(const std::string& name, const Words& command);
+    // The output of a command that ends by itself; empty if it fails.
+    std::string Run(const Words& command) const;
+    void StartDisplay();
+    void StartBus();
+    void StartWindowManager();
+    void WriteOpener() const;
+
+    std::filesystem::path folder_;
+    Environment environment_;
+    std::vector<std::unique_ptr<Process>> processes_; // ended from the last to the first
+    const Process* fileManager_ = nullptr;
+};

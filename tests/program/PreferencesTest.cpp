@@ -1,0 +1,79 @@
+#include "tests/program/WholeProgramTest.h"
+
+#include <csignal>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr auto kAtOnce = 2s; // with room for a busy machine
+constexpr const char* kLanguage = "English";
+
+} // namespace
+
+using Preferences = WholeProgramTest;
+
+TEST_F(Preferences, AFirstRunWritesTheDefaultsAtItsEnd) {
+    fs::remove(PreferencesFile());
+    Program& program = Start({});
+    program.MainWindow();
+    EXPECT_FALSE(fs::exists(PreferencesFile()));
+    program.CloseMainWindow();
+    EXPECT_EQ(program.End(), 0);
+    EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes({}, kLanguage));
+}
+
+TEST_F(Preferences, ArePutToUseAndKept) {
+    const Settings settings{
+        .AutoQuit = false, .MovePartsToTrash = false, .ShowFilesAfter = false, .SearchForUpdates = false};
+    WriteFile(PreferencesFile(), PreferencesBytes(settings, "Klingon"));
+    const std::string film = WriteSeries("film.mov");
+    Program& program = Start({"film.mov.001"});
+    Await("the film", [&] { return Holds(File("film.mov"), film); });
+    // The one that follows in the same run is the proof that the first has not ended it.
+    WriteSeries("letters.zip");
+    EXPECT_EQ(StartAgain({"letters.zip.001"}), 0);
+    Await("the archive opened", [&] { return desktop.Opened() == Words{File("letters.zip")}; });
+    EXPECT_TRUE(Exists("film.mov.001"));
+    EXPECT_TRUE(Exists("letters.zip.003"));
+    EXPECT_TRUE(desktop.Shown().empty());
+
+    program.CloseMainWindow();
+    EXPECT_EQ(program.End(), 0);
+    EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes(settings, kLanguage)); // the language is the system's
+}
+
+TEST_F(Preferences, ShiftHeldAtTheStartResetsThem) {
+    Prefer({.AutoQuit = false, .MovePartsToTrash = false, .ShowFilesAfter = false});
+    WriteSeries("film.mov");
+    desktop.Hold("shift");
+    Program& program = Start({"film.mov.001"});
+    EXPECT_EQ(program.End(), 0);
+    desktop.Release("shift");
+    EXPECT_TRUE(fs::exists(Trashed("film.mov.001")));
+    EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes({}, kLanguage));
+}
+
+TEST_F(Preferences, AFolderInTheirPlaceEndsTheStart) {
+    fs::remove(PreferencesFile());
+    fs::create_directory(PreferencesFile());
+    Program& program = Start({});
+    EXPECT_EQ(program.End(), 1);
+    const auto told = Lines(program.Run().Errors());
+    ASSERT_FALSE(told.empty());
+    EXPECT_EQ(told.back(), "ombrivel: the program could not start");
+}
+
+TEST_F(Preferences, AreSavedWhenASignalEndsTheProgramInTheMiddleOfItsWork) {
+    const Settings settings{.LaunchArchives = false, .SearchForUpdates = false};
+    Prefer(settings);
+    WriteUnfinishedSeries("film.mov");
+    Program& program = Start({"film.mov.001"});
+    AwaitUnfinished("film.mov");
+    fs::remove(PreferencesFile()); // so that what is there afterwards has been saved
+    program.Run().Signal(SIGTERM);
+    EXPECT_EQ(program.End(kAtOnce), 0);
+    EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes(settings, kLanguage));
+}

@@ -1,0 +1,100 @@
+#include "tests/program/Program.h"
+
+#include <algorithm>
+
+namespace {
+
+// List and bottom strip of a window that nobody has resized. Above them lies what the system adds: menu bar and
+// toolbar.
+constexpr int kContentHeight = 302;
+constexpr int kRowHeight = 50;
+constexpr int kStopSize = 15;
+constexpr int kStopFromRight = 30;
+constexpr int kStopTop = 19;
+constexpr int kToolMiddle = 35;
+
+Words Command(Words files) {
+    files.insert(files.begin(), OMBRIVEL_PROGRAM);
+    return files;
+}
+
+} // namespace
+
+Program::Program(const Desktop& desktop, const Words& files, const Process::Setting& setting)
+    : desktop_(desktop), process_(Command(files), setting) {}
+
+WindowId Program::MainWindow() {
+    const auto isOlder = [](const WindowId& one, const WindowId& other) { return std::stoul(one) < std::stoul(other); };
+    Await("the main window", [&] {
+        const std::vector<WindowId> windows = desktop_.WindowsOf(process_);
+        if (main_.empty() && !windows.empty())
+            main_ = *std::min_element(windows.begin(), windows.end(), isOlder);
+        return !main_.empty();
+    });
+    return main_;
+}
+
+WindowId Program::Dialog() {
+    const WindowId main = MainWindow();
+    WindowId dialog;
+    Await("a dialog", [&] {
+        const std::vector<WindowId> windows = desktop_.WindowsOf(process_);
+        dialog = desktop_.ActiveWindow();
+        return dialog != main && std::find(windows.begin(), windows.end(), dialog) != windows.end();
+    });
+    return dialog;
+}
+
+void Program::Answer(const Words& keys) {
+    const WindowId dialog = Dialog();
+    desktop_.Press(keys);
+    Await("the end of a dialog", [&] {
+        const std::vector<WindowId> windows = desktop_.WindowsOf(process_);
+        return std::find(windows.begin(), windows.end(), dialog) == windows.end();
+    });
+}
+
+void Program::CutAt(const std::string& megabytes) {
+    Words keys{"ctrl+a"};
+    for (const char digit : megabytes)
+        keys.emplace_back(1, digit);
+    keys.emplace_back("Return");
+    Answer(keys);
+}
+
+void Program::CloseMainWindow() {
+    const WindowId main = MainWindow();
+    Await("the main window in front", [&] { return desktop_.ActiveWindow() == main; });
+    desktop_.Press({"alt+F4"});
+}
+
+void Program::ClickTool(int fromEdge) {
+    const Desktop::Size size = desktop_.SizeOf(MainWindow());
+    desktop_.ClickAt(main_, fromEdge < 0 ? size.width + fromEdge : fromEdge,
+                     size.height - kContentHeight - kToolMiddle);
+}
+
+std::string Program::PictureOfContent() {
+    const Desktop::Size size = desktop_.SizeOf(MainWindow());
+    return desktop_.Picture(main_, 0, size.height - kContentHeight, size.width, kContentHeight);
+}
+
+void Program::PointAtStop(int row) {
+    const Point button = StopButton(row);
+    desktop_.MoveTo(main_, button.x + kStopSize / 2, button.y + kStopSize / 2);
+}
+
+void Program::ClickStop(int row) {
+    const Point button = StopButton(row);
+    desktop_.ClickAt(main_, button.x + kStopSize / 2, button.y + kStopSize / 2);
+}
+
+std::string Program::PictureOfStop(int row) {
+    const Point button = StopButton(row);
+    return desktop_.Picture(main_, button.x, button.y, kStopSize, kStopSize);
+}
+
+Program::Point Program::StopButton(int row) {
+    const Desktop::Size size = desktop_.SizeOf(MainWindow());
+    return {size.width - kStopFromRight, size.height - kContentHeight + kRowHeight * row + kStopTop};
+}

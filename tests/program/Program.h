@@ -1,0 +1,45 @@
+#pragma once
+
+#include "tests/program/Desktop.h"
+
+// One run of the program on a desktop.
+class Program {
+public:
+    Program(const Desktop& desktop, const Words& files, const Process::Setting& setting);
+
+    Process& Run() { return process_; }
+    // Waits for the end of the program and gives its exit code.
+    int End(std::chrono::milliseconds limit = kPatience) { return process_.Wait(limit); }
+
+    // Waits for the main window.
+    WindowId MainWindow();
+    // Waits until another window of the program than the main one is in front.
+    WindowId Dialog();
+    // Waits for a dialog, presses the keys in it and waits until it has gone.
+    void Answer(const Words& keys);
+    // Answers a cut dialog with that size in megabytes.
+    void CutAt(const std::string& megabytes);
+    // What its close button does.
+    void CloseMainWindow();
+
+    // Buttons of the toolbar, by the distance of their middle from the window's left edge, or from its right if
+    // negative.
+    static constexpr int kGlueTool = 35, kCutTool = 95, kVendorTool = -33;
+    void ClickTool(int fromEdge);
+
+    // The list of operations and the strip with their count.
+    std::string PictureOfContent();
+    void PointAtStop(int row);
+    void ClickStop(int row);
+    std::string PictureOfStop(int row);
+
+private:
+    struct Point {
+        int x = 0, y = 0;
+    };
+    Point StopButton(int row);
+
+    const Desktop& desktop_;
+    Process process_;
+    WindowId main_;
+};

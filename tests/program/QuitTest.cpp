@@ -1,0 +1,77 @@
+#include "tests/program/WholeProgramTest.h"
+
+#include <csignal>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kAtOnce = 2s; // with room for a busy machine
+
+} // namespace
+
+using QuitQuestion = WholeProgramTest;
+
+TEST_F(QuitQuestion, CancelLetsEverythingRunOn) {
+    const std::string film = WriteUnfinishedSeries("film.mov");
+    Program& program = Start({"film.mov.001"});
+    AwaitUnfinished("film.mov");
+    program.CloseMainWindow();
+    program.Answer({"Escape"});
+    FinishDownload("film.mov");
+    EXPECT_EQ(program.End(), 0); // of itself, after the glue
+    EXPECT_TRUE(Holds(File("film.mov"), film));
+}
+
+TEST_F(QuitQuestion, QuitEndsManyOperationsAtOnceAndLeavesTheirFilesAsTheyStand) {
+    constexpr int kOperations = 20;
+    Words bases, parts;
+    for (int i = 0; i < kOperations; ++i) {
+        bases.push_back("film" + std::to_string(100 + i) + ".mov");
+        parts.push_back(bases.back() + ".001");
+        WriteUnfinishedSeries(bases.back());
+    }
+    Program& program = Start(parts);
+    for (const std::string& base : bases)
+        AwaitUnfinished(base);
+    program.CloseMainWindow();
+    program.Dialog();
+    desktop.Press({"Return"});
+    EXPECT_EQ(program.End(kAtOnce), 0);
+    for (const std::string& base : bases) {
+        EXPECT_TRUE(Holds(File(base), ReadFile(File(base + ".001"))));
+        EXPECT_TRUE(Exists(base + ".002.download"));
+    }
+}
+
+// The list has become empty behind the question, which neither goes away nor lets the program end by itself.
+class QuitQuestionOfNothing : public WholeProgramTest {
+protected:
+    Program& AskAndFinish() {
+        const std::string film = WriteUnfinishedSeries("film.mov");
+        Program& program = Start({"film.mov.001"});
+        AwaitUnfinished("film.mov");
+        program.CloseMainWindow();
+        const WindowId question = program.Dialog();
+        FinishDownload("film.mov");
+        Await("the film shown", [&] { return !desktop.Shown().empty(); });
+        EXPECT_TRUE(Holds(File("film.mov"), film));
+        EXPECT_EQ(StartAgain({}), 0); // by then the program would have ended
+        EXPECT_EQ(program.Dialog(), question);
+        return program;
+    }
+};
+
+TEST_F(QuitQuestionOfNothing, CancelKeepsTheProgramWhichThenEndsWithoutAsking) {
+    Program& program = AskAndFinish();
+    program.Answer({"Escape"});
+    EXPECT_EQ(StartAgain({}), 0);
+    program.CloseMainWindow();
+    EXPECT_EQ(program.End(kAtOnce), 0);
+}
+
+TEST_F(QuitQuestionOfNothing, QuitEndsTheProgram) {
+    Program& program = AskAndFinish();
+    desktop.Press({"Return"});
+    EXPECT_EQ(program.End(kAtOnce), 0);
+}

@@ -1,0 +1,90 @@
+// The program's neighbours on a desktop, as far as the tests need them: a file manager that writes down what it is
+// asked to show, a window out of which files are dragged, and a program that has something on the clipboard.
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QDrag>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QWidget>
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+void Say(const QByteArray& line) {
+    std::puts(line.constData());
+    std::fflush(stdout);
+}
+
+class FileManager : public QDBusVirtualObject {
+public:
+    QString introspect(const QString&) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        if (message.interface() != QLatin1String("org.freedesktop.FileManager1") ||
+            message.member() != QLatin1String("ShowItems"))
+            return false;
+        for (const QString& address : message.arguments().constFirst().toStringList())
+            Say(address.toUtf8());
+        bus.send(message.createReply());
+        return true;
+    }
+};
+
+// Starts a drag of the given addresses as soon as the pointer moves with its button down. Says "accepted" when the
+// program beneath the pointer would take them, and "ended" when the drag is over for this side.
+class DragSource : public QWidget {
+public:
+    explicit DragSource(const QStringList& addresses) : addresses_(addresses.join(QLatin1String("\r\n")).toUtf8()) {
+        setFixedSize(200, 100);
+    }
+
+protected:
+    void mousePressEvent(QMouseEvent*) override {}
+
+    void mouseMoveEvent(QMouseEvent*) override {
+        auto* const drag = new QDrag(this);
+        auto* const content = new QMimeData;
+        content->setData(QStringLiteral("text/uri-list"), addresses_);
+        drag->setMimeData(content);
+        connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) {
+            if (action == Qt::CopyAction)
+                Say("accepted");
+        });
+        drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::MoveAction);
+        Say("ended");
+    }
+
+private:
+    QByteArray addresses_;
+};
+
+} // namespace
+
+int main(int count, char** words) {
+    const QApplication application(count, words);
+    const QStringList arguments = QApplication::arguments();
+    const QString role = arguments.value(1);
+
+    FileManager fileManager;
+    DragSource dragSource(arguments.mid(2));
+    if (role == QLatin1String("file-manager")) {
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        bus.registerVirtualObject(QStringLiteral("/org/freedesktop/FileManager1"), &fileManager);
+        if (!bus.registerService(QStringLiteral("org.freedesktop.FileManager1")))
+            return 1;
+    } else if (role == QLatin1String("drag")) {
+        dragSource.show();
+    } else if (role == QLatin1String("clipboard")) {
+        QApplication::clipboard()->setText(arguments.value(2));
+    } else {
+        return 2;
+    }
+    Say("ready");
+    return QApplication::exec();
+}
