@@ -17,9 +17,12 @@
 #include <QSessionManager>
 #include <QSocketNotifier>
 
+#include <fontconfig/fontconfig.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -66,6 +69,11 @@ void DescribeToToolkit() {
     QApplication::setDesktopFileName(QString::fromStdString(program.Id));
     QApplication::setQuitOnLastWindowClosed(false);
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, AnswerEndOfSession, Qt::DirectConnection);
+}
+
+// The font library reads its settings on a thread of its own meanwhile: the first text would have to wait for that.
+void BeginReadingFonts() {
+    std::thread([] { FcInit(); }).detach();
 }
 
 void ListenToQueue() {
@@ -140,6 +148,7 @@ void Application::SetIcon(const Ref<Picture>& icon) {
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup) {
     program = identity;
+    BeginReadingFonts();
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
     DescribeToToolkit();
     const std::vector<std::string> paths = FilesToOpen(argumentCount, arguments);
