@@ -183,10 +183,6 @@ Desktop::Size Desktop::SizeOf(const WindowId& window) const {
     return size;
 }
 
-void Desktop::Place(const WindowId& window, int x, int y) const {
-    Run({"xdotool", "windowmove", window, std::to_string(x), std::to_string(y)});
-}
-
 void Desktop::Press(const Words& keys) const {
     Words command{"xdotool", "key"};
     command.insert(command.end(), keys.begin(), keys.end());

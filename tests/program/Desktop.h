@@ -35,7 +35,6 @@ public:
         int width = 0, height = 0;
     };
     Size SizeOf(const WindowId& window) const;
-    void Place(const WindowId& window, int x, int y) const;
 
     void Press(const Words& keys) const;
     void Hold(const std::string& key) const;

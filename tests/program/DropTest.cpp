@@ -21,7 +21,6 @@ protected:
             window = windows.empty() ? WindowId() : windows[0];
             return !window.empty();
         });
-        desktop.Place(window, 0, 0);
         desktop.MoveTo(window, 50, 50);
         desktop.PressMouse();
         desktop.MoveTo(window, 90, 70);

@@ -40,8 +40,10 @@ public:
 // program beneath the pointer would take them, and "ended" when the drag is over for this side.
 class DragSource : public QWidget {
 public:
-    explicit DragSource(const QStringList& addresses) : addresses_(addresses.join(QLatin1String("\r\n")).toUtf8()) {
-        setFixedSize(200, 100);
+    // In the corner of the screen from its first moment on: no window manager moves it under the pointer.
+    explicit DragSource(const QStringList& addresses)
+        : QWidget(nullptr, Qt::BypassWindowManagerHint), addresses_(addresses.join(QLatin1String("\r\n")).toUtf8()) {
+        setGeometry(0, 0, 200, 100);
     }
 
 protected:
