@@ -54,13 +54,21 @@ void App::Event_Open() {
     const Ref<FolderItem> bundle = ExecutableFile()->Parent()->Parent();
     Multilingual::Initialize(bundle->Child("Resources")->Child("Multilingual"), Preferences->Language);
     winMain::Instance()->Show();
-    // By index: a file may be handed over while the dialog of the one before it is up.
+    // By index: a file may be handed over while the dialog of the one before it is up. The list is not emptied
+    // afterwards.
     for (std::size_t i = 0; i < openFiles_.size(); ++i) {
         const Ref<FolderItem> item = openFiles_[i];
         Route(item);
         RuntimeBackgroundTask();
     }
     started_ = true;
+}
+
+void App::Event_EnableMenuItems() {
+    // The search for updates can be hidden from a build by this; no build does.
+    constexpr bool kHideSearchForUpdates = false;
+    if constexpr (kHideSearchForUpdates)
+        HelpSearchForUpdates()->SetVisible(false);
 }
 
 void App::Event_NewDocument() {

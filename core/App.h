@@ -29,6 +29,7 @@ public:
     void Event_NewDocument() override;
     void Event_Close() override;
     void Event_OpenDocument(const Ref<FolderItem>& item) override;
+    void Event_EnableMenuItems() override; // has no effect
 
     // The menu commands that work whichever window is in front. Each returns true: the command is handled.
     virtual bool EditPreferences_Action();

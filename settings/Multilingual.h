@@ -21,7 +21,8 @@ std::string GetString(const std::string& key, const std::string& placeholder1 = 
                       const std::string& placeholder2 = "", const std::string& placeholder3 = "",
                       const std::string& placeholder4 = "");
 
-// Name of the language folder that belongs to the first of the desktop's wanted languages that has one, or empty.
+// Name of the language folder that belongs to the first of the desktop's wanted languages that has one, or empty. A
+// desktop that is set to no language at all gets "English".
 std::string SystemLanguage();
 
 // Settles the language: the folder of that name inside `folder`, or, if there is none, the one that the user chooses.

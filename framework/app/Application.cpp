@@ -34,7 +34,6 @@ Ref<MenuBar> menuBar;
 bool quitting = false;
 
 [[noreturn]] void EndProcess(int exitCode) {
-    std::fflush(nullptr);
     std::_Exit(exitCode); // workers may be anywhere: nothing is taken down around them
 }
 

@@ -50,7 +50,8 @@ private:
 
 // The life of a process: connects to the desktop, calls `startup`, which makes the application object, then serves
 // events until Quit. The arguments are files to open; with another instance running they are handed to it instead.
-// Returns the exit code only if the program could not run at all.
+// Returns 0 when an instance has taken the files over, and otherwise not at all: a start that fails ends the process
+// with 1.
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup);
 

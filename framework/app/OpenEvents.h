@@ -26,4 +26,5 @@ public:
 private:
     std::deque<std::function<void(Application&)>> waiting_;
     int modalRuns_ = 0;
+    bool delivering_ = false; // the events behind the one under way wait for it
 };

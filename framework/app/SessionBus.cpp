@@ -6,6 +6,7 @@
 #include "framework/windows/Window.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QVariantMap>
@@ -99,5 +100,7 @@ bool HandOver(const std::string& programId, const std::vector<std::string>& path
     bus.registerVirtualObject(ObjectPath(id), &service);
     if (bus.registerService(id))
         return false;
-    return bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds).type() == QDBusMessage::ReplyMessage;
+    // An instance that is merely slow has got the files: they must not be opened twice.
+    const QDBusError error(bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds));
+    return error.type() != QDBusError::ServiceUnknown && error.type() != QDBusError::Disconnected;
 }

@@ -56,6 +56,10 @@ bool MenuItem::IsSeparator() const {
     return text_ == kSeparator;
 }
 
+void MenuItem::SetVisible(bool visible) {
+    native_->action.setVisible(visible);
+}
+
 bool MenuItem::Enabled() const {
     return native_->action.isEnabled();
 }

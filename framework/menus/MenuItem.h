@@ -24,6 +24,7 @@ public:
     // As "Cmd+Shift+O", where Cmd is the platform's command key; empty for none.
     const std::string& KeyboardShortcut() const { return keyboardShortcut_; }
     bool IsSeparator() const;
+    void SetVisible(bool visible);
     // As of the last look at the window in front.
     bool Enabled() const;
 

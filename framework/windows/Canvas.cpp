@@ -57,12 +57,12 @@ protected:
             painter.fillRect(rect(), palette().window());
             graphics.DrawPicture(canvas_.Backdrop, 0, 0);
         }
-        EventEdge::Run("canvas paint", [&] { canvas_.Event_Paint(graphics); });
+        EventEdge::RunRepeated("canvas paint", [&] { canvas_.Event_Paint(graphics); });
     }
 
     void mouseMoveEvent(QMouseEvent* event) override {
         const NoYield noYield;
-        EventEdge::Run("mouse move", [&] { canvas_.Event_MouseMove(XOf(*event), YOf(*event)); });
+        EventEdge::RunRepeated("mouse move", [&] { canvas_.Event_MouseMove(XOf(*event), YOf(*event)); });
     }
 
     void mousePressEvent(QMouseEvent* event) override {

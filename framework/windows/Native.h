@@ -63,14 +63,5 @@ QString ToParagraphs(const std::string& text);
 QString ToCaption(std::string_view text);
 std::string FromScreen(const QString& text);
 
-// Open and new-document events wait while one of these lives.
-class ModalRun {
-public:
-    ModalRun();
-    ~ModalRun();
-    ModalRun(const ModalRun&) = delete;
-    ModalRun& operator=(const ModalRun&) = delete;
-};
-
 // The fonts that controls use, by the names of their layouts: "System" and "SmallSystem".
 QFont SystemFont(bool small, bool bold);

@@ -23,8 +23,9 @@ QImage ReadImage(const std::string& path) {
         return {};
     header.format = PNG_FORMAT_RGBA;
     QImage image(static_cast<int>(header.width), static_cast<int>(header.height), QImage::Format_RGBA8888);
-    const bool read = !image.isNull() && png_image_finish_read(&header, nullptr, image.bits(),
-                                                               static_cast<png_int_32>(image.bytesPerLine()), nullptr) != 0;
+    const bool read =
+        !image.isNull() && png_image_finish_read(&header, nullptr, image.bits(),
+                                                 static_cast<png_int_32>(image.bytesPerLine()), nullptr) != 0;
     png_image_free(&header);
     return read ? image.convertToFormat(QImage::Format_ARGB32_Premultiplied) : QImage();
 }

@@ -46,7 +46,7 @@ private:
         }
         for (const Ref<ScreenUpdate>& update : updates) {
             update->requested_ = false; // before reading the properties: a later change asks again
-            EventEdge::Run("screen update", [&update] { update->UpdateScreen(); });
+            EventEdge::RunRepeated("screen update", [&update] { update->UpdateScreen(); });
         }
     }
 

@@ -1,6 +1,7 @@
 #include "framework/windows/Window.h"
 
 #include "framework/app/Application.h"
+#include "framework/app/ModalRun.h"
 #include "framework/base/EventEdge.h"
 #include "framework/menus/MenuBar.h"
 #include "framework/menus/NativeMenu.h"
@@ -91,7 +92,7 @@ void ContentWidget::paintEvent(QPaintEvent*) {
     if (window_.layout_.HasBackColor)
         painter.fillRect(rect(), QColor(QRgb(window_.layout_.BackColor)));
     Graphics graphics = MakeGraphics(painter);
-    EventEdge::Run("window paint", [&] { window_.Event_Paint(graphics); });
+    EventEdge::RunRepeated("window paint", [&] { window_.Event_Paint(graphics); });
 }
 
 void ContentWidget::resizeEvent(QResizeEvent* event) {

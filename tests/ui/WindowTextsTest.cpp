@@ -57,8 +57,8 @@ protected:
     static void ExpectRoomFor(const Ref<Window>& window) {
         for (const Widget* const widget : window->Native().widget->findChildren<Widget*>()) {
             if (!widget->text().isEmpty())
-                EXPECT_TRUE(HasRoom(*widget)) << widget->text().toStdString() << ": " << widget->sizeHint().width()
-                                              << " in " << widget->width();
+                EXPECT_TRUE(HasRoom(*widget))
+                    << widget->text().toStdString() << ": " << widget->sizeHint().width() << " in " << widget->width();
         }
     }
 
