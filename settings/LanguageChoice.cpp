@@ -1,6 +1,7 @@
 // The part of Multilingual that settles which language folder is used.
 
 #include "core/App.h"
+#include "framework/app/Application.h"
 #include "framework/desktop/WantedLanguages.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
@@ -53,9 +54,18 @@ std::string FolderNameOf(const std::string& language) {
     return {};
 }
 
+// The code of a folder's language, empty for a folder that is not in the table.
+std::string CodeOf(const std::string& folderName) {
+    for (const FolderOfLanguage& entry : kFolders) {
+        if (folderName == entry.folder)
+            return entry.code;
+    }
+    return {};
+}
+
 // One row for each folder. Every language is read in full for the one text that names it.
 void FillRows(winChooseLanguage& window, const FolderItem& folder) {
-    for (int32_t i = 1; i <= folder.Count(); ++i) {
+    for (int32_t i = 1; i <= folder.Count() && !window.Closed(); ++i) {
         const Ref<FolderItem> entry = folder.Item(i);
         if (entry->Directory()) {
             const Ref<FolderItem> file = entry->Child(kLanguageFile);
@@ -65,8 +75,11 @@ void FillRows(winChooseLanguage& window, const FolderItem& folder) {
         }
         RuntimeBackgroundTask();
     }
-    window.lstLanguage()->SortedColumn = 1; // one past the only column, and meant: the rows as a whole
+    if (window.Closed()) // by the user, in the middle of it
+        return;
+    window.lstLanguage()->SortedColumn = 1; // one past the only column, and meant: the order is the list's own affair
     window.lstLanguage()->Sort();
+    window.lstLanguage()->SetListIndex(0);
 }
 
 // Asks the user. Gives the folder of the language chosen; a user who chooses none ends the program.
@@ -74,10 +87,9 @@ Ref<FolderItem> ChooseLanguage(const FolderItem& folder) {
     const Ref<winChooseLanguage> window = winChooseLanguage::Instance();
     window->Show();
     FillRows(*window, folder);
-    window->lstLanguage()->SetListIndex(0);
     Ref<FolderItem> chosen;
     if (window->ShowModal() == window->ActionButton) {
-        chosen = Multilingual::LanguageFileOf(*window->lstLanguage(), window->lstLanguage()->ListIndex())->Parent();
+        chosen = window->SelectedFile()->Parent();
         App::Instance()->Preferences->Language = chosen->Name();
     } else {
         Quit(0);
@@ -108,11 +120,8 @@ void Multilingual::Initialize(const Ref<FolderItem>& folder, const std::string& 
     if (languageFolder.IsNil() || !languageFolder->Exists())
         languageFolder = ChooseLanguage(*folder);
     if (!languageFolder.IsNil() && languageFolder->Exists()) {
-        LoadLanguageFile(languageFolder->Child(kLanguageFile));
+        LoadLanguageFile(languageFolder->Child(kLanguageFile)); // once more after a choice, which does not matter
+        Application::SpeakLanguage(CodeOf(languageFolder->Name()));
         LocalizeMenu();
     }
-}
-
-Ref<FolderItem> Multilingual::LanguageFileOf(const Listbox& list, int32_t row) {
-    return Ref<FolderItem>(std::static_pointer_cast<FolderItem>(list.CellTag(row, 0).Shared()));
 }

@@ -2,11 +2,9 @@
 
 #include "framework/base/Ref.h"
 
-#include <cstdint>
 #include <string>
 
 class FolderItem;
-class Listbox;
 
 // Every text of the interface, by key, in one language at a time. Main thread.
 namespace Multilingual {
@@ -31,8 +29,5 @@ void Initialize(const Ref<FolderItem>& folder, const std::string& language);
 
 // Gives every menu and command its text in the loaded language.
 void LocalizeMenu();
-
-// The language file that goes with a row of the chooser.
-Ref<FolderItem> LanguageFileOf(const Listbox& list, int32_t row);
 
 } // namespace Multilingual

@@ -31,7 +31,6 @@ void winChooseLanguage::CreateControls() {
 
     const auto list = New<Listbox>();
     list->Heading = std::string(1, ' ');
-    list->SetAccessibleName("Languages"); // no language is known yet
     lstLanguage_ = Add(list, {.Left = 20, .Top = 46, .Width = 359, .Height = 179, .TabIndex = 2});
     lstLanguage_->Open = [this] { lstLanguage_Open(); };
     lstLanguage_->Change = [this] { lstLanguage_Change(); };
@@ -53,10 +52,16 @@ void winChooseLanguage::lstLanguage_Open() {
 
 // The menus stay as they are: they are localised once, when the choice is made.
 void winChooseLanguage::lstLanguage_Change() {
-    Multilingual::LoadLanguageFile(Multilingual::LanguageFileOf(*lstLanguage_, lstLanguage_->ListIndex()));
+    Multilingual::LoadLanguageFile(SelectedFile());
+    lstLanguage_->SetAccessibleName(Multilingual::GetString("ChoosePlease"));
     staMessage_->SetText(Multilingual::GetString("ChoosePlease"));
     ActionButton->SetCaption(Multilingual::GetString("ButtonOK"));
     CancelButton->SetCaption(Multilingual::GetString("ButtonQuit"));
+}
+
+Ref<FolderItem> winChooseLanguage::SelectedFile() const {
+    const Ref<Object> tag = lstLanguage_->CellTag(lstLanguage_->ListIndex(), 0);
+    return Ref<FolderItem>(std::static_pointer_cast<FolderItem>(tag.Shared()));
 }
 
 void winChooseLanguage::lstLanguage_DoubleClick() {

@@ -2,6 +2,7 @@
 
 #include "ui/claDialogWindow.h"
 
+class FolderItem;
 class Label;
 class Listbox;
 
@@ -12,6 +13,9 @@ public:
     static Ref<winChooseLanguage> Instance();
 
     const Ref<Listbox>& lstLanguage() const { return lstLanguage_; }
+    // The language file that goes with the selected row; without a selected row, an out-of-range failure.
+    Ref<FolderItem> SelectedFile() const;
+
     const Ref<Label>& staMessage() const { return staMessage_; }
 
 protected:

@@ -31,6 +31,10 @@ void claStaticTextLink::Event_MouseUp(int32_t x, int32_t y) {
     SetTextColor(kResting);
 }
 
+void claStaticTextLink::Event_KeyPress() {
+    ShowURL(Text());
+}
+
 // The top row and the left column count as outside.
 bool claStaticTextLink::IsInside(int32_t x, int32_t y) const {
     return 0 < x && x < Width() && 0 < y && y < Height();

@@ -39,6 +39,7 @@ private:
     void Canvas1_Paint(Graphics& graphics);
     void canPerform_Open();
     void canPerform_DropObject(const Ref<DragItem>& drag);
+    void canPerform_SetStatus(const std::string& text);
     void staStatus_Open();
     void CloseWindow();
     bool ConfirmsQuit();

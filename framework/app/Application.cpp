@@ -1,5 +1,6 @@
 #include "framework/app/Application.h"
 
+#include "framework/app/EndOfSession.h"
 #include "framework/app/EndSignals.h"
 #include "framework/app/OpenEvents.h"
 #include "framework/app/RunningApplication.h"
@@ -14,8 +15,10 @@
 #include "framework/windows/Window.h"
 
 #include <QApplication>
-#include <QSessionManager>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QSocketNotifier>
+#include <QTranslator>
 
 #include <fontconfig/fontconfig.h>
 
@@ -37,37 +40,12 @@ bool quitting = false;
     std::_Exit(exitCode); // workers may be anywhere: nothing is taken down around them
 }
 
-[[noreturn]] void SaveAndEnd(int exitCode) {
-    EventEdge::Run("quit", [] {
-        if (!application.IsNil())
-            application->Event_Close();
-    });
-    EndProcess(exitCode);
-}
-
-// Asks the windows, the front one first, until one refuses.
-bool WindowsRefuse() {
-    const std::vector<Ref<Window>> windows = Window::All();
-    return std::any_of(windows.rbegin(), windows.rend(),
-                       [](const Ref<Window>& window) { return !window->Closed() && window->RefusesClose(true); });
-}
-
-// The desktop session wants to end: the windows are asked as at any quit, and a refusal calls the end of the session
-// off. Otherwise the session ends the process when it has asked everybody.
-void AnswerEndOfSession(QSessionManager& session) {
-    if (!session.allowsInteraction())
-        return;
-    if (WindowsRefuse())
-        session.cancel();
-    session.release();
-}
-
 void DescribeToToolkit() {
     QApplication::setApplicationName(QString::fromStdString(program.Name));
     QApplication::setApplicationVersion(QString::fromStdString(program.LongVersion));
     QApplication::setDesktopFileName(QString::fromStdString(program.Id));
     QApplication::setQuitOnLastWindowClosed(false);
-    QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, AnswerEndOfSession, Qt::DirectConnection);
+    AnswerEndOfSession();
 }
 
 // The font library reads its settings on a thread of its own meanwhile: the first text would have to wait for that.
@@ -119,6 +97,20 @@ Ref<Application> RunningApplication() {
     return application;
 }
 
+bool WindowsRefuse() {
+    const std::vector<Ref<Window>> windows = Window::All();
+    return std::any_of(windows.rbegin(), windows.rend(),
+                       [](const Ref<Window>& window) { return !window->Closed() && window->RefusesClose(true); });
+}
+
+void SaveAndEnd(int exitCode) {
+    EventEdge::Run("quit", [] {
+        if (!application.IsNil())
+            application->Event_Close();
+    });
+    EndProcess(exitCode);
+}
+
 Ref<FolderItem> Application::ExecutableFile() {
     return New<FolderItem>(ProgramFilePath());
 }
@@ -137,6 +129,14 @@ Ref<MenuBar> Application::MenuBar() {
 
 void Application::SetMenuBar(const Ref<::MenuBar>& bar) {
     menuBar = bar;
+}
+
+void Application::SpeakLanguage(const std::string& code) {
+    static QTranslator translator;
+    QApplication::removeTranslator(&translator);
+    if (translator.load(QLocale(QString::fromStdString(code)), QStringLiteral("qtbase"), QStringLiteral("_"),
+                        QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&translator);
 }
 
 void Application::SetIcon(const Ref<Picture>& icon) {

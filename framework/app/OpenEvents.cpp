@@ -10,12 +10,15 @@ OpenEvents& OpenEvents::Instance() {
 }
 
 void OpenEvents::OpenDocument(const Ref<FolderItem>& item) {
-    waiting_.emplace_back([item](Application& application) { application.Event_OpenDocument(item); });
-    Deliver();
+    Add([item](Application& application) { application.Event_OpenDocument(item); });
 }
 
 void OpenEvents::NewDocument() {
-    waiting_.emplace_back([](Application& application) { application.Event_NewDocument(); });
+    Add([](Application& application) { application.Event_NewDocument(); });
+}
+
+void OpenEvents::Add(std::function<void(Application&)> event) {
+    waiting_.push_back(std::move(event));
     Deliver();
 }
 

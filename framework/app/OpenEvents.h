@@ -16,6 +16,8 @@ public:
 
     void OpenDocument(const Ref<FolderItem>& item);
     void NewDocument();
+    // Anything else that brings files.
+    void Add(std::function<void(Application&)> event);
 
     // Delivers what waits, unless a modal dialog runs or the application is not there yet.
     void Deliver();

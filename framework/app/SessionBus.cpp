@@ -42,7 +42,8 @@ public:
     }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
-        if (message.interface() != kInterface)
+        const bool known = message.member() == QLatin1String("Activate") || message.member() == QLatin1String("Open");
+        if (message.interface() != kInterface || !known)
             return false;
         // The caller gets its answer first: opening a file may take a dialog.
         if (message.isReplyRequired())
@@ -101,6 +102,7 @@ bool HandOver(const std::string& programId, const std::vector<std::string>& path
     if (bus.registerService(id))
         return false;
     // An instance that is merely slow has got the files: they must not be opened twice.
-    const QDBusError error(bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds));
-    return error.type() != QDBusError::ServiceUnknown && error.type() != QDBusError::Disconnected;
+    const QDBusMessage answer = bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds);
+    const QDBusError error(answer);
+    return !error.isValid() || error.type() == QDBusError::NoReply || error.type() == QDBusError::TimedOut;
 }

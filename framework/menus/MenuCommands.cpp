@@ -7,9 +7,11 @@
 #include "framework/windows/Window.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QWindow>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -44,23 +46,18 @@ const EditCommand* EditCommandOf(const std::string& itemName) {
 }
 
 QLineEdit* FocusedField() {
-    return qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    QWidget* const focused = QApplication::focusWidget();
+    const auto* const box = qobject_cast<QComboBox*>(focused);
+    return box != nullptr ? box->lineEdit() : qobject_cast<QLineEdit*>(focused);
 }
 
 Ref<Window> WindowInFront() {
     const QWidget* const active = QApplication::activeWindow();
-    for (const Ref<Window>& window : Window::All()) {
-        if (active != nullptr && window->Native().widget == active)
-            return window;
-    }
-    return nullptr;
-}
-
-// A modal dialog of the toolkit's own, or one of ours, takes no commands for the windows that it shuts off.
-bool ShutOff() {
-    const QWidget* const modal = QApplication::activeModalWidget();
-    const Ref<Window> front = WindowInFront();
-    return modal != nullptr && (front.IsNil() || front->Native().widget != modal);
+    const auto windows = Window::All();
+    const auto front = std::find_if(windows.begin(), windows.end(), [active](const Ref<Window>& window) {
+        return active != nullptr && window->Native().widget == active;
+    });
+    return front == windows.end() ? nullptr : *front;
 }
 
 } // namespace
@@ -71,7 +68,7 @@ bool CommandCanRun(const std::string& itemName) {
         return field != nullptr && (!command->changesText || !field->isReadOnly());
     }
     if (QApplication::activeModalWidget() != nullptr)
-        return false;
+        return false; // until the user has answered it, a dialog keeps everything else waiting
     if (itemName == kQuitItem)
         return true;
     const Ref<Window> front = WindowInFront();
@@ -85,7 +82,7 @@ void RunCommand(const std::string& itemName) {
             command->run(*field);
         return;
     }
-    if (ShutOff())
+    if (!CommandCanRun(itemName))
         return;
     EventEdge::Run("menu command", [&itemName] {
         const Ref<Window> front = WindowInFront();

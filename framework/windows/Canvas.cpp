@@ -1,5 +1,6 @@
 #include "framework/windows/Canvas.h"
 
+#include "framework/app/OpenEvents.h"
 #include "framework/base/EventEdge.h"
 #include "framework/files/FileType.h"
 #include "framework/files/FileUri.h"
@@ -72,12 +73,16 @@ protected:
     }
 
     void dragEnterEvent(QDragEnterEvent* event) override {
-        const bool shutOff = QApplication::activeModalWidget() != nullptr;
-        if (!shutOff && !FilesIn(*event->mimeData(), canvas_.acceptedTypes_).empty())
+        if (!IsShutOff() && !FilesIn(*event->mimeData(), canvas_.acceptedTypes_).empty())
             TakeAsCopy(*event);
     }
 
-    void dragMoveEvent(QDragMoveEvent* event) override { TakeAsCopy(*event); }
+    void dragMoveEvent(QDragMoveEvent* event) override {
+        if (IsShutOff())
+            event->ignore();
+        else
+            TakeAsCopy(*event);
+    }
 
     // The program hears of the drop from the event loop: a dialog that it opens must not keep the program waiting from
     // which the drag came.
@@ -85,14 +90,18 @@ protected:
         TakeAsCopy(*event);
         const auto drag = New<DragItem>(FilesIn(*event->mimeData(), canvas_.acceptedTypes_));
         PostToMainThread([canvas = Self(&canvas_), drag] {
-            if (canvas->DropObject)
-                canvas->DropObject(drag, 0);
+            OpenEvents::Instance().Add([canvas, drag](Application&) {
+                if (canvas->DropObject)
+                    canvas->DropObject(drag, 0);
+            });
         });
     }
 
 private:
     static int32_t XOf(const QMouseEvent& event) { return static_cast<int32_t>(event.position().x()); }
     static int32_t YOf(const QMouseEvent& event) { return static_cast<int32_t>(event.position().y()); }
+
+    static bool IsShutOff() { return QApplication::activeModalWidget() != nullptr; }
 
     static void TakeAsCopy(QDropEvent& event) {
         event.setDropAction(Qt::CopyAction);

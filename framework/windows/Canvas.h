@@ -16,7 +16,7 @@ public:
     // type's code is "????".
     void AcceptFileDrop(const std::string& fileTypeName);
 
-    // A picture beneath what is painted, or nil.
+    // A picture beneath what is painted, or nil. Set before the window makes the control.
     Ref<Picture> Backdrop;
 
     std::function<void(Graphics&)> Paint;
@@ -25,7 +25,7 @@ public:
 
     virtual void Event_Paint(Graphics& graphics);
     virtual void Event_MouseMove(int32_t /*x*/, int32_t /*y*/) {}
-    // True if the further events of this click are wanted.
+    // The result says whether the further events of the click are wanted; a canvas has none to give.
     virtual bool Event_MouseDown(int32_t /*x*/, int32_t /*y*/) { return false; }
 
 protected:

@@ -5,6 +5,8 @@
 
 #include <QLabel>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStyleOption>
 
 #include <array>
 
@@ -18,6 +20,25 @@ public:
     LabelWidget(QWidget* parent, Label& label) : QLabel(parent), label_(label) {}
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool presses =
+            event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
+        if (label_.IsLink && presses)
+            EventEdge::Run("key press", [this] { label_.Event_KeyPress(); });
+        else
+            QLabel::keyPressEvent(event);
+    }
+
+    void paintEvent(QPaintEvent* event) override {
+        QLabel::paintEvent(event);
+        if (hasFocus()) {
+            QPainter painter(this);
+            QStyleOptionFocusRect option;
+            option.initFrom(this);
+            style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+        }
+    }
+
     void enterEvent(QEnterEvent*) override {
         EventEdge::Run("mouse enter", [this] { label_.Event_MouseEnter(); });
     }
@@ -72,10 +93,10 @@ void Label::SetTextColor(uint32_t color) {
 }
 
 void Label::ApplyColor() {
-    if (Native() == nullptr || !Native()->widget)
+    if (!textColor_ || Native() == nullptr || !Native()->widget)
         return;
     QPalette palette = Native()->widget->palette();
-    palette.setColor(QPalette::WindowText, QColor(QRgb(textColor_)));
+    palette.setColor(QPalette::WindowText, QColor(QRgb(*textColor_)));
     Native()->widget->setPalette(palette);
 }
 
@@ -94,6 +115,7 @@ void Label::MakeWidget(NativeControl& native) {
     label->setAlignment((Multiline ? Qt::AlignTop : Qt::AlignVCenter) |
                         kAlignments[static_cast<std::size_t>(TextAlign)]);
     label->setText(Multiline ? ToParagraphs(Text()) : ToScreen(Text()));
+    label->setFocusPolicy(IsLink ? Qt::TabFocus : Qt::NoFocus);
     native.widget = label;
     ApplyColor();
 }

@@ -3,6 +3,7 @@
 #include "framework/windows/Control.h"
 
 #include <mutex>
+#include <optional>
 #include <string>
 
 // A text, on one line unless it says otherwise. Text may be read and written on any thread; the rest belongs to the
@@ -14,12 +15,13 @@ public:
     bool Bold = false;
     bool Underline = false;
     bool Multiline = false;
+    bool IsLink = false;             // reached by Tab, pressed by Return or the space bar
     std::string TextFont = "System"; // or "SmallSystem"
 
     std::string Text() const;
     void SetText(const std::string& text);
 
-    uint32_t TextColor() const { return textColor_; }
+    // RGB. Until it is set, the text has the desktop's own colour, which suits the window beneath.
     void SetTextColor(uint32_t color);
 
     // The pointing hand of a link in place of the arrow.
@@ -32,6 +34,7 @@ public:
     virtual bool Event_MouseDown(int32_t /*x*/, int32_t /*y*/) { return false; }
     virtual void Event_MouseDrag(int32_t /*x*/, int32_t /*y*/) {}
     virtual void Event_MouseUp(int32_t /*x*/, int32_t /*y*/) {}
+    virtual void Event_KeyPress() {} // of a link
 
 protected:
     void MakeWidget(NativeControl& native) override;
@@ -42,5 +45,5 @@ private:
 
     mutable std::mutex mutex_;
     std::string text_;
-    uint32_t textColor_ = 0x000000;
+    std::optional<uint32_t> textColor_;
 };

@@ -13,6 +13,8 @@ namespace {
 constexpr int kTagRole = Qt::UserRole; // place of the row's tag
 
 QTreeWidget& ListOf(const NativeControl* native) {
+    if (native == nullptr || !native->widget)
+        throw NilObjectException(); // not made yet, or closed
     return *static_cast<QTreeWidget*>(native->widget.data());
 }
 
@@ -91,6 +93,10 @@ void Listbox::MakeWidget(NativeControl& native) {
             if (self->Change)
                 self->Change();
         });
+    });
+    QObject::connect(list, &QTreeWidget::itemSelectionChanged, list, [list] {
+        if (list->currentItem() != nullptr && list->selectedItems().isEmpty())
+            list->currentItem()->setSelected(true); // one row is always selected
     });
     QObject::connect(list, &QTreeWidget::itemDoubleClicked, list, [this] {
         EventEdge::Run("double click", [self = Self(this)] {

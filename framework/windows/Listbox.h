@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-// A list of one column, of which always one row is selected once there is any. Rows count from 0. Main thread.
+// A list of one column, of which always one row is selected once there is any. Rows count from 0. Before the window has
+// made the list, and after Close, its operations are nil object failures. Main thread.
 class Listbox : public Control {
 public:
     // Set before the window makes the control.
@@ -23,12 +24,13 @@ public:
     int32_t ListIndex() const;
     void SetListIndex(int32_t row);
 
-    // What Sort goes by. A column that the list does not have stands for its rows as a whole.
+    // Sorts the rows by their text, in the order of the desktop's language. The list has one column, so these two have
+    // no say.
+    void Sort();
     int32_t SortedColumn = 0;
+    int32_t HeadingIndex = -1;
     // 0 or above ascending, below 0 descending.
     void SetColumnSortDirection(int32_t column, int32_t direction);
-    int32_t HeadingIndex = -1; // the column whose heading is marked
-    void Sort();
 
     void SetFocus();
 

@@ -78,7 +78,7 @@ QPushButton* MakeButton(QDialog& dialog, const MessageDialogButton& button, QDia
     auto* const widget = new QPushButton(ToCaption(button.Caption), &dialog);
     widget->setFont(SystemFont(false, false));
     widget->setMinimumWidth(kButtonWidth);
-    widget->setAutoDefault(false);
+    widget->setAutoDefault(true); // Return presses the one that has the focus
     widget->setVisible(button.Visible);
     QObject::connect(widget, &QPushButton::clicked, &dialog, [&dialog, code] { dialog.done(code); });
     return widget;
@@ -113,6 +113,7 @@ Ref<MessageDialogButton> Run(MessageDialog& message, QWidget* parent) {
     QDialog dialog(parent);
     dialog.setWindowTitle(message.Title.empty() ? QApplication::applicationName() : ToScreen(message.Title));
     dialog.setAccessibleName(ToScreen(message.Message));
+    dialog.setAccessibleDescription(ToScreen(message.Explanation));
     dialog.setWindowModality(Qt::ApplicationModal);
     LayOut(dialog, message);
     const ModalRun modalRun;

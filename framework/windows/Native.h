@@ -22,7 +22,7 @@ struct NativeControl {
 // The area of a window that holds the controls; what it paints lies beneath them.
 class ContentWidget : public QWidget {
 public:
-    explicit ContentWidget(::Window& window) : window_(window) {}
+    ContentWidget(::Window& window, QSize laidOut) : window_(window), laidOut_(laidOut) {}
 
 protected:
     void paintEvent(QPaintEvent*) override;
@@ -30,6 +30,7 @@ protected:
 
 private:
     ::Window& window_;
+    QSize laidOut_; // the size that the controls stand for now
 };
 
 class WindowWidget : public QMainWindow {

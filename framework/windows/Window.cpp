@@ -1,6 +1,7 @@
 #include "framework/windows/Window.h"
 
 #include "framework/app/Application.h"
+#include "framework/app/EndOfSession.h"
 #include "framework/app/ModalRun.h"
 #include "framework/base/EventEdge.h"
 #include "framework/menus/MenuBar.h"
@@ -17,6 +18,7 @@
 #include <QLayout>
 #include <QMenuBar>
 #include <QPainter>
+#include <QPushButton>
 #include <QScreen>
 
 #include <algorithm>
@@ -96,21 +98,30 @@ void ContentWidget::paintEvent(QPaintEvent*) {
 }
 
 void ContentWidget::resizeEvent(QResizeEvent* event) {
-    if (event->oldSize().isValid())
-        window_.ContentResized(event->size().width() - event->oldSize().width(),
-                               event->size().height() - event->oldSize().height());
+    const QSize grown = event->size() - laidOut_;
+    laidOut_ = event->size();
+    window_.ContentResized(grown.width(), grown.height());
 }
 
 void WindowWidget::closeEvent(QCloseEvent* event) {
     event->ignore(); // the window goes when Close says so
+    if (EndOfSessionIsAgreed())
+        EndWithSession();
     EventEdge::Run("window close", [window = Self(&window_)] { window->Close(); });
 }
 
 void WindowWidget::keyPressEvent(QKeyEvent* event) {
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     const bool confirms = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (confirms || event->key() == Qt::Key_Escape)
-        window_.PressButton(!confirms);
-    else if (event->key() == Qt::Key_F10 && window_.layout_.HoldsMenuBar)
+    if (plain && (confirms || event->key() == Qt::Key_Escape)) {
+        if (event->isAutoRepeat()) // a key that is held down is meant for the dialog that it was pressed in
+            return;
+        auto* const focused = qobject_cast<QPushButton*>(focusWidget());
+        if (confirms && focused != nullptr)
+            focused->click();
+        else
+            window_.PressButton(!confirms);
+    } else if (event->key() == Qt::Key_F10 && window_.layout_.HoldsMenuBar)
         EnterMenuBar(*menuBar());
     else
         QMainWindow::keyPressEvent(event);
@@ -123,7 +134,7 @@ Window::~Window() = default;
 void Window::Make() {
     layout_ = Layout();
     native_->widget = new WindowWidget(*this);
-    native_->content = new ContentWidget(*this);
+    native_->content = new ContentWidget(*this, QSize(layout_.Width, layout_.Height));
     native_->widget->setCentralWidget(native_->content);
     native_->widget->setWindowFlags(FlagsOf(layout_));
     native_->widget->setWindowModality(IsModal(layout_) ? Qt::ApplicationModal : Qt::NonModal);
@@ -157,7 +168,7 @@ void Window::Show() {
     if (!layout_.Resizeable)
         native_->widget->adjustSize();
     if (layout_.Placement == kMiddleOfScreen)
-        CentreOn(*native_->widget, QGuiApplication::primaryScreen()->availableGeometry());
+        CentreOn(*native_->widget, native_->widget->screen()->availableGeometry());
     else if (layout_.Placement == kStaggered && QApplication::activeWindow() != nullptr)
         native_->widget->move(QApplication::activeWindow()->pos() + QPoint(kStagger, kStagger));
     native_->widget->show();
@@ -203,7 +214,7 @@ void Window::Close() {
 
 bool Window::RefusesClose(bool quitting) {
     asking_ = true;
-    bool refuses = true;
+    bool refuses = false; // a question that fails does not keep the window open for ever
     EventEdge::Run("window close", [&] { refuses = Event_CancelClose(quitting); });
     asking_ = false;
     return refuses;
@@ -290,12 +301,13 @@ void Window::SetTabOrder() {
     QWidget* last = nullptr;
     for (const Ref<Control>& stop : stops) {
         QWidget* const widget = stop->Native()->widget;
-        if (last != nullptr)
-            QWidget::setTabOrder(last, widget);
-        else if (widget->focusPolicy() != Qt::NoFocus)
+        if (widget->focusPolicy() == Qt::NoFocus)
+            continue;
+        if (last == nullptr)
             widget->setFocus();
-        if (last != nullptr || widget->focusPolicy() != Qt::NoFocus)
-            last = widget;
+        else
+            QWidget::setTabOrder(last, widget);
+        last = widget;
     }
 }
 
