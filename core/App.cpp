@@ -1,13 +1,13 @@
 #include "core/App.h"
 
 #include "engine/FileTypes.h"
+#include "engine/OnTheWay.h"
 #include "engine/StartCut.h"
 #include "engine/StartGlue.h"
 #include "framework/desktop/Desktop.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Text.h"
 #include "framework/threads/MainThread.h"
-#include "framework/threads/Yield.h"
 #include "framework/windows/MessageDialog.h"
 #include "settings/Multilingual.h"
 #include "settings/claPreferences.h"
@@ -54,12 +54,12 @@ void App::Event_Open() {
     const Ref<FolderItem> bundle = ExecutableFile()->Parent()->Parent();
     Multilingual::Initialize(bundle->Child("Resources")->Child("Multilingual"), Preferences->Language);
     winMain::Instance()->Show();
-    // By index: a file may be handed over while the dialog of the one before it is up. The list is not emptied
-    // afterwards.
+    const OnTheWay waiting;
+    // By index: a file may be handed over while the dialog of the one before it is up. No yield: a glue that came to
+    // its end in it would no longer turn away the other parts of its series. The list is not emptied afterwards.
     for (std::size_t i = 0; i < openFiles_.size(); ++i) {
         const Ref<FolderItem> item = openFiles_[i];
         Route(item);
-        RuntimeBackgroundTask();
     }
     started_ = true;
 }

@@ -1,5 +1,6 @@
 #include "engine/StartCut.h"
 
+#include "engine/OnTheWay.h"
 #include "engine/PartNames.h"
 #include "engine/claEncodeThread.h"
 #include "framework/files/BinaryStream.h"
@@ -52,12 +53,17 @@ void RunCut(const Ref<FolderItem>& file, double megabytes) {
     thread->StreamIn = file->OpenAsBinaryFile(false);
     thread->Folder = file->Parent();
     thread->FileName = FreeBaseName(*thread->Folder, file->Name(), PartCount(file->Length(), thread->PartSize));
+    thread->Coming.emplace();
     thread->Run();
 }
 
 // Files that came while another was being asked about or prepared: that serves events, and a cut that began in the
 // middle could settle on the same names. Each is served by an event of its own afterwards.
-std::deque<Ref<FolderItem>> waiting;
+struct WaitingFile {
+    Ref<FolderItem> file;
+    OnTheWay onTheWay;
+};
+std::deque<WaitingFile> waiting;
 
 class Turn {
 public:
@@ -74,15 +80,16 @@ public:
 
 private:
     static void ServeNext() {
-        const Ref<FolderItem> next = waiting.front();
+        const WaitingFile next = waiting.front();
         waiting.pop_front();
-        StartCut(next);
+        StartCut(next.file);
     }
 
     static inline bool taken_ = false;
 };
 
 void AskAndCut(const Ref<FolderItem>& file) {
+    const OnTheWay asking;
     const Ref<winCut> dialog = winCut::Instance();
     dialog->ShowWithin(winMain::Instance(), -1);
     dialog->FileSize = static_cast<int32_t>(static_cast<uint32_t>(file->Length())); // the low 32 bits only
@@ -96,7 +103,7 @@ void AskAndCut(const Ref<FolderItem>& file) {
 
 void StartCut(const Ref<FolderItem>& file) {
     if (Turn::IsTaken()) {
-        waiting.push_back(file);
+        waiting.push_back({file, {}});
         return;
     }
     const Turn turn;

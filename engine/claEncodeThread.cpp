@@ -52,10 +52,12 @@ void claEncodeThread::Event_RunThread() {
 // The row bears the source's name, never the base.
 Ref<claFilePerformInfo> claEncodeThread::AddRow() {
     const int32_t maximum = RuntimeCvtReal64ToSInt32(RuntimeCvtUInt64ToReal64(File->Length()) / double(kTransferBlock));
-    return OnMainThread([&] {
+    const Ref<claFilePerformInfo> info = OnMainThread([&] {
         return winMain::Instance()->canPerform()->AddInfo(
             File->Name(), maximum, 0, Multilingual::GetString("MainStatusPreparing"), picIconCut(), Self(this));
     });
+    Coming.reset();
+    return info;
 }
 
 // A size of 0 or below moves nothing and leaves the part empty, so such a cut makes empty parts until it is stopped.

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "engine/OnTheWay.h"
 #include "framework/threads/Thread.h"
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 
 // How much a worker moves between two looks at its Stop flag, and the unit of its bar: one mebibyte.
 inline constexpr int32_t kTransferBlock = 1048576;
@@ -17,6 +19,9 @@ public:
     // A request, never a kill: the worker sees it at its next block at the latest. Set from the main thread, never set
     // back.
     std::atomic<bool> Stop{false};
+
+    // From the start of the worker until it has its row.
+    std::optional<OnTheWay> Coming;
 
 protected:
     void Event_Run() final { Event_RunThread(); }

@@ -1,6 +1,7 @@
 #include "ui/claFilePerformInfo.h"
 
 #include "core/App.h"
+#include "engine/OnTheWay.h"
 #include "framework/files/FolderItem.h"
 #include "framework/windows/ProgressBar.h"
 #include "settings/claPreferences.h"
@@ -31,6 +32,6 @@ void claFilePerformInfo::Close() {
     const Ref<App> app = App::Instance();
     if (app->Preferences->ShowFilesAfter && !FileToShow.IsNil())
         ShowFileInFinder({FileToShow->AbsolutePath()});
-    if (app->Preferences->AutoQuit && app->QuitAfter && Parent->Info.empty())
+    if (app->Preferences->AutoQuit && app->QuitAfter && Parent->Info.empty() && !OnTheWay::Anything())
         Quit(0);
 }

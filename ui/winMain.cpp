@@ -2,10 +2,10 @@
 
 #include "core/App.h"
 #include "engine/FileTypes.h"
+#include "engine/OnTheWay.h"
 #include "engine/claThread.h"
 #include "framework/desktop/Desktop.h"
 #include "framework/files/FolderItem.h"
-#include "framework/threads/Yield.h"
 #include "framework/windows/DragItem.h"
 #include "framework/windows/Graphics.h"
 #include "framework/windows/Label.h"
@@ -123,14 +123,15 @@ void winMain::canPerform_Open() {
     canPerform_->AcceptFileDrop(FileTypes::Unknown()->Operator_Convert()); // which stands for every file
 }
 
-// Each thing is sent on its way by itself, in the order of the drag; a cut waits for its dialog meanwhile.
+// Each thing is sent on its way by itself, in the order of the drag; a cut waits for its dialog meanwhile. No yield: a
+// glue that came to its end in it would no longer turn away the other parts of its series.
 void winMain::canPerform_DropObject(const Ref<DragItem>& drag) {
     if (!drag->FolderItemAvailable())
         return;
-    do {
+    const OnTheWay waiting;
+    do
         App::Instance()->Route(drag->FolderItem());
-        RuntimeBackgroundTask();
-    } while (drag->NextItem());
+    while (drag->NextItem());
 }
 
 void winMain::canPerform_SetStatus(const std::string& text) {

@@ -65,6 +65,24 @@ TEST_F(CutAndGlue, APartNamedAtStartIsGluedAndThePartsGoToTheTrash) {
     EXPECT_TRUE(trashed == film);
 }
 
+TEST_F(CutAndGlue, FilesNamedTogetherAreAllServedBeforeTheProgramEndsByItself) {
+    const std::string song = Noise(2000);
+    WriteFile(File("letter.txt"), Noise(1000));
+    WriteFile(File("song.flac"), song);
+    const std::string film = WriteSeries("film.mov");
+    const std::string disk = WriteSeries("disk.iso");
+    Program& program = Start({"letter.txt", "song.flac", "film.mov.001", "film.mov.002", "disk.iso.001"});
+    program.Answer({"Return"});
+    Await("the first cut's end", [&] { return desktop.Shown() == Words{File("letter.txt.001")}; });
+    program.Answer({"Return"}); // the second dialog stands on, though nothing runs behind it
+    EXPECT_EQ(program.End(), 0);
+
+    EXPECT_TRUE(Holds(File("song.flac.001"), song));
+    EXPECT_TRUE(Holds(File("film.mov"), film));
+    EXPECT_TRUE(Holds(File("disk.iso"), disk));
+    EXPECT_FALSE(Exists("film 1.mov")); // one series, one glue
+}
+
 TEST_F(CutAndGlue, AnArchiveIsOpenedAndNotShownAndTheVendorsSiteOpensFromTheToolbar) {
     Prefer({.AutoQuit = false, .SearchForUpdates = false});
     const std::string archive = WriteSeries("letters.ZIP");

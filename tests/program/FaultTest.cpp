@@ -62,11 +62,13 @@ TEST_F(CutDialog, TakesDigitsAndPastedTextAndNothingElse) {
     const std::string typed = Noise(30 * kMegabyte);
     const std::string pasted = Noise(2 * kMegabyte);
     WriteFile(File("cancelled.bin"), Noise(1000));
+    WriteFile(File("closed.bin"), Noise(1000));
     WriteFile(File("typed.bin"), typed);
     WriteFile(File("pasted.bin"), pasted);
     desktop.Pretend({"clipboard", "1.44"});
-    Program& program = Start({"cancelled.bin", "typed.bin", "pasted.bin"});
+    Program& program = Start({"cancelled.bin", "closed.bin", "typed.bin", "pasted.bin"});
     program.Answer({"Escape"});
+    program.Answer({"alt+F4"});
 
     const std::string atHundred = PictureOfPartCount(program);
     desktop.Press({"ctrl+a", "1"});
@@ -82,4 +84,5 @@ TEST_F(CutDialog, TakesDigitsAndPastedTextAndNothingElse) {
     EXPECT_TRUE(Holds(File("pasted.bin.001"), pasted.substr(0, 1'509'949)));
     EXPECT_TRUE(Holds(File("pasted.bin.002"), pasted.substr(1'509'949)));
     EXPECT_FALSE(Exists("cancelled.bin.001"));
+    EXPECT_FALSE(Exists("closed.bin.001"));
 }
