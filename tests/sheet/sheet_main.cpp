@@ -1,5 +1,5 @@
 // Paints every window in one language side by side, for people to look at.
-// usage: ombrivel-sheet PICTURE LANGUAGE
+// usage: LANGUAGE=CODE ombrivel-sheet PICTURE TITLE
 
 #include "core/App.h"
 #include "core/Startup.h"
@@ -7,6 +7,7 @@
 #include "framework/files/SpecialFolder.h"
 #include "framework/threads/MainThread.h"
 #include "framework/windows/Label.h"
+#include "framework/windows/Listbox.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/ProgressBar.h"
 #include "settings/Multilingual.h"
@@ -57,8 +58,22 @@ void FillList() {
     list.AddInfo("talk.mp3", 40, 33, GetString("MainStatusWaiting", "7"), picIconGlue(), nullptr);
 }
 
-std::vector<QPixmap> WindowsIn(const std::string& language) {
-    Multilingual::Initialize(SpecialFolder::Resources()->Child("Multilingual"), language);
+// Every language by its own name.
+void FillChooser(winChooseLanguage& chooser) {
+    const Ref<FolderItem> folder = SpecialFolder::Resources()->Child("Multilingual");
+    chooser.staMessage()->SetText(Multilingual::GetString("ChoosePlease"));
+    chooser.ActionButton->SetCaption(Multilingual::GetString("ButtonOK"));
+    chooser.CancelButton->SetCaption(Multilingual::GetString("ButtonQuit"));
+    chooser.lstLanguage()->Change = nullptr; // the texts stay in this sheet's language
+    for (int32_t i = 1; i <= folder->Count(); ++i) {
+        Multilingual::LoadLanguageFile(folder->Item(i)->Child("strings.txt"));
+        chooser.lstLanguage()->AddRow(Multilingual::GetString("ChooseString"));
+    }
+    chooser.lstLanguage()->Sort();
+    chooser.lstLanguage()->SetListIndex(0);
+}
+
+std::vector<QPixmap> Windows() {
     std::vector<QPixmap> pictures;
 
     const Ref<winMain> main = winMain::Instance();
@@ -77,17 +92,15 @@ std::vector<QPixmap> WindowsIn(const std::string& language) {
     winAbout::Instance()->Close();
 
     const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
-    chooser->staMessage()->SetText(Multilingual::GetString("ChoosePlease"));
-    chooser->ActionButton->SetCaption(Multilingual::GetString("ButtonOK"));
-    chooser->CancelButton->SetCaption(Multilingual::GetString("ButtonQuit"));
+    FillChooser(*chooser);
     pictures.push_back(PictureOf(chooser));
     chooser->Close();
     return pictures;
 }
 
 // One row of pictures with the language's name above.
-QPixmap RowOf(const std::string& language) {
-    const std::vector<QPixmap> pictures = WindowsIn(language);
+QPixmap RowOf(const std::string& title) {
+    const std::vector<QPixmap> pictures = Windows();
     int width = kGap;
     int height = 0;
     for (const QPixmap& picture : pictures) {
@@ -97,7 +110,7 @@ QPixmap RowOf(const std::string& language) {
     QPixmap row(width, height + kTitle + kGap);
     row.fill(QColor(0xC8, 0xCF, 0xD6));
     QPainter painter(&row);
-    painter.drawText(kGap, kTitle - 8, QString::fromStdString(language));
+    painter.drawText(kGap, kTitle - 8, QString::fromStdString(title));
     int x = kGap;
     for (const QPixmap& picture : pictures) {
         painter.drawPixmap(x, kTitle, picture);
