@@ -11,11 +11,15 @@
 #include "framework/windows/MessageDialog.h"
 #include "settings/Multilingual.h"
 #include "settings/claPreferences.h"
+#include "settings/winPreferences.h"
+#include "ui/MainMenu.h"
 #include "ui/Pictures.h"
+#include "ui/winAbout.h"
 #include "ui/winMain.h"
 
 namespace {
 
+constexpr int32_t kNoteIcon = 0;
 constexpr int32_t kErrorIcon = 2;
 
 Ref<App> instance;
@@ -24,6 +28,7 @@ Ref<App> instance;
 
 Ref<App> App::NewAppInstance() {
     instance = New<App>();
+    SetMenuBar(MainMenu::Instance());
     return instance;
 }
 
@@ -31,23 +36,39 @@ Ref<App> App::Instance() {
     return instance;
 }
 
+void App::AddMenuHandlers() {
+    const auto add = [this](const char* itemName, bool (App::*action)()) {
+        MenuHandlers().Add(itemName, [this, action] { return (this->*action)(); });
+    };
+    add("EditPreferences", &App::EditPreferences_Action);
+    add("HelpAbout", &App::HelpAbout_Action);
+    add("HelpHelp", &App::HelpHelp_Action);
+}
+
 void App::Event_Open() {
+    PostToMainThread([] { SetIcon(IconPicture()); }); // when the first window shows: it takes a while
     Preferences = New<claPreferences>();
     Preferences->Load();
     // Whatever has just been read: the language follows the system at every start.
     Preferences->Language = Multilingual::SystemLanguage();
     const Ref<FolderItem> bundle = ExecutableFile()->Parent()->Parent();
     Multilingual::Initialize(bundle->Child("Resources")->Child("Multilingual"), Preferences->Language);
-    PostToMainThread([] { SetIcon(IconPicture()); }); // not before the window shows: it takes a while
     winMain::Instance()->Show();
     const OnTheWay waiting;
     // By index: a file may be handed over while the dialog of the one before it is up. No yield: a glue that came to
-    // its end in it would no longer turn away the other parts of its series.
+    // its end in it would no longer turn away the other parts of its series. The list is not emptied afterwards.
     for (std::size_t i = 0; i < openFiles_.size(); ++i) {
         const Ref<FolderItem> item = openFiles_[i];
         Route(item);
     }
     started_ = true;
+}
+
+void App::Event_EnableMenuItems() {
+    // The search for updates can be hidden from a build by this; no build does.
+    constexpr bool kHideSearchForUpdates = false;
+    if constexpr (kHideSearchForUpdates)
+        HelpSearchForUpdates()->SetVisible(false);
 }
 
 void App::Event_NewDocument() {
@@ -90,6 +111,27 @@ void App::Error(const std::string& text) {
     dialog->Message = Multilingual::GetString("AppErrorMessage");
     dialog->Explanation = text;
     dialog->ShowModal();
+}
+
+bool App::EditPreferences_Action() {
+    winPreferences::Instance()->Show();
+    return true;
+}
+
+bool App::HelpAbout_Action() {
+    winAbout::Instance()->Show();
+    return true;
+}
+
+// The program has no help to open.
+bool App::HelpHelp_Action() {
+    const auto dialog = New<MessageDialog>();
+    dialog->Icon = kNoteIcon;
+    dialog->ActionButton->Caption = Multilingual::GetString("ButtonOK");
+    dialog->Message = Multilingual::GetString("AppNoHelpMessage");
+    dialog->Explanation = Multilingual::GetString("AppNoHelpMessageExplanation");
+    dialog->ShowModal();
+    return true;
 }
 
 void App::RemoveInUse(const Ref<FolderItem>& item) {

@@ -12,8 +12,10 @@ class claPreferences;
 // shares. Main thread.
 class App : public Application {
 public:
-    // Makes the one instance.
+    // Makes the one instance, with its menu bar.
     static Ref<App> NewAppInstance();
+    // Binds the menu commands below to their items. Once.
+    void AddMenuHandlers();
     static Ref<App> Instance();
 
     // The program may quit by itself once the last operation has closed. True until the program is asked to come up
@@ -27,6 +29,12 @@ public:
     void Event_NewDocument() override;
     void Event_Close() override;
     void Event_OpenDocument(const Ref<FolderItem>& item) override;
+    void Event_EnableMenuItems() override; // has no effect
+
+    // The menu commands that work whichever window is in front. Each returns true: the command is handled.
+    virtual bool EditPreferences_Action();
+    virtual bool HelpAbout_Action();
+    virtual bool HelpHelp_Action();
 
     // The one way into a glue and into a cut. See StartGlue and StartCut.
     virtual void DecodeFile(const Ref<FolderItem>& file);

@@ -9,5 +9,7 @@ ProgramIdentity OmbrivelIdentity() {
 
 Ref<Application> Startup() {
     FileTypes::Initialize();
-    return App::NewAppInstance();
+    const Ref<App> app = App::NewAppInstance();
+    app->AddMenuHandlers();
+    return app;
 }

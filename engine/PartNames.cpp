@@ -18,7 +18,7 @@ std::string BaseOfPart(const std::string& partName) {
 }
 
 std::vector<std::string> DownloadNames(const std::string& partName) {
-    return {partName + ".download", partName + ".crdownload", partName + ".part"};
+    return {partName + ".download", partName + ".crdownload"};
 }
 
 std::string NumberedVariant(const std::string& name, int32_t number) {

@@ -13,14 +13,16 @@ std::string PartName(const std::string& base, int32_t number);
 // therefore gives a base that fits no part; that is accepted.
 std::string BaseOfPart(const std::string& partName);
 
-// The names under which a browser keeps a part until it has wholly arrived.
+// The names under which a browser keeps a part until it has wholly arrived. Browsers that put an empty file of the
+// final name beside it meanwhile are left out: nothing tells that file from a part that is empty.
 std::vector<std::string> DownloadNames(const std::string& partName);
 
 // Head, blank, number, tail, split at the first point and not at the last: "my.film.mov", 1 gives "my 1.film.mov". A
 // name without a point is all tail: "film", 1 gives " 1film".
 std::string NumberedVariant(const std::string& name, int32_t number);
 
-// How many parts of `partSize` bytes a file of `length` bytes gives. Not above 0 for a size that is not.
+// How many parts of `partSize` bytes a file of `length` bytes gives: below 1 for a negative size, and more than can
+// ever be for a size of 0.
 int32_t PartCount(uint64_t length, int32_t partSize);
 
 // Whether an entry counts in the size estimate of the series with that base.

@@ -6,23 +6,40 @@
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Number.h"
+#include "framework/threads/MainThread.h"
 #include "framework/threads/Yield.h"
 #include "framework/windows/ComboBox.h"
 #include "ui/claDialogButton.h"
 #include "ui/winCut.h"
 #include "ui/winMain.h"
 
+#include <deque>
+
 namespace {
 
-constexpr int32_t kWorkerPriority = 1;
+// From here on, one reading of the folder is cheaper than asking for every name.
+constexpr int32_t kManyParts = 10000;
 
+bool HasPartAmongMany(const FolderItem& folder, const std::string& base, int32_t count) {
+    const auto entries = New<FolderItem>(folder.AbsolutePath()); // reads the folder anew
+    for (int32_t i = 1; i <= entries->Count(); ++i) {
+        const std::string name = entries->Item(i)->Name();
+        const double number = name.size() > base.size() ? Val(std::string_view(name).substr(base.size() + 1)) : 0;
+        if (number >= 1 && number <= count && name == PartName(base, RuntimeCvtReal64ToSInt32(number)))
+            return true;
+        RuntimeBackgroundTask();
+    }
+    return false;
+}
+
+// Only the numbers that the new series will use count: an older, longer series may keep its tail beside it.
 bool HasPart(const FolderItem& folder, const std::string& base, int32_t count) {
+    if (count > kManyParts)
+        return HasPartAmongMany(folder, base, count);
     for (int32_t i = 1; i <= count; ++i) {
         if (folder.Child(PartName(base, i))->Exists())
             return true;
         RuntimeBackgroundTask();
-        if (i == INT32_MAX)
-            break;
     }
     return false;
 }
@@ -40,9 +57,38 @@ void RunCut(const Ref<FolderItem>& file, double megabytes) {
     thread->Run();
 }
 
-} // namespace
+// Files that came while another was being asked about or prepared: that serves events, and a cut that began in the
+// middle could settle on the same names. Each is served by an event of its own afterwards.
+struct WaitingFile {
+    Ref<FolderItem> file;
+    OnTheWay onTheWay;
+};
+std::deque<WaitingFile> waiting;
 
-void StartCut(const Ref<FolderItem>& file) {
+class Turn {
+public:
+    Turn() { taken_ = true; }
+    ~Turn() {
+        taken_ = false;
+        if (!waiting.empty())
+            PostToMainThread(ServeNext);
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    static bool IsTaken() { return taken_; }
+
+private:
+    static void ServeNext() {
+        const WaitingFile next = waiting.front();
+        waiting.pop_front();
+        StartCut(next.file);
+    }
+
+    static inline bool taken_ = false;
+};
+
+void AskAndCut(const Ref<FolderItem>& file) {
     const OnTheWay asking;
     const Ref<winCut> dialog = winCut::Instance();
     dialog->ShowWithin(winMain::Instance(), -1);
@@ -51,6 +97,17 @@ void StartCut(const Ref<FolderItem>& file) {
     if (dialog->ShowModal() == dialog->ActionButton)
         RunCut(file, Val(dialog->comPartSize()->Text()));
     dialog->Close();
+}
+
+} // namespace
+
+void StartCut(const Ref<FolderItem>& file) {
+    if (Turn::IsTaken()) {
+        waiting.push_back({file, {}});
+        return;
+    }
+    const Turn turn;
+    AskAndCut(file);
 }
 
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count) {

@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr int32_t kWorkerPriority = 1;
-
 bool IsInUse(const FolderItem& file, const std::vector<Ref<FolderItem>>& inUse) {
     const std::string folder = file.Parent()->AbsolutePath();
     const std::string name = file.Name();
@@ -48,12 +46,13 @@ void StartGlue(const Ref<FolderItem>& file, std::vector<Ref<FolderItem>>& inUse)
     // One below the first number, whichever part was chosen.
     if (thread->Folder->Child(PartName(thread->FileName, 0))->Exists())
         thread->FileCount = -1;
-    thread->File = FreeTarget(*thread->Folder, thread->FileName);
-    if (thread->File->Name().empty()) { // ".001" and its like leave no name to glue under
+    const Ref<FolderItem> base = thread->Folder->Child(thread->FileName);
+    if (base->Name().empty()) {
         Beep();
         return;
     }
-    inUse.push_back(thread->Folder->Child(thread->FileName)); // the bare base, also when the target got a number
+    inUse.push_back(base); // also when the target gets a number; before the search for it, which may serve events
+    thread->File = FreeTarget(*thread->Folder, thread->FileName);
     thread->StreamOut = thread->File->CreateBinaryFile(FileTypes::Unknown()->Operator_Convert());
     thread->Coming.emplace();
     thread->Run();

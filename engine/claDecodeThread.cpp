@@ -26,6 +26,11 @@ namespace {
 // A part is appended to its end.
 constexpr int64_t kWholePart = std::numeric_limits<int64_t>::max();
 
+// As the setting is at this moment: the user may change it while the worker runs.
+bool Wants(bool claPreferences::*setting) {
+    return OnMainThread([setting] { return *App::Instance()->Preferences.*setting; });
+}
+
 bool IsArchive(const std::string& name) {
     const std::string ending = Right(name, 4);
     return RuntimeStringCompare(ending, ".zip") == 0 || RuntimeStringCompare(ending, ".rar") == 0;
@@ -88,9 +93,9 @@ Ref<FolderItem> claDecodeThread::GetNextFile() {
     const Ref<FolderItem> part = Folder->Child(name);
     if (part->Exists())
         return part;
-    if (!IsDownloading(name))
-        return nullptr;
-    WaitForDownload(name);
+    if (IsDownloading(name))
+        WaitForDownload(name);
+    // Also without a wait: the download may have become the part since the look at the part.
     return !Stop && part->Exists() ? part : nullptr;
 }
 
@@ -125,17 +130,15 @@ void claDecodeThread::Append(const Ref<FolderItem>& part) {
     stream->Close();
 }
 
-// What the preferences want of a finished glue. Gives the file to show, nil for an archive that was launched instead.
+// What the preferences want of a finished glue. Whether the target is whole is not looked at, and nobody could tell: a
+// gap in the numbers or a full disk counts as finished, and the parts go all the same. That is meant. Gives the file to
+// show, nil for an archive that was launched instead.
 Ref<FolderItem> claDecodeThread::Finish() {
-    const auto [moveParts, launchArchives] = OnMainThread([] {
-        const claPreferences& preferences = *App::Instance()->Preferences;
-        return std::pair(preferences.MovePartsToTrash, preferences.LaunchArchives);
-    });
-    if (moveParts) {
+    if (Wants(&claPreferences::MovePartsToTrash)) {
         for (const Ref<FolderItem>& part : fileDone_)
             part->MoveFileTo(SpecialFolder::Trash());
     }
-    if (!launchArchives || !IsArchive(File->Name()))
+    if (!Wants(&claPreferences::LaunchArchives) || !IsArchive(File->Name()))
         return File;
     File->Launch(true);
     return nullptr;

@@ -23,12 +23,14 @@ void claEncodeThread::Event_RunThread() {
         if (StreamIn->AtEOF())
             break;
         ++counter;
-        part = CreatePart(counter);
+        const Ref<FolderItem> file = Folder->Child(PartName(FileName, counter));
+        part =
+            file->CreateBinaryFile(FileTypes::OmbrivelPart()->Operator_Convert()); // the name was made sure of before
         PostToMainThread(
             [info, counter] { info->Status = Multilingual::GetString("MainStatusCreatingPart", Str(counter)); });
         FillPart(*part, *info);
         part->Close();
-        fileDone_.push_back(Part(counter));
+        fileDone_.push_back(file);
     } while (!Stop);
 
     // Once more, on every path: for an empty source, which has no part, this ends the thread and leaves the row as it
@@ -58,15 +60,9 @@ Ref<claFilePerformInfo> claEncodeThread::AddRow() {
     return info;
 }
 
-Ref<FolderItem> claEncodeThread::Part(int32_t number) const {
-    return Folder->Child(PartName(FileName, number));
-}
-
-// The name is free: that was made sure of before the thread started.
-Ref<BinaryStream> claEncodeThread::CreatePart(int32_t number) {
-    return Part(number)->CreateBinaryFile(FileTypes::OmbrivelPart()->Operator_Convert());
-}
-
+// A size of 0 or below moves nothing and leaves the part empty, so such a cut makes empty parts until it is stopped.
+// That is accepted: nobody can pick such a size but by pasting a number out of all proportion.
+//
 // Counts down the size alone and never looks at the end of the source: in the last part it goes on moving nothing, one
 // progress step per block, until the size is used up. That is meant.
 void claEncodeThread::FillPart(BinaryStream& part, claFilePerformInfo& info) {

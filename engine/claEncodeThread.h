@@ -26,9 +26,7 @@ protected:
 
 private:
     Ref<claFilePerformInfo> AddRow();
-    Ref<BinaryStream> CreatePart(int32_t number);
     void FillPart(BinaryStream& part, claFilePerformInfo& info);
-    Ref<FolderItem> Part(int32_t number) const;
 
     std::vector<Ref<FolderItem>> fileDone_; // the parts written so far
 };

@@ -10,6 +10,9 @@
 // How much a worker moves between two looks at its Stop flag, and the unit of its bar: one mebibyte.
 inline constexpr int32_t kTransferBlock = 1048576;
 
+// Workers stand back behind the windows.
+inline constexpr int32_t kWorkerPriority = 1;
+
 // What the operation list knows of a worker: something that can be told to stop.
 class claThread : public Thread {
 public:

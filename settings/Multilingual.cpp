@@ -5,7 +5,6 @@
 #include "framework/files/TextInputStream.h"
 #include "framework/text/Text.h"
 
-#include <array>
 #include <unordered_map>
 #include <vector>
 
@@ -74,6 +73,7 @@ void Multilingual::LoadLanguageFile(const Ref<FolderItem>& file) {
     Empty();
     const Ref<TextInputStream> stream = file->OpenAsTextFile();
     LineReader reader;
+    // A line may still hold a line feed: then the first one goes, and only that.
     // No yield in this loop: nobody may see half a language.
     while (!stream->AtEOF())
         reader.Take(Replace(stream->ReadLine(), Chr(10), ""));
@@ -91,12 +91,4 @@ std::string Multilingual::GetString(const std::string& key, const std::string& p
     text = Replace(text, "<!%PLACEHOLDER#3%!>", placeholder3);
     text = Replace(text, "<!%PLACEHOLDER#4%!>", placeholder4);
     return ReplaceAll(text, kLineBreak, EndOfLine());
-}
-
-std::string Multilingual::SystemLanguage() {
-    return "English";
-}
-
-void Multilingual::Initialize(const Ref<FolderItem>& folder, const std::string& language) {
-    LoadLanguageFile(folder->Child(language)->Child("strings.txt"));
 }

@@ -19,10 +19,15 @@ std::string GetString(const std::string& key, const std::string& placeholder1 = 
                       const std::string& placeholder2 = "", const std::string& placeholder3 = "",
                       const std::string& placeholder4 = "");
 
-// Name of the language folder that belongs to the system's language, or empty.
+// Name of the language folder that belongs to the first of the desktop's wanted languages that has one, or empty. A
+// desktop that is set to no language at all gets "English".
 std::string SystemLanguage();
 
-// Settles the language: the folder of that name inside `folder`, and its strings.txt.
+// Settles the language: the folder of that name inside `folder`, or, if there is none, the one that the user chooses.
+// Loads its strings.txt and gives the menus their texts. A user who chooses none ends the program.
 void Initialize(const Ref<FolderItem>& folder, const std::string& language);
+
+// Gives every menu and command its text in the loaded language.
+void LocalizeMenu();
 
 } // namespace Multilingual

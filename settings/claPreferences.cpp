@@ -6,7 +6,6 @@
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
-#include "framework/text/Text.h"
 #include "framework/windows/Keyboard.h"
 #include "ui/Sounds.h"
 
@@ -23,7 +22,7 @@ void claPreferences::Load() {
     if (!file_->Exists())
         return;
     const Ref<BinaryStream> stream = file_->OpenAsBinaryFile(false);
-    if (RuntimeStringCompare(stream->ReadPString(), PreferencesVersion) == 0) {
+    if (stream->ReadPString() == PreferencesVersion) { // to the byte
         // Not the order in which the settings are declared; Save keeps to it too. A file that is too short gives what a
         // read behind the end gives: empty, and false.
         Language = stream->ReadPString();

@@ -10,7 +10,7 @@ class FolderItem;
 // between. Main thread. There are no change notices.
 class claPreferences : public Object {
 public:
-    // The defaults. Touches no file.
+    // The defaults. Touches no file, but makes the folder of the preferences if it is missing.
     claPreferences();
 
     std::string PreferencesVersion; // first field of the file; a file with another one is not read
@@ -24,7 +24,7 @@ public:
     // Reads the file, if it is there and of this version. Holding Shift leaves the defaults in force instead. A file
     // that can't be opened is a nil object failure.
     void Load();
-    // Writes the file anew.
+    // Writes the file anew. A file that can't be created is a nil object failure; what can't be written goes unnoticed.
     void Save() const;
 
 private:

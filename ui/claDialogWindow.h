@@ -23,7 +23,7 @@ public:
 protected:
     // Runs the two events below around the standard captions.
     void Event_Open() final;
-    // The subclass's own opening: it sets ActionButton and CancelButton here.
+    // The subclass's own opening (Event_Open itself is taken): it sets ActionButton and CancelButton here.
     virtual void Event_DialogOpen() {}
     // The chance to replace a standard caption.
     virtual void Event_ChangeButtonCaption() {}

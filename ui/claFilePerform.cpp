@@ -47,7 +47,7 @@ Ref<claFilePerformInfo> claFilePerform::AddInfo(const std::string& name, int32_t
     info->Bar->SetAccessibleName(name);
     info->Bar->SetLeft(kBarLeft);
     info->Bar->SetWidth(window->Width() - kBarLeft - kBarRightMargin);
-    info->Bar->SetValue(value);
+    info->Bar->SetValue(value); // before the maximum: the bar has both from the same moment
     info->Bar->SetMaximum(maximum);
     Refresh(true);
     UpdateStatus();

@@ -45,7 +45,8 @@ WindowLayout winMain::Layout() {
             .Placement = 2,
             .Title = "Ombrivel",
             .HasBackColor = true,
-            .BackColor = 0xFFFFFF};
+            .BackColor = 0xFFFFFF,
+            .HoldsMenuBar = true};
 }
 
 void winMain::CreateControls() {
@@ -70,7 +71,7 @@ void winMain::CreateControls() {
                                               .TabIndex = 0});
     canPerform_->Open = [this] { canPerform_Open(); };
     canPerform_->DropObject = [this](const Ref<DragItem>& drag, int32_t) { canPerform_DropObject(drag); };
-    canPerform_->SetStatus = [this](const std::string& text) { staStatus_->SetText(text); };
+    canPerform_->SetStatus = [this](const std::string& text) { canPerform_SetStatus(text); };
 
     tolMain_ = Add(New<claToolbar>(), {.Left = 0, .Top = 0, .Width = 48, .Height = 37});
 
@@ -90,6 +91,7 @@ void winMain::CreateControls() {
     const auto status = New<Label>();
     status->TextAlign = kCentre;
     status->TextFont = "SmallSystem";
+    status->SetTextColor(0x000000); // the strip beneath is light on every desktop
     staStatus_ = Add(status, {.Left = 65,
                               .Top = 277,
                               .Width = 397,
@@ -99,6 +101,22 @@ void winMain::CreateControls() {
                               .LockBottom = true,
                               .TabIndex = 1});
     staStatus_->Open = [this] { staStatus_Open(); };
+}
+
+void winMain::AddMenuHandlers() {
+    const auto add = [this](const char* itemName, void (winMain::*command)()) {
+        MenuHandlers().Add(itemName, [this, command] {
+            (this->*command)();
+            return true;
+        });
+    };
+    add("FileCloseWindow", &winMain::CloseWindow);
+    add("FileCutFile", &winMain::Cut);
+    add("FileGlueFiles", &winMain::Glue);
+}
+
+void winMain::CloseWindow() {
+    Close();
 }
 
 void winMain::canPerform_Open() {
@@ -116,8 +134,13 @@ void winMain::canPerform_DropObject(const Ref<DragItem>& drag) {
     while (drag->NextItem());
 }
 
+void winMain::canPerform_SetStatus(const std::string& text) {
+    staStatus_->SetText(text);
+    canPerform_->SetAccessibleName(text);
+}
+
 void winMain::staStatus_Open() {
-    staStatus_->SetText(Multilingual::GetString("MainOperationsCount", "0"));
+    canPerform_SetStatus(Multilingual::GetString("MainOperationsCount", "0"));
 }
 
 void winMain::Cut() {

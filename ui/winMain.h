@@ -30,6 +30,7 @@ public:
 protected:
     WindowLayout Layout() override;
     void CreateControls() override;
+    void AddMenuHandlers() override;
     void Event_Close() override;
     void Event_Paint(Graphics& graphics) override;
     bool Event_CancelClose(bool quitting) override;
@@ -38,7 +39,9 @@ private:
     void Canvas1_Paint(Graphics& graphics);
     void canPerform_Open();
     void canPerform_DropObject(const Ref<DragItem>& drag);
+    void canPerform_SetStatus(const std::string& text);
     void staStatus_Open();
+    void CloseWindow();
     bool ConfirmsQuit();
     void StopAll();
 

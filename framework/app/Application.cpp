@@ -1,5 +1,6 @@
 #include "framework/app/Application.h"
 
+#include "framework/app/EndOfSession.h"
 #include "framework/app/EndSignals.h"
 #include "framework/app/OpenEvents.h"
 #include "framework/app/RunningApplication.h"
@@ -7,16 +8,24 @@
 #include "framework/base/EventEdge.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/ProgramFile.h"
+#include "framework/menus/MenuBar.h"
+#include "framework/menus/MenuCommands.h"
 #include "framework/threads/MainThreadQueue.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/Window.h"
 
 #include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QSocketNotifier>
+#include <QTranslator>
+
+#include <fontconfig/fontconfig.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -24,27 +33,24 @@ namespace {
 
 Ref<Application> application;
 ProgramIdentity program;
+Ref<MenuBar> menuBar;
 bool quitting = false;
 
 [[noreturn]] void EndProcess(int exitCode) {
-    std::fflush(nullptr);
     std::_Exit(exitCode); // workers may be anywhere: nothing is taken down around them
-}
-
-[[noreturn]] void SaveAndEnd(int exitCode) {
-    EventEdge::Run("quit", [] {
-        if (!application.IsNil())
-            application->Event_Close();
-    });
-    EndProcess(exitCode);
 }
 
 void DescribeToToolkit() {
     QApplication::setApplicationName(QString::fromStdString(program.Name));
-    QApplication::setApplicationDisplayName(QString::fromStdString(program.Name));
     QApplication::setApplicationVersion(QString::fromStdString(program.LongVersion));
     QApplication::setDesktopFileName(QString::fromStdString(program.Id));
     QApplication::setQuitOnLastWindowClosed(false);
+    AnswerEndOfSession();
+}
+
+// The font library reads its settings on a thread of its own meanwhile: the first text would have to wait for that.
+void BeginReadingFonts() {
+    std::thread([] { FcInit(); }).detach();
 }
 
 void ListenToQueue() {
@@ -71,6 +77,7 @@ std::vector<std::string> FilesToOpen(int count, char** words) {
 void Begin(const std::vector<std::string>& paths, const std::function<Ref<Application>()>& startup) {
     const bool begun = EventEdge::Run("start", [&] {
         application = startup();
+        FollowTheWindowInFront();
         for (const std::string& path : paths)
             application->Event_OpenDocument(New<FolderItem>(path));
         application->Event_Open();
@@ -90,6 +97,20 @@ Ref<Application> RunningApplication() {
     return application;
 }
 
+bool WindowsRefuse() {
+    const std::vector<Ref<Window>> windows = Window::All();
+    return std::any_of(windows.rbegin(), windows.rend(),
+                       [](const Ref<Window>& window) { return !window->Closed() && window->RefusesClose(true); });
+}
+
+void SaveAndEnd(int exitCode) {
+    EventEdge::Run("quit", [] {
+        if (!application.IsNil())
+            application->Event_Close();
+    });
+    EndProcess(exitCode);
+}
+
 Ref<FolderItem> Application::ExecutableFile() {
     return New<FolderItem>(ProgramFilePath());
 }
@@ -102,6 +123,22 @@ std::string Application::ShortVersion() {
     return program.ShortVersion;
 }
 
+Ref<MenuBar> Application::MenuBar() {
+    return menuBar;
+}
+
+void Application::SetMenuBar(const Ref<::MenuBar>& bar) {
+    menuBar = bar;
+}
+
+void Application::SpeakLanguage(const std::string& code) {
+    static QTranslator translator;
+    QApplication::removeTranslator(&translator);
+    if (translator.load(QLocale(QString::fromStdString(code)), QStringLiteral("qtbase"), QStringLiteral("_"),
+                        QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&translator);
+}
+
 void Application::SetIcon(const Ref<Picture>& icon) {
     if (!icon.IsNil())
         QApplication::setWindowIcon(icon->ForFramework().Icon());
@@ -110,6 +147,7 @@ void Application::SetIcon(const Ref<Picture>& icon) {
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup) {
     program = identity;
+    BeginReadingFonts();
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
     DescribeToToolkit();
     const std::vector<std::string> paths = FilesToOpen(argumentCount, arguments);
@@ -128,11 +166,9 @@ void Quit(int exitCode) {
     if (quitting || std::any_of(windows.begin(), windows.end(), asking))
         return;
     quitting = true;
-    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
-        if (!(*window)->Closed() && (*window)->RefusesClose(true)) {
-            quitting = false;
-            return;
-        }
+    if (WindowsRefuse()) {
+        quitting = false;
+        return;
     }
     for (auto window = windows.rbegin(); window != windows.rend(); ++window)
         (*window)->FinishClose();

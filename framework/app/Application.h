@@ -1,11 +1,13 @@
 #pragma once
 
 #include "framework/base/Ref.h"
+#include "framework/menus/MenuHandlers.h"
 
 #include <functional>
 #include <string>
 
 class FolderItem;
+class MenuBar;
 class Picture;
 
 // What the desktop and the framework need to know of a program.
@@ -22,6 +24,14 @@ public:
     static Ref<FolderItem> ExecutableFile();
     static std::string LongVersion();
     static std::string ShortVersion();
+    // The menu bar in use; nil for none. Set before the first window is made.
+    static Ref<::MenuBar> MenuBar();
+    static void SetMenuBar(const Ref<::MenuBar>& bar);
+    // The commands that the application takes, whichever window is in front.
+    ::MenuHandlers& MenuHandlers() { return menuHandlers_; }
+    // Has the toolkit's own texts (the open dialog, say) in the language of that code, "pt" or "zh_CN"; empty for
+    // English.
+    static void SpeakLanguage(const std::string& code);
     // The icon of all windows.
     static void SetIcon(const Ref<Picture>& icon);
 
@@ -34,12 +44,17 @@ public:
     virtual void Event_OpenDocument(const Ref<FolderItem>&) {}
     // The process is about to end.
     virtual void Event_Close() {}
+    // A menu is about to be shown.
     virtual void Event_EnableMenuItems() {}
+
+private:
+    ::MenuHandlers menuHandlers_;
 };
 
 // The life of a process: connects to the desktop, calls `startup`, which makes the application object, then serves
 // events until Quit. The arguments are files to open; with another instance running they are handed to it instead.
-// Returns the exit code only if the program could not run at all.
+// Returns 0 when an instance has taken the files over, and otherwise not at all: a start that fails ends the process
+// with 1.
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup);
 

@@ -26,8 +26,12 @@ void ListenToEndSignals(const std::function<void()>& end) {
     struct sigaction action = {};
     action.sa_handler = Ring;
     action.sa_flags = SA_RESTART;
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
-        sigaction(signal, &action, nullptr);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        struct sigaction before = {};
+        sigaction(signal, nullptr, &before);
+        if (before.sa_handler != SIG_IGN) // as under nohup
+            sigaction(signal, &action, nullptr);
+    }
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
 }

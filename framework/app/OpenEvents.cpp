@@ -3,7 +3,6 @@
 #include "framework/app/RunningApplication.h"
 #include "framework/base/EventEdge.h"
 #include "framework/threads/MainThread.h"
-#include "framework/windows/Native.h"
 
 OpenEvents& OpenEvents::Instance() {
     static OpenEvents events;
@@ -11,33 +10,32 @@ OpenEvents& OpenEvents::Instance() {
 }
 
 void OpenEvents::OpenDocument(const Ref<FolderItem>& item) {
-    waiting_.emplace_back([item](Application& application) { application.Event_OpenDocument(item); });
-    Deliver();
+    Add([item](Application& application) { application.Event_OpenDocument(item); });
 }
 
 void OpenEvents::NewDocument() {
-    waiting_.emplace_back([](Application& application) { application.Event_NewDocument(); });
+    Add([](Application& application) { application.Event_NewDocument(); });
+}
+
+void OpenEvents::Add(std::function<void(Application&)> event) {
+    waiting_.push_back(std::move(event));
     Deliver();
 }
 
 void OpenEvents::Deliver() {
     const Ref<Application> application = RunningApplication();
+    if (delivering_)
+        return;
+    delivering_ = true;
     while (!application.IsNil() && modalRuns_ == 0 && !waiting_.empty()) {
         const auto event = std::move(waiting_.front());
         waiting_.pop_front();
         EventEdge::Run("open event", [&] { event(*application); });
     }
+    delivering_ = false;
 }
 
 void OpenEvents::ModalRunEnded() {
     if (--modalRuns_ == 0 && !waiting_.empty())
         PostToMainThread([this] { Deliver(); });
-}
-
-ModalRun::ModalRun() {
-    OpenEvents::Instance().ModalRunBegan();
-}
-
-ModalRun::~ModalRun() {
-    OpenEvents::Instance().ModalRunEnded();
 }

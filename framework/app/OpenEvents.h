@@ -16,6 +16,8 @@ public:
 
     void OpenDocument(const Ref<FolderItem>& item);
     void NewDocument();
+    // Anything else that brings files.
+    void Add(std::function<void(Application&)> event);
 
     // Delivers what waits, unless a modal dialog runs or the application is not there yet.
     void Deliver();
@@ -26,4 +28,5 @@ public:
 private:
     std::deque<std::function<void(Application&)>> waiting_;
     int modalRuns_ = 0;
+    bool delivering_ = false; // the events behind the one under way wait for it
 };

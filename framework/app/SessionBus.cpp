@@ -6,6 +6,7 @@
 #include "framework/windows/Window.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QVariantMap>
@@ -41,7 +42,8 @@ public:
     }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
-        if (message.interface() != kInterface)
+        const bool known = message.member() == QLatin1String("Activate") || message.member() == QLatin1String("Open");
+        if (message.interface() != kInterface || !known)
             return false;
         // The caller gets its answer first: opening a file may take a dialog.
         if (message.isReplyRequired())
@@ -99,5 +101,8 @@ bool HandOver(const std::string& programId, const std::vector<std::string>& path
     bus.registerVirtualObject(ObjectPath(id), &service);
     if (bus.registerService(id))
         return false;
-    return bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds).type() == QDBusMessage::ReplyMessage;
+    // An instance that is merely slow has got the files: they must not be opened twice.
+    const QDBusMessage answer = bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds);
+    const QDBusError error(answer);
+    return !error.isValid() || error.type() == QDBusError::NoReply || error.type() == QDBusError::TimedOut;
 }

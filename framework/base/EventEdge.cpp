@@ -11,7 +11,6 @@
 
 namespace {
 
-// An event that fails again and again (a paint, say) is told once.
 bool IsFirstReport(const std::string& line) {
     static std::mutex mutex;
     static std::set<std::string> told;
@@ -25,7 +24,7 @@ void EventEdge::Begin() {
     EventsAreServed();
 }
 
-void EventEdge::Report(std::string_view where) noexcept {
+void EventEdge::Report(std::string_view where, Telling telling) noexcept {
     try {
         std::string reason = "unknown failure";
         try {
@@ -36,7 +35,7 @@ void EventEdge::Report(std::string_view where) noexcept {
             reason = failure.what();
         }
         const std::string line = "ombrivel: " + std::string(where) + ": " + reason + "\n";
-        if (IsFirstReport(line))
+        if (telling == Telling::Always || IsFirstReport(line))
             std::fputs(line.c_str(), stderr);
     } catch (...) {
         std::fputs("ombrivel: out of memory\n", stderr);

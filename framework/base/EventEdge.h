@@ -10,18 +10,31 @@ public:
     // Runs an event of the program. Returns false if an exception ended it. `where` names the event in that line.
     template <class Event>
     static bool Run(std::string_view where, Event&& event) noexcept {
+        return Guarded(where, Telling::Always, std::forward<Event>(event));
+    }
+
+    // The same for an event that comes again and again (a paint, a tick): one and the same line is told once in a run.
+    template <class Event>
+    static bool RunRepeated(std::string_view where, Event&& event) noexcept {
+        return Guarded(where, Telling::Once, std::forward<Event>(event));
+    }
+
+private:
+    enum class Telling { Always, Once };
+
+    template <class Event>
+    static bool Guarded(std::string_view where, Telling telling, Event&& event) noexcept {
         try {
             Begin();
             std::forward<Event>(event)();
             return true;
         } catch (...) {
-            Report(where);
+            Report(where, telling);
             return false;
         }
     }
 
-private:
     static void Begin();
-    // Writes the line about the exception in flight; each event's line is written once in a run, not per occurrence.
-    static void Report(std::string_view where) noexcept;
+    // Writes the line about the exception in flight.
+    static void Report(std::string_view where, Telling telling) noexcept;
 };

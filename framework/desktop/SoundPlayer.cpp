@@ -17,6 +17,7 @@ extern "C" __attribute__((visibility("default"))) void PlaySoundFile(const char*
         if (state == QMediaPlayer::StoppedState)
             player->deleteLater();
     });
+    QObject::connect(player, &QMediaPlayer::errorOccurred, player, &QObject::deleteLater);
     player->setSource(QUrl::fromLocalFile(QFile::decodeName(path)));
     player->play();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// What the sound module offers. It is a library of its own, loaded when the first sound plays: the toolkit's multimedia part
-// brings a good many libraries along, which a start without a sound need not wait for.
+// What the sound module offers. It is a library of its own, loaded when the first sound plays: the toolkit's multimedia
+// part brings a good many libraries along, which a start without a sound need not wait for.
 
 // Plays the file once, without waiting for its end; nothing where no audio device is. Main thread.
 using PlaySoundFileFunction = void (*)(const char* path);

@@ -48,6 +48,15 @@ bool Reveal(GFile* file) {
     return opened;
 }
 
+// An application that the bus starts has been asked, but the message may still be on its way out.
+void FlushBus() {
+    GDBusConnection* bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    if (bus == nullptr)
+        return;
+    g_dbus_connection_flush_sync(bus, nullptr, nullptr);
+    g_object_unref(bus);
+}
+
 } // namespace
 
 int main(int count, char** words) {
@@ -68,5 +77,6 @@ int main(int count, char** words) {
         done = (verb == "reveal" ? Reveal(file) : OpenFile(file)) && done;
         g_object_unref(file);
     }
+    FlushBus();
     return done ? 0 : 1;
 }

@@ -14,10 +14,10 @@
 namespace {
 
 // Large enough to make system calls cheap, small enough to stay in the processor's cache.
-constexpr int64_t kCopyBuffer = 128 * 1024;
+constexpr int64_t kCopyBuffer = int64_t{128} * 1024;
 // Sharing may have to write the source's fresh data out first, and a stop has to wait for it: so not a whole part at
 // once.
-constexpr int64_t kShareAtOnce = 64 * 1024 * 1024;
+constexpr int64_t kShareAtOnce = int64_t{64} * 1024 * 1024;
 constexpr std::size_t kLongestPString = 255;
 
 std::vector<char>& CopyBuffer() {
@@ -74,6 +74,8 @@ void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) 
 // Makes the file refer to the source's own blocks, a good piece ahead of what was asked for, and then counts off what
 // it has.
 int64_t BinaryStream::ShareFrom(BinaryStream& source, int64_t count, int64_t more) {
+    if (source.sharedWith_ != this)
+        source.shared_ = 0;
     if (source.shared_ < count && source.way_ == Way::Share &&
         !ShareAhead(source, std::min(count + more, std::max(count, kShareAtOnce))))
         source.way_ = MovesPlainly(descriptor_) ? Way::Copy : Way::Delegate;
@@ -96,6 +98,7 @@ bool BinaryStream::ShareAhead(BinaryStream& source, int64_t count) {
     if (ioctl(descriptor_, FICLONERANGE, &range) != 0)
         return false;
     source.shared_ = count;
+    source.sharedWith_ = this;
     return true;
 }
 

@@ -53,6 +53,7 @@ private:
     int descriptor_;
     int64_t position_ = 0; // bytes read or written so far
     int64_t shared_ = 0;   // of a source: bytes behind the position that the file written to shares already
-    bool ended_ = false;   // a read failed or came back empty
-    Way way_ = Way::Share; // of a source
+    const BinaryStream* sharedWith_ = nullptr; // of a source: that file
+    bool ended_ = false;                       // a read failed or came back empty
+    Way way_ = Way::Share;                     // of a source
 };

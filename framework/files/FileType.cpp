@@ -39,10 +39,10 @@ bool ListsExtension(const std::string& extensions, const std::string& extension)
 
 std::string FileType::Operator_Convert() {
     const Ref<FileType> self = Self(this);
+    if (!FirstRegistered([&self](const Ref<FileType>& type) { return type == self; }).IsNil())
+        return Name;
     const std::unique_lock lock(registryMutex);
-    auto& types = Registry();
-    if (std::find(types.begin(), types.end(), self) == types.end())
-        types.push_back(self);
+    Registry().push_back(self);
     return Name;
 }
 

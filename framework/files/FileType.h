@@ -2,7 +2,6 @@
 
 #include "framework/base/Ref.h"
 
-#include <optional>
 #include <string>
 
 // A kind of file that the program knows. It counts from its first conversion to a string on.
@@ -16,7 +15,7 @@ public:
     std::string MacType;
     std::string MacCreator;
 
-    // Registers the type with the framework (once) and returns Name. Main thread.
+    // Registers the type with the framework, at the first call, and returns Name. Any thread.
     std::string Operator_Convert();
 
     // The registered type of that name, or nil.

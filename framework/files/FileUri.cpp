@@ -2,6 +2,8 @@
 
 #include <glib.h>
 
+#include <algorithm>
+
 std::string PathFromFileUri(std::string_view address) {
     char* host = nullptr;
     char* name = g_filename_from_uri(std::string(address).c_str(), &host, nullptr);

@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+// All are pure and safe on every thread.
+
 // The path in a "file:" address of this machine, as the bytes that the address spells; empty for any other address.
 std::string PathFromFileUri(std::string_view address);
 

@@ -15,6 +15,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 
 namespace {

@@ -25,7 +25,8 @@ public:
     // or a zero byte gives an item that does not exist and can't be made: no path leaves its folder.
     Ref<FolderItem> Child(const std::string& name) const;
 
-    // The folder's entries, 1 to Count(). The folder is read once per handle, at the first use of either.
+    // The folder's entries, 1 to Count(); another index is an out-of-range failure. The folder is read once per handle,
+    // at the first use of either.
     int32_t Count() const;
     Ref<FolderItem> Item(int32_t index) const;
 
@@ -50,9 +51,9 @@ public:
     // Makes a new empty file, in place of one that is there, with the codes of the registered type of that name, and
     // opens it for writing; nil when that fails.
     Ref<BinaryStream> CreateBinaryFile(const std::string& fileTypeName) const;
-    Ref<TextInputStream> OpenAsTextFile() const;
-    Ref<Picture> OpenAsPicture() const; // main thread
-    Ref<Sound> OpenAsSound() const;     // main thread
+    Ref<TextInputStream> OpenAsTextFile() const; // nil when that fails
+    Ref<Picture> OpenAsPicture() const;          // nil when that fails; main thread
+    Ref<Sound> OpenAsSound() const;              // nil when there is no such file; main thread
 
     void Delete() const;
     // Moves the entry into a folder under its own name, never over another entry. SpecialFolder::Trash() is the

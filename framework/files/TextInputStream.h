@@ -16,7 +16,7 @@ public:
     // The next line without its end: a carriage return, a line feed, or the pair. Bytes that are not valid UTF-8 are
     // kept as they are.
     std::string ReadLine();
-    bool AtEOF();
+    bool AtEOF(); // what can't be read counts as the end
     void Close();
 
 private:

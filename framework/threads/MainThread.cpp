@@ -1,24 +1,14 @@
 #include "framework/threads/MainThread.h"
 
-#include "framework/base/EventEdge.h"
 #include "framework/threads/MainThreadQueue.h"
 #include "framework/threads/Yield.h"
 
-#include <sys/eventfd.h>
-#include <unistd.h>
-
-#include <chrono>
 #include <condition_variable>
-#include <cstdint>
 #include <exception>
 #include <thread>
 #include <utility>
 
 namespace {
-
-using namespace std::chrono_literals;
-
-constexpr auto kServeAtMost = 4ms;
 
 // Set by the dynamic initialisation of the program, which runs on the main thread.
 const std::thread::id mainThread = std::this_thread::get_id();
@@ -73,47 +63,4 @@ void RunOnMainThread(const std::function<void()>& call) {
 
 void PostToMainThread(std::function<void()> call) {
     MainThreadQueue::Instance().Add(std::move(call));
-}
-
-MainThreadQueue& MainThreadQueue::Instance() {
-    static auto* const queue = new MainThreadQueue;
-    return *queue;
-}
-
-MainThreadQueue::MainThreadQueue() : doorbell_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-
-void MainThreadQueue::Ring() const {
-    const uint64_t once = 1;
-    [[maybe_unused]] const auto written = write(doorbell_, &once, sizeof once);
-}
-
-void MainThreadQueue::Silence() const {
-    uint64_t rung = 0;
-    [[maybe_unused]] const auto size = read(doorbell_, &rung, sizeof rung);
-}
-
-void MainThreadQueue::Add(std::function<void()> call) {
-    const std::lock_guard lock(mutex_);
-    calls_.push_back(std::move(call));
-    if (calls_.size() == 1)
-        Ring();
-}
-
-// The doorbell falls silent only when the list is empty: a served call may run an event loop of its own (a dialog),
-// which has to come back in here for the calls behind it.
-void MainThreadQueue::Serve() {
-    const auto end = std::chrono::steady_clock::now() + kServeAtMost;
-    do {
-        std::function<void()> call;
-        {
-            const std::lock_guard lock(mutex_);
-            if (calls_.empty()) {
-                Silence();
-                return;
-            }
-            call = std::move(calls_.front());
-            calls_.pop_front();
-        }
-        EventEdge::Run("posted call", call);
-    } while (std::chrono::steady_clock::now() < end);
 }

@@ -14,6 +14,7 @@ void RunOnMainThread(const std::function<void()>& call);
 // Runs `call` on the main thread some time soon and returns at once. Any thread.
 void PostToMainThread(std::function<void()> call);
 
+// The main thread is the one that entered main().
 bool IsMainThread();
 
 // RunOnMainThread for a call that gives a result.

@@ -26,13 +26,19 @@ void StandBack(int32_t priority) {
 } // namespace
 
 void Thread::Run() {
-    ++running;
-    std::thread([self = Self(this)]() mutable {
+    const auto body = [self = Self(this)]() mutable {
         StandBack(self->Priority);
         EventEdge::Run("thread", [&self] { self->Event_Run(); });
         self = nullptr;
         --running;
-    }).detach();
+    };
+    ++running;
+    try {
+        std::thread(body).detach();
+    } catch (...) {
+        --running;
+        throw; // the system gives no more threads
+    }
 }
 
 void Thread::Suspend(const std::function<bool()>& before) {

@@ -11,7 +11,7 @@
 // leaves the body ends it too.
 class Thread : public Object {
 public:
-    // The lower, the more it stands back behind the windows. Set it before Run.
+    // 5 is normal; each step below lets the windows, and everything else, go first a little more. Set it before Run.
     int32_t Priority = 5;
 
     // Starts the thread: Event_Run is entered once, on a thread of its own.

@@ -16,7 +16,7 @@ struct Timer::Clock {
     void Fire() {
         const Ref<Timer> timer = Owner();
         if (!timer.IsNil())
-            EventEdge::Run("timer", [&timer] { timer->Event_Action(); });
+            EventEdge::RunRepeated("timer", [&timer] { timer->Event_Action(); });
     }
 
     // The owner, held, or nil if its last reference is just going on another thread.

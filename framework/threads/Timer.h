@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <memory>
 
-// Fires on the main thread while any reference holds it. Mode and Period are set on the main thread; the last reference
-// may go on any thread.
+// Fires on the main thread while any reference holds it. Made and set on the main thread; the last reference may go on
+// any thread.
 class Timer : public Object {
 public:
     Timer();

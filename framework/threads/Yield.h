@@ -2,7 +2,8 @@
 
 // The yield at the end of a loop's pass. On a worker it does nothing: the system's scheduler does it. On the main
 // thread it serves events when more than 16 ms have gone by since they were served last, so that a long loop does not
-// stop the windows. Inside a paint or mouse event, and inside a call that a worker waits for, it does nothing.
+// stop the windows. Inside a paint or mouse event of a canvas, and inside a call that a worker waits for, it does
+// nothing.
 void RuntimeBackgroundTask();
 
 // The event loop has just got round to an event. Does nothing on a worker. For the framework's own use.

@@ -1,5 +1,6 @@
 #include "framework/windows/Canvas.h"
 
+#include "framework/app/OpenEvents.h"
 #include "framework/base/EventEdge.h"
 #include "framework/files/FileType.h"
 #include "framework/files/FileUri.h"
@@ -53,12 +54,16 @@ protected:
         const NoYield noYield;
         QPainter painter(this);
         Graphics graphics = MakeGraphics(painter);
-        EventEdge::Run("canvas paint", [&] { canvas_.Event_Paint(graphics); });
+        if (!canvas_.Backdrop.IsNil()) {
+            painter.fillRect(rect(), palette().window());
+            graphics.DrawPicture(canvas_.Backdrop, 0, 0);
+        }
+        EventEdge::RunRepeated("canvas paint", [&] { canvas_.Event_Paint(graphics); });
     }
 
     void mouseMoveEvent(QMouseEvent* event) override {
         const NoYield noYield;
-        EventEdge::Run("mouse move", [&] { canvas_.Event_MouseMove(XOf(*event), YOf(*event)); });
+        EventEdge::RunRepeated("mouse move", [&] { canvas_.Event_MouseMove(XOf(*event), YOf(*event)); });
     }
 
     void mousePressEvent(QMouseEvent* event) override {
@@ -68,12 +73,16 @@ protected:
     }
 
     void dragEnterEvent(QDragEnterEvent* event) override {
-        const bool shutOff = QApplication::activeModalWidget() != nullptr;
-        if (!shutOff && !FilesIn(*event->mimeData(), canvas_.acceptedTypes_).empty())
+        if (!IsShutOff() && !FilesIn(*event->mimeData(), canvas_.acceptedTypes_).empty())
             TakeAsCopy(*event);
     }
 
-    void dragMoveEvent(QDragMoveEvent* event) override { TakeAsCopy(*event); }
+    void dragMoveEvent(QDragMoveEvent* event) override {
+        if (IsShutOff())
+            event->ignore();
+        else
+            TakeAsCopy(*event);
+    }
 
     // The program hears of the drop from the event loop: a dialog that it opens must not keep the program waiting from
     // which the drag came.
@@ -81,14 +90,18 @@ protected:
         TakeAsCopy(*event);
         const auto drag = New<DragItem>(FilesIn(*event->mimeData(), canvas_.acceptedTypes_));
         PostToMainThread([canvas = Self(&canvas_), drag] {
-            if (canvas->DropObject)
-                canvas->DropObject(drag, 0);
+            OpenEvents::Instance().Add([canvas, drag](Application&) {
+                if (canvas->DropObject)
+                    canvas->DropObject(drag, 0);
+            });
         });
     }
 
 private:
     static int32_t XOf(const QMouseEvent& event) { return static_cast<int32_t>(event.position().x()); }
     static int32_t YOf(const QMouseEvent& event) { return static_cast<int32_t>(event.position().y()); }
+
+    static bool IsShutOff() { return QApplication::activeModalWidget() != nullptr; }
 
     static void TakeAsCopy(QDropEvent& event) {
         event.setDropAction(Qt::CopyAction);

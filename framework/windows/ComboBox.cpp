@@ -7,7 +7,6 @@
 #include <QComboBox>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
-#include <QKeySequence>
 #include <QLineEdit>
 
 namespace {
@@ -53,9 +52,8 @@ bool BelongsToDialog(const QKeyEvent& event) {
     default:
         break;
     }
-    const bool opensList = event.key() == Qt::Key_Down && event.modifiers().testFlag(Qt::AltModifier);
-    return opensList || event.matches(QKeySequence::Copy) || event.matches(QKeySequence::Cut) ||
-           event.matches(QKeySequence::Paste) || event.matches(QKeySequence::SelectAll);
+    // Shortcuts, and Alt+Down, which opens the list.
+    return (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != Qt::NoModifier;
 }
 
 // The key as text, empty if it is none of the field's business.
@@ -121,7 +119,6 @@ void ComboBox::MakeWidget(NativeControl& native) {
     for (const std::string& row : InitialValue)
         box->addItem(ToScreen(row));
     box->setCurrentIndex(ListIndex);
-    box->lineEdit()->installEventFilter(new KeyFilter(box, *this));
     box->installEventFilter(new KeyFilter(box, *this));
     QObject::connect(box, &QComboBox::editTextChanged, box, [this] {
         EventEdge::Run("text change", [self = Self(this)] {

@@ -1,8 +1,78 @@
 #include "framework/windows/Label.h"
 
+#include "framework/base/EventEdge.h"
 #include "framework/windows/Native.h"
 
 #include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyleOption>
+
+#include <array>
+
+namespace {
+
+constexpr std::array kAlignments{Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
+
+// Hands the pointer's doings to the label.
+class LabelWidget : public QLabel {
+public:
+    LabelWidget(QWidget* parent, Label& label) : QLabel(parent), label_(label) {}
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool presses =
+            event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
+        if (label_.IsLink && presses)
+            EventEdge::Run("key press", [this] { label_.Event_KeyPress(); });
+        else
+            QLabel::keyPressEvent(event);
+    }
+
+    void paintEvent(QPaintEvent* event) override {
+        QLabel::paintEvent(event);
+        if (hasFocus()) {
+            QPainter painter(this);
+            QStyleOptionFocusRect option;
+            option.initFrom(this);
+            style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+        }
+    }
+
+    void enterEvent(QEnterEvent*) override {
+        EventEdge::Run("mouse enter", [this] { label_.Event_MouseEnter(); });
+    }
+
+    void leaveEvent(QEvent*) override {
+        EventEdge::Run("mouse exit", [this] { label_.Event_MouseExit(); });
+    }
+
+    void mousePressEvent(QMouseEvent* event) override {
+        if (event->button() == Qt::LeftButton)
+            EventEdge::Run("mouse down", [&] { pressed_ = label_.Event_MouseDown(XOf(*event), YOf(*event)); });
+    }
+
+    void mouseMoveEvent(QMouseEvent* event) override {
+        if (pressed_)
+            EventEdge::Run("mouse drag", [&] { label_.Event_MouseDrag(XOf(*event), YOf(*event)); });
+    }
+
+    void mouseReleaseEvent(QMouseEvent* event) override {
+        if (pressed_ && event->button() == Qt::LeftButton) {
+            pressed_ = false;
+            EventEdge::Run("mouse up", [&] { label_.Event_MouseUp(XOf(*event), YOf(*event)); });
+        }
+    }
+
+private:
+    static int32_t XOf(const QMouseEvent& event) { return static_cast<int32_t>(event.position().x()); }
+    static int32_t YOf(const QMouseEvent& event) { return static_cast<int32_t>(event.position().y()); }
+
+    Label& label_;
+    bool pressed_ = false;
+};
+
+} // namespace
 
 std::string Label::Text() const {
     const std::lock_guard lock(mutex_);
@@ -17,18 +87,41 @@ void Label::SetText(const std::string& text) {
     RequestUpdate();
 }
 
+void Label::SetTextColor(uint32_t color) {
+    textColor_ = color;
+    ApplyColor();
+}
+
+void Label::ApplyColor() {
+    if (!textColor_ || Native() == nullptr || !Native()->widget)
+        return;
+    QPalette palette = Native()->widget->palette();
+    palette.setColor(QPalette::WindowText, QColor(QRgb(*textColor_)));
+    Native()->widget->setPalette(palette);
+}
+
+void Label::SetFingerPointer() {
+    if (Native() != nullptr && Native()->widget)
+        Native()->widget->setCursor(Qt::PointingHandCursor);
+}
+
 void Label::MakeWidget(NativeControl& native) {
-    static constexpr Qt::AlignmentFlag kAlignments[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
-    auto* const label = new QLabel(native.parent);
+    auto* const label = new LabelWidget(native.parent, *this);
     label->setTextFormat(Qt::PlainText);
-    label->setFont(SystemFont(TextFont == "SmallSystem", Bold));
-    label->setAlignment(Qt::AlignVCenter | kAlignments[TextAlign]);
-    label->setText(ToScreen(Text()));
+    QFont font = SystemFont(TextFont == "SmallSystem", Bold);
+    font.setUnderline(Underline);
+    label->setFont(font);
+    label->setWordWrap(Multiline);
+    label->setAlignment((Multiline ? Qt::AlignTop : Qt::AlignVCenter) |
+                        kAlignments[static_cast<std::size_t>(TextAlign)]);
+    label->setText(Multiline ? ToParagraphs(Text()) : ToScreen(Text()));
+    label->setFocusPolicy(IsLink ? Qt::TabFocus : Qt::NoFocus);
     native.widget = label;
+    ApplyColor();
 }
 
 void Label::UpdateScreen() {
     Control::UpdateScreen();
     if (Native() != nullptr && Native()->widget)
-        static_cast<QLabel*>(Native()->widget.data())->setText(ToScreen(Text()));
+        static_cast<QLabel*>(Native()->widget.data())->setText(Multiline ? ToParagraphs(Text()) : ToScreen(Text()));
 }

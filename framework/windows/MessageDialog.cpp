@@ -1,5 +1,6 @@
 #include "framework/windows/MessageDialog.h"
 
+#include "framework/app/ModalRun.h"
 #include "framework/base/BuildVariant.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/Window.h"
@@ -8,9 +9,10 @@
 #include <QDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QIcon>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
-#include <QStyle>
 
 namespace {
 
@@ -20,23 +22,46 @@ constexpr int kMargin = 20;
 constexpr int kSpacing = 12;
 constexpr int kButtonWidth = 90;
 
-QStyle::StandardPixmap IconOf(int32_t icon) {
+struct Sign {
+    const char* themeName; // of the desktop's own picture
+    QColor color;
+    QString letter;
+};
+
+Sign SignOf(int32_t icon) {
     switch (icon) {
     case 1:
-        return QStyle::SP_MessageBoxWarning;
+        return {"dialog-warning", QColor(0xE8, 0x8A, 0x1A), QStringLiteral("!")};
     case 2:
-        return QStyle::SP_MessageBoxCritical;
+        return {"dialog-error", QColor(0xD6, 0x3C, 0x3C), QStringLiteral("\u00D7")};
     default:
-        return QStyle::SP_MessageBoxInformation;
+        return {"dialog-information", QColor(0x14, 0x8A, 0x92), QStringLiteral("i")};
     }
 }
 
-// Line breaks are kept here, unlike in a label of one line.
-QString ToParagraphs(const std::string& text) {
-    QStringList lines;
-    for (const QString& line : QString::fromUtf8(text.c_str()).split(QLatin1Char('\n')))
-        lines << ToScreen(FromScreen(line));
-    return lines.join(QLatin1Char('\n'));
+// A disc with a letter, for a desktop that has no picture of its own.
+QPixmap DrawSign(const Sign& sign, double density) {
+    QPixmap pixmap(QSize(kIconSize, kIconSize) * density);
+    pixmap.setDevicePixelRatio(density);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(sign.color);
+    painter.drawEllipse(QRectF(2, 2, kIconSize - 4, kIconSize - 4));
+    QFont font = QApplication::font();
+    font.setPixelSize(kIconSize * 5 / 8);
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(QRect(0, 0, kIconSize, kIconSize), Qt::AlignCenter, sign.letter);
+    return pixmap;
+}
+
+QPixmap SignPicture(int32_t icon, double density) {
+    const Sign sign = SignOf(icon);
+    const QIcon ofDesktop = QIcon::fromTheme(QLatin1String(sign.themeName));
+    return ofDesktop.isNull() ? DrawSign(sign, density) : ofDesktop.pixmap(QSize(kIconSize, kIconSize), density);
 }
 
 QLabel* MakeText(QWidget* parent, const std::string& text, bool bold) {
@@ -53,7 +78,7 @@ QPushButton* MakeButton(QDialog& dialog, const MessageDialogButton& button, QDia
     auto* const widget = new QPushButton(ToCaption(button.Caption), &dialog);
     widget->setFont(SystemFont(false, false));
     widget->setMinimumWidth(kButtonWidth);
-    widget->setAutoDefault(false);
+    widget->setAutoDefault(true); // Return presses the one that has the focus
     widget->setVisible(button.Visible);
     QObject::connect(widget, &QPushButton::clicked, &dialog, [&dialog, code] { dialog.done(code); });
     return widget;
@@ -61,7 +86,7 @@ QPushButton* MakeButton(QDialog& dialog, const MessageDialogButton& button, QDia
 
 void LayOut(QDialog& dialog, const MessageDialog& message) {
     auto* const icon = new QLabel(&dialog);
-    icon->setPixmap(dialog.style()->standardIcon(IconOf(message.Icon)).pixmap(kIconSize));
+    icon->setPixmap(SignPicture(message.Icon, dialog.devicePixelRatioF()));
 
     QPushButton* const action = MakeButton(dialog, *message.ActionButton, QDialog::Accepted);
     QPushButton* const cancel = MakeButton(dialog, *message.CancelButton, QDialog::Rejected);
@@ -86,8 +111,9 @@ void LayOut(QDialog& dialog, const MessageDialog& message) {
 
 Ref<MessageDialogButton> Run(MessageDialog& message, QWidget* parent) {
     QDialog dialog(parent);
-    dialog.setWindowTitle(message.Title.empty() ? QApplication::applicationDisplayName() : ToScreen(message.Title));
+    dialog.setWindowTitle(message.Title.empty() ? QApplication::applicationName() : ToScreen(message.Title));
     dialog.setAccessibleName(ToScreen(message.Message));
+    dialog.setAccessibleDescription(ToScreen(message.Explanation));
     dialog.setWindowModality(Qt::ApplicationModal);
     LayOut(dialog, message);
     const ModalRun modalRun;

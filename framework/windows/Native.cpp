@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QFont>
 
+#include <algorithm>
+
 namespace {
 
 // Controls are laid out in pixels, so their texts are too; the desktop's choice of family stays.
@@ -16,6 +18,16 @@ constexpr int kSmallSystemPixels = 11;
 QString ToScreen(std::string_view text) {
     const std::string shown = Displayable(text);
     return QString::fromUtf8(shown.data(), static_cast<qsizetype>(shown.size()));
+}
+
+QString ToParagraphs(const std::string& text) {
+    QStringList lines;
+    for (std::size_t from = 0; from <= text.size();) {
+        const std::size_t end = std::min(text.find('\n', from), text.size());
+        lines << ToScreen(std::string_view(text).substr(from, end - from));
+        from = end + 1;
+    }
+    return lines.join(QLatin1Char('\n'));
 }
 
 QString ToCaption(std::string_view text) {

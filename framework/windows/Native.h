@@ -22,7 +22,7 @@ struct NativeControl {
 // The area of a window that holds the controls; what it paints lies beneath them.
 class ContentWidget : public QWidget {
 public:
-    explicit ContentWidget(::Window& window) : window_(window) {}
+    ContentWidget(::Window& window, QSize laidOut) : window_(window), laidOut_(laidOut) {}
 
 protected:
     void paintEvent(QPaintEvent*) override;
@@ -30,6 +30,7 @@ protected:
 
 private:
     ::Window& window_;
+    QSize laidOut_; // the size that the controls stand for now
 };
 
 class WindowWidget : public QMainWindow {
@@ -57,18 +58,11 @@ struct NativeWindow {
 
 // Text for the screen: what is not valid is made so.
 QString ToScreen(std::string_view text);
+// The same with its line breaks kept.
+QString ToParagraphs(const std::string& text);
 // A caption of the toolkit's buttons and menus, in which "&" marks a mnemonic: ours have none.
 QString ToCaption(std::string_view text);
 std::string FromScreen(const QString& text);
-
-// Open and new-document events wait while one of these lives.
-class ModalRun {
-public:
-    ModalRun();
-    ~ModalRun();
-    ModalRun(const ModalRun&) = delete;
-    ModalRun& operator=(const ModalRun&) = delete;
-};
 
 // The fonts that controls use, by the names of their layouts: "System" and "SmallSystem".
 QFont SystemFont(bool small, bool bold);

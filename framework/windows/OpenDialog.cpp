@@ -1,5 +1,6 @@
 #include "framework/windows/OpenDialog.h"
 
+#include "framework/app/ModalRun.h"
 #include "framework/files/FileType.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Text.h"

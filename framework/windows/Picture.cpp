@@ -2,8 +2,10 @@
 
 #include "framework/windows/NativeGraphics.h"
 
-#include <QFile>
+#include <QGuiApplication>
 #include <QPixmap>
+
+#include <png.h>
 
 namespace {
 
@@ -13,11 +15,24 @@ std::string DenseTwin(const std::string& path) {
     return point == std::string::npos ? path + "@2x" : path.substr(0, point) + "@2x" + path.substr(point);
 }
 
+// Reads the file with the library itself: the toolkit would load its plug-ins for every other format first.
 QImage ReadImage(const std::string& path) {
-    QFile file(QFile::decodeName(path.c_str()));
-    if (!file.open(QIODevice::ReadOnly))
+    png_image header{};
+    header.version = PNG_IMAGE_VERSION;
+    if (png_image_begin_read_from_file(&header, path.c_str()) == 0)
         return {};
-    return QImage::fromData(file.readAll(), "PNG").convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    header.format = PNG_FORMAT_RGBA;
+    QImage image(static_cast<int>(header.width), static_cast<int>(header.height), QImage::Format_RGBA8888);
+    const bool read =
+        !image.isNull() && png_image_finish_read(&header, nullptr, image.bits(),
+                                                 static_cast<png_int_32>(image.bytesPerLine()), nullptr) != 0;
+    png_image_free(&header);
+    return read ? image.convertToFormat(QImage::Format_ARGB32_Premultiplied) : QImage();
+}
+
+// The twin is worth its reading only if some screen shows it.
+bool ScreensAreDense() {
+    return qApp->devicePixelRatio() > 1;
 }
 
 QImage WithMask(const QImage& picture, const QImage& mask) {
@@ -52,7 +67,8 @@ Ref<Picture> Picture::Load(const std::string& path) {
     native->natural = ReadImage(path);
     if (native->natural.isNull())
         return nullptr;
-    native->dense = ReadImage(DenseTwin(path));
+    if (ScreensAreDense())
+        native->dense = ReadImage(DenseTwin(path));
     if (native->dense.size() != native->natural.size() * 2)
         native->dense = {};
     return New<Picture>(std::move(native));

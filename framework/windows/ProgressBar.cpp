@@ -32,8 +32,11 @@ void ProgressBar::UpdateScreen() {
         return;
     auto* const bar = static_cast<QProgressBar*>(Native()->widget.data());
     const int maximum = std::max(0, Maximum());
+    // The toolkit's bar would paint itself at each change, and what lies beneath along with it.
+    bar->setUpdatesEnabled(false);
     bar->setRange(0, maximum);
     if (maximum > 0)
         bar->setValue(std::clamp(Value(), 0, maximum));
+    bar->setUpdatesEnabled(true);
     UncoverBeneath();
 }

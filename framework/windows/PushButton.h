@@ -4,7 +4,8 @@
 
 #include <string>
 
-// A button. Return presses the window's default button, Escape its cancel button, from wherever the focus is.
+// A button. Return presses the button that has the focus, or else the window's default button; Escape its cancel
+// button.
 class PushButton : public Control {
 public:
     // Set before the window makes the control.

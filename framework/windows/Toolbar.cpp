@@ -34,7 +34,9 @@ void Toolbar::Append(const Ref<ToolButton>& item) {
         bar->addWidget(gap);
         return;
     }
-    QAction* const action = bar->addAction(item->Icon->ForFramework().Icon(), ToCaption(item->Caption));
+    QAction* const action = bar->addAction(ToCaption(item->Caption));
+    if (!item->Icon.IsNil())
+        action->setIcon(item->Icon->ForFramework().Icon());
     action->setToolTip(QString());
     bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
     bar->widgetForAction(action)->setAccessibleName(ToScreen(item->Caption));

@@ -17,7 +17,7 @@ class ToolButton : public ToolItem {
 public:
     // 0 an ordinary button; 6 a gap that takes all the room left, so that what follows stands at the far end.
     int32_t Style = 0;
-    Ref<Picture> Icon;
+    Ref<Picture> Icon; // nil for none
 };
 
 // The window's toolbar: it stands above the content, whatever its layout says. Main thread.

@@ -1,17 +1,24 @@
 #include "framework/windows/Window.h"
 
+#include "framework/app/Application.h"
+#include "framework/app/EndOfSession.h"
+#include "framework/app/ModalRun.h"
 #include "framework/base/EventEdge.h"
+#include "framework/menus/MenuBar.h"
+#include "framework/menus/NativeMenu.h"
 #include "framework/threads/Yield.h"
 #include "framework/windows/Graphics.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/PushButton.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLayout>
+#include <QMenuBar>
 #include <QPainter>
+#include <QPushButton>
 #include <QScreen>
 
 #include <algorithm>
@@ -20,7 +27,10 @@ namespace {
 
 constexpr int32_t kModalFrame = 1;
 constexpr int32_t kAttachedFrame = 8;
+constexpr int32_t kDialogFrame = 11;
 constexpr int32_t kMiddleOfScreen = 2;
+constexpr int32_t kStaggered = 4;
+constexpr int kStagger = 32;
 
 std::vector<Ref<Window>>& OpenWindows() {
     static std::vector<Ref<Window>> windows;
@@ -32,7 +42,8 @@ bool IsModal(const WindowLayout& layout) {
 }
 
 Qt::WindowFlags FlagsOf(const WindowLayout& layout) {
-    Qt::WindowFlags flags = IsModal(layout) ? Qt::Dialog : Qt::Window;
+    const bool dialog = IsModal(layout) || layout.Frame == kDialogFrame;
+    Qt::WindowFlags flags = dialog ? Qt::Dialog : Qt::Window;
     flags |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
     flags.setFlag(Qt::WindowCloseButtonHint, layout.CloseButton);
     flags.setFlag(Qt::WindowMinimizeButtonHint, layout.MinimizeButton);
@@ -52,6 +63,23 @@ void SizeToLayout(NativeWindow& native, const WindowLayout& layout) {
     native.content->setMaximumSize(layout.MaxWidth, layout.MaxHeight);
 }
 
+void HoldMenuBar(QMainWindow& window) {
+    if (Application::MenuBar().IsNil())
+        return;
+    for (const Ref<MenuItem>& menu : Application::MenuBar()->Menus()) {
+        if (menu->ForFramework().menu)
+            window.menuBar()->addMenu(menu->ForFramework().menu.get());
+    }
+}
+
+// Opens the first menu, from where the arrow keys go on: our menus have no mnemonics.
+void EnterMenuBar(QMenuBar& bar) {
+    if (bar.actions().isEmpty())
+        return;
+    bar.setFocus(Qt::MenuBarFocusReason);
+    bar.setActiveAction(bar.actions().constFirst());
+}
+
 void CentreOn(QWidget& window, const QRect& area) {
     QRect frame(QPoint(), window.frameSize());
     frame.moveCenter(area.center());
@@ -66,24 +94,35 @@ void ContentWidget::paintEvent(QPaintEvent*) {
     if (window_.layout_.HasBackColor)
         painter.fillRect(rect(), QColor(QRgb(window_.layout_.BackColor)));
     Graphics graphics = MakeGraphics(painter);
-    EventEdge::Run("window paint", [&] { window_.Event_Paint(graphics); });
+    EventEdge::RunRepeated("window paint", [&] { window_.Event_Paint(graphics); });
 }
 
 void ContentWidget::resizeEvent(QResizeEvent* event) {
-    if (event->oldSize().isValid())
-        window_.ContentResized(event->size().width() - event->oldSize().width(),
-                               event->size().height() - event->oldSize().height());
+    const QSize grown = event->size() - laidOut_;
+    laidOut_ = event->size();
+    window_.ContentResized(grown.width(), grown.height());
 }
 
 void WindowWidget::closeEvent(QCloseEvent* event) {
     event->ignore(); // the window goes when Close says so
+    if (EndOfSessionIsAgreed())
+        EndWithSession();
     EventEdge::Run("window close", [window = Self(&window_)] { window->Close(); });
 }
 
 void WindowWidget::keyPressEvent(QKeyEvent* event) {
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     const bool confirms = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (confirms || event->key() == Qt::Key_Escape)
-        window_.PressButton(!confirms);
+    if (plain && (confirms || event->key() == Qt::Key_Escape)) {
+        if (event->isAutoRepeat()) // a key that is held down is meant for the dialog that it was pressed in
+            return;
+        auto* const focused = qobject_cast<QPushButton*>(focusWidget());
+        if (confirms && focused != nullptr)
+            focused->click();
+        else
+            window_.PressButton(!confirms);
+    } else if (event->key() == Qt::Key_F10 && window_.layout_.HoldsMenuBar)
+        EnterMenuBar(*menuBar());
     else
         QMainWindow::keyPressEvent(event);
 }
@@ -95,7 +134,7 @@ Window::~Window() = default;
 void Window::Make() {
     layout_ = Layout();
     native_->widget = new WindowWidget(*this);
-    native_->content = new ContentWidget(*this);
+    native_->content = new ContentWidget(*this, QSize(layout_.Width, layout_.Height));
     native_->widget->setCentralWidget(native_->content);
     native_->widget->setWindowFlags(FlagsOf(layout_));
     native_->widget->setWindowModality(IsModal(layout_) ? Qt::ApplicationModal : Qt::NonModal);
@@ -105,7 +144,10 @@ void Window::Make() {
     native_->content->resize(layout_.Width, layout_.Height);
     OpenWindows().push_back(Self(this));
 
+    if (layout_.HoldsMenuBar)
+        HoldMenuBar(*native_->widget);
     CreateControls();
+    AddMenuHandlers();
     SetTabOrder();
     const std::vector<Ref<Control>> controls = controls_;
     for (const Ref<Control>& control : controls)
@@ -116,11 +158,19 @@ void Window::Make() {
 }
 
 void Window::Show() {
-    if (!native_->widget || native_->widget->isVisible())
+    if (!native_->widget)
         return;
+    if (native_->widget->isVisible()) {
+        BringToFront();
+        return;
+    }
     native_->widget->ensurePolished();
+    if (!layout_.Resizeable)
+        native_->widget->adjustSize();
     if (layout_.Placement == kMiddleOfScreen)
-        CentreOn(*native_->widget, QGuiApplication::primaryScreen()->availableGeometry());
+        CentreOn(*native_->widget, native_->widget->screen()->availableGeometry());
+    else if (layout_.Placement == kStaggered && QApplication::activeWindow() != nullptr)
+        native_->widget->move(QApplication::activeWindow()->pos() + QPoint(kStagger, kStagger));
     native_->widget->show();
 }
 
@@ -164,7 +214,7 @@ void Window::Close() {
 
 bool Window::RefusesClose(bool quitting) {
     asking_ = true;
-    bool refuses = true;
+    bool refuses = false; // a question that fails does not keep the window open for ever
     EventEdge::Run("window close", [&] { refuses = Event_CancelClose(quitting); });
     asking_ = false;
     return refuses;
@@ -251,12 +301,13 @@ void Window::SetTabOrder() {
     QWidget* last = nullptr;
     for (const Ref<Control>& stop : stops) {
         QWidget* const widget = stop->Native()->widget;
-        if (last != nullptr)
-            QWidget::setTabOrder(last, widget);
-        else if (widget->focusPolicy() != Qt::NoFocus)
+        if (widget->focusPolicy() == Qt::NoFocus)
+            continue;
+        if (last == nullptr)
             widget->setFocus();
-        if (last != nullptr || widget->focusPolicy() != Qt::NoFocus)
-            last = widget;
+        else
+            QWidget::setTabOrder(last, widget);
+        last = widget;
     }
 }
 

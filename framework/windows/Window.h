@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/menus/MenuHandlers.h"
 #include "framework/windows/Control.h"
 
 #include <cstdint>
@@ -14,19 +15,21 @@ struct NativeWindow;
 struct WindowLayout {
     int32_t Width = 400, Height = 300; // of the content, in pixels; a toolbar adds to it
     int32_t MinWidth = 64, MinHeight = 64, MaxWidth = 32000, MaxHeight = 32000;
-    int32_t Placement = 0; // 0 as the desktop likes, 1 over the parent window, 2 the middle of the main screen
-    int32_t Frame = 0;     // 0 document window, 1 modal dialog, 8 modal dialog attached to a parent
+    int32_t Placement = 0; // 0 as the desktop likes, 2 the middle of the main screen,
+                           // 4 a step down from the window in front
+    int32_t Frame = 0;     // 0 document window, 1 modal dialog, 8 modal dialog attached to a parent, 11 dialog
     std::string Title{};
     bool HasBackColor = false;
     uint32_t BackColor = 0xFFFFFF;
+    bool HoldsMenuBar = false;
     bool CloseButton = true, Resizeable = true, MinimizeButton = true, MaximizeButton = false;
 };
 
 // A window with its controls. Main thread, apart from Refresh. The framework holds a window from its making until
 // Close.
 //
-// Making runs Layout, CreateControls, the controls' Open events and then Event_Open. Subclasses that exist once are
-// reached through SingleWindow (SingleWindow.h).
+// Making runs Layout, CreateControls, AddMenuHandlers, the controls' Open events and then Event_Open. Subclasses that
+// exist once are reached through SingleWindow (SingleWindow.h).
 class Window : public ScreenUpdate {
 public:
     Window();
@@ -49,6 +52,9 @@ public:
     void SetTitle(const std::string& title);
     int32_t Width() const; // of the content, now
     int32_t Height() const;
+
+    // The commands that the window takes while it is in front.
+    ::MenuHandlers& MenuHandlers() { return menuHandlers_; }
 
     // Asks for a repaint of the window with its controls. Any thread.
     void Refresh(bool eraseBackground);
@@ -73,6 +79,7 @@ public:
 protected:
     virtual WindowLayout Layout() { return {}; }
     virtual void CreateControls() {}
+    virtual void AddMenuHandlers() {}
     virtual void Event_Open() {}
     virtual void Event_Close() {}
     // The window is about to be closed; true keeps it open.
@@ -94,6 +101,7 @@ private:
     void PressButton(bool cancel);
 
     WindowLayout layout_;
+    ::MenuHandlers menuHandlers_;
     std::unique_ptr<NativeWindow> native_;
     std::vector<Ref<Control>> controls_; // back to front
     bool asking_ = false;

@@ -68,7 +68,7 @@ Process::Process(const Words& command, const Setting& setting) : name_(command.a
     Words words = command;
     Words environment;
     for (const auto& [name, value] : setting.environment)
-        environment.push_back(name + "=" + value);
+        environment.emplace_back(name).append("=").append(value);
     const std::vector<char*> wordPointers = Pointers(words);
     const std::vector<char*> environmentPointers = Pointers(environment);
     const std::string folder = setting.folder.string();

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "framework/menus/MenuItem.h"
+
+// The top-level menus of the program. The bar shows in the window whose layout holds it; its shortcuts work in every
+// window. Main thread.
+class MenuBar : public Object {
+public:
+    void Append(const Ref<MenuItem>& menu) { menus_.push_back(menu); }
+    const std::vector<Ref<MenuItem>>& Menus() const { return menus_; }
+    // The item of that name anywhere in the bar, or nil.
+    Ref<MenuItem> Find(const std::string& name) const;
+
+    // For the framework: enables every item by what can be reached now.
+    void UpdateEnabled() const;
+
+private:
+    std::vector<Ref<MenuItem>> menus_;
+};

@@ -1,0 +1,99 @@
+#include "framework/menus/MenuItem.h"
+
+#include "framework/app/RunningApplication.h"
+#include "framework/base/EventEdge.h"
+#include "framework/menus/MenuCommands.h"
+#include "framework/menus/NativeMenu.h"
+#include "framework/text/Text.h"
+#include "framework/windows/Native.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const char* kSeparator = "-";
+
+QAction::MenuRole RoleOf(MenuItem::Place place) {
+    switch (place) {
+    case MenuItem::Place::ApplicationQuit:
+        return QAction::QuitRole;
+    case MenuItem::Place::ApplicationPreferences:
+        return QAction::PreferencesRole;
+    case MenuItem::Place::ApplicationAbout:
+        return QAction::AboutRole;
+    default:
+        return QAction::NoRole;
+    }
+}
+
+} // namespace
+
+MenuItem::MenuItem(std::string name, const std::string& text, const std::string& keyboardShortcut, Place place)
+    : name_(std::move(name)), keyboardShortcut_(keyboardShortcut), native_(std::make_unique<Native>()) {
+    QAction& action = native_->action;
+    action.setObjectName(QString::fromStdString(name_));
+    action.setMenuRole(RoleOf(place));
+    if (!keyboardShortcut_.empty()) {
+        action.setShortcut(QKeySequence(QString::fromStdString(Replace(keyboardShortcut_, "Cmd", "Ctrl"))));
+        action.setShortcutContext(Qt::ApplicationShortcut);
+    }
+    QObject::connect(&action, &QAction::triggered, &action, [this] { Choose(); });
+    SetText(text);
+}
+
+MenuItem::~MenuItem() = default;
+
+void MenuItem::SetText(const std::string& text) {
+    text_ = text;
+    native_->action.setSeparator(IsSeparator());
+    if (!IsSeparator())
+        native_->action.setText(ToCaption(text));
+    if (native_->menu)
+        native_->menu->setTitle(ToCaption(text));
+}
+
+bool MenuItem::IsSeparator() const {
+    return text_ == kSeparator;
+}
+
+void MenuItem::SetVisible(bool visible) {
+    native_->action.setVisible(visible);
+}
+
+bool MenuItem::Enabled() const {
+    return native_->action.isEnabled();
+}
+
+void MenuItem::Append(const Ref<MenuItem>& item) {
+    if (!native_->menu) {
+        native_->menu = std::make_unique<QMenu>(ToCaption(text_));
+        QObject::connect(native_->menu.get(), &QMenu::aboutToShow, native_->menu.get(), [this] {
+            EventEdge::Run("enable menu items", [] { RunningApplication()->Event_EnableMenuItems(); });
+            UpdateEnabled();
+        });
+    }
+    native_->menu->addAction(&item->native_->action);
+    items_.push_back(item);
+}
+
+Ref<MenuItem> MenuItem::Find(const std::string& name) {
+    if (name_ == name)
+        return Self(this);
+    for (const Ref<MenuItem>& item : items_) {
+        const Ref<MenuItem> found = item->Find(name);
+        if (!found.IsNil())
+            return found;
+    }
+    return nullptr;
+}
+
+void MenuItem::UpdateEnabled() {
+    for (const Ref<MenuItem>& item : items_)
+        item->UpdateEnabled();
+    if (items_.empty() && !IsSeparator())
+        native_->action.setEnabled(CommandCanRun(name_));
+}
+
+void MenuItem::Choose() const {
+    RunCommand(name_);
+}

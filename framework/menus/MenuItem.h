@@ -1,0 +1,69 @@
+#pragma once
+
+#include "framework/base/Ref.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+// A menu or a command in a menu. What a command does is bound by its name: it is enabled while the window in front, or
+// the application, holds a handler of that name. Main thread.
+class MenuItem : public Object {
+public:
+    // Where a platform with an application menu puts the item instead of its own menu.
+    enum class Place { Menu, ApplicationQuit, ApplicationPreferences, ApplicationAbout };
+
+    // A text of "-" makes a separator.
+    MenuItem(std::string name, const std::string& text, const std::string& keyboardShortcut = "",
+             Place place = Place::Menu);
+    ~MenuItem() override;
+
+    const std::string& Name() const { return name_; }
+    const std::string& Text() const { return text_; }
+    void SetText(const std::string& text);
+    // As "Cmd+Shift+O", where Cmd is the platform's command key; empty for none.
+    const std::string& KeyboardShortcut() const { return keyboardShortcut_; }
+    bool IsSeparator() const;
+    void SetVisible(bool visible);
+    // As of the last look at the window in front.
+    bool Enabled() const;
+
+    void Append(const Ref<MenuItem>& item);
+    const std::vector<Ref<MenuItem>>& Items() const { return items_; }
+    // The item of that name here or below, or nil.
+    Ref<MenuItem> Find(const std::string& name);
+
+    // For the framework's sources.
+    struct Native;
+    Native& ForFramework() const { return *native_; }
+    // Enables the item and those below by what can be reached now.
+    void UpdateEnabled();
+
+private:
+    void Choose() const;
+
+    std::string name_;
+    std::string text_;
+    std::string keyboardShortcut_;
+    std::vector<Ref<MenuItem>> items_;
+    std::unique_ptr<Native> native_;
+};
+
+// Items that a platform with an application menu places there; elsewhere they stand where the tree has them.
+class QuitMenuItem : public MenuItem {
+public:
+    QuitMenuItem(const std::string& name, const std::string& text, const std::string& keyboardShortcut)
+        : MenuItem(name, text, keyboardShortcut, Place::ApplicationQuit) {}
+};
+
+class PrefsMenuItem : public MenuItem {
+public:
+    PrefsMenuItem(const std::string& name, const std::string& text)
+        : MenuItem(name, text, "", Place::ApplicationPreferences) {}
+};
+
+class AppleMenuItem : public MenuItem {
+public:
+    AppleMenuItem(const std::string& name, const std::string& text)
+        : MenuItem(name, text, "", Place::ApplicationAbout) {}
+};

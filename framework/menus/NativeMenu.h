@@ -1,0 +1,15 @@
+#pragma once
+
+// The toolkit's side of menus. Included by the framework's sources only.
+
+#include "framework/menus/MenuItem.h"
+
+#include <QAction>
+#include <QMenu>
+
+#include <memory>
+
+struct MenuItem::Native {
+    std::unique_ptr<QMenu> menu; // made with the first item below
+    QAction action;
+};

@@ -1,0 +1,33 @@
+#include "framework/windows/CheckBox.h"
+
+#include "framework/base/EventEdge.h"
+#include "framework/windows/Native.h"
+
+#include <QCheckBox>
+
+void CheckBox::SetCaption(const std::string& caption) {
+    caption_ = caption;
+    if (Native() != nullptr && Native()->widget)
+        static_cast<QCheckBox*>(Native()->widget.data())->setText(ToCaption(caption));
+}
+
+void CheckBox::SetValue(bool value) {
+    if (Native() != nullptr && Native()->widget)
+        static_cast<QCheckBox*>(Native()->widget.data())->setChecked(value);
+    else
+        value_ = value;
+}
+
+void CheckBox::MakeWidget(NativeControl& native) {
+    auto* const box = new QCheckBox(ToCaption(caption_), native.parent);
+    box->setFont(SystemFont(false, false));
+    box->setChecked(value_);
+    QObject::connect(box, &QCheckBox::toggled, box, [this](bool checked) {
+        value_ = checked;
+        EventEdge::Run("check box", [self = Self(this)] {
+            if (self->Action)
+                self->Action();
+        });
+    });
+    native.widget = box;
+}

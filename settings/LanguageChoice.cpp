@@ -1,0 +1,127 @@
+// The part of Multilingual that settles which language folder is used.
+
+#include "core/App.h"
+#include "framework/app/Application.h"
+#include "framework/desktop/WantedLanguages.h"
+#include "framework/files/FolderItem.h"
+#include "framework/files/SpecialFolder.h"
+#include "framework/threads/Yield.h"
+#include "framework/windows/Listbox.h"
+#include "settings/Multilingual.h"
+#include "settings/claPreferences.h"
+#include "settings/winChooseLanguage.h"
+#include "ui/claDialogButton.h"
+
+#include <array>
+
+namespace {
+
+constexpr const char* kLanguageFile = "strings.txt";
+constexpr const char* kPlainSystem = "English"; // for a system that is set to no language at all
+
+struct FolderOfLanguage {
+    const char* code;
+    const char* folder;
+};
+
+// A regional form that is not listed counts as its language.
+constexpr std::array kFolders{
+    FolderOfLanguage{"cs", "Czech"},
+    FolderOfLanguage{"de", "German"},
+    FolderOfLanguage{"el", "Greek"},
+    FolderOfLanguage{"en", "English"},
+    FolderOfLanguage{"es", "Spanish"},
+    FolderOfLanguage{"fr", "French"},
+    FolderOfLanguage{"it", "Italian"},
+    FolderOfLanguage{"ja", "Japanese"},
+    FolderOfLanguage{"ko", "Korean"},
+    FolderOfLanguage{"nl", "Dutch"},
+    FolderOfLanguage{"pl", "Polish"},
+    FolderOfLanguage{"pt", "Portuguese (Brazil)"},
+    FolderOfLanguage{"ru", "Russian"},
+    FolderOfLanguage{"sv", "Swedish"},
+    FolderOfLanguage{"tr", "Turkish"},
+    FolderOfLanguage{"uk", "Ukrainian"},
+    FolderOfLanguage{"zh_CN", "Chinese (Simplified)"},
+    FolderOfLanguage{"zh_SG", "Chinese (Simplified)"},
+};
+
+std::string FolderNameOf(const std::string& language) {
+    for (const FolderOfLanguage& entry : kFolders) {
+        if (language == entry.code)
+            return entry.folder;
+    }
+    return {};
+}
+
+// The code of a folder's language, empty for a folder that is not in the table.
+std::string CodeOf(const std::string& folderName) {
+    for (const FolderOfLanguage& entry : kFolders) {
+        if (folderName == entry.folder)
+            return entry.code;
+    }
+    return {};
+}
+
+// One row for each folder. Every language is read in full for the one text that names it.
+void FillRows(winChooseLanguage& window, const FolderItem& folder) {
+    for (int32_t i = 1; i <= folder.Count() && !window.Closed(); ++i) {
+        const Ref<FolderItem> entry = folder.Item(i);
+        if (entry->Directory()) {
+            const Ref<FolderItem> file = entry->Child(kLanguageFile);
+            Multilingual::LoadLanguageFile(file);
+            window.lstLanguage()->AddRow(Multilingual::GetString("ChooseString"));
+            window.lstLanguage()->SetCellTag(window.lstLanguage()->LastIndex(), 0, file);
+        }
+        RuntimeBackgroundTask();
+    }
+    if (window.Closed()) // by the user, in the middle of it
+        return;
+    window.lstLanguage()->SortedColumn = 1; // one past the only column, and meant: the order is the list's own affair
+    window.lstLanguage()->Sort();
+    window.lstLanguage()->SetListIndex(0);
+}
+
+// Asks the user. Gives the folder of the language chosen; a user who chooses none ends the program.
+Ref<FolderItem> ChooseLanguage(const FolderItem& folder) {
+    const Ref<winChooseLanguage> window = winChooseLanguage::Instance();
+    window->Show();
+    FillRows(*window, folder);
+    Ref<FolderItem> chosen;
+    if (window->ShowModal() == window->ActionButton) {
+        chosen = window->SelectedFile()->Parent();
+        App::Instance()->Preferences->Language = chosen->Name();
+    } else {
+        Quit(0);
+    }
+    window->Close();
+    return chosen;
+}
+
+} // namespace
+
+std::string Multilingual::SystemLanguage() {
+    const std::vector<std::string> languages = WantedLanguages();
+    if (languages.empty())
+        return kPlainSystem;
+    const Ref<FolderItem> folder = SpecialFolder::Resources()->Child("Multilingual");
+    for (const std::string& language : languages) {
+        const std::string name = FolderNameOf(language);
+        if (!name.empty() && folder->Child(name)->Exists())
+            return name;
+    }
+    return {};
+}
+
+void Multilingual::Initialize(const Ref<FolderItem>& folder, const std::string& language) {
+    Ref<FolderItem> languageFolder;
+    if (!language.empty())
+        languageFolder = folder->Child(language);
+    if (languageFolder.IsNil() || !languageFolder->Exists())
+        languageFolder = ChooseLanguage(*folder);
+    if (!languageFolder.IsNil() && languageFolder->Exists()) {
+        LoadLanguageFile(languageFolder->Child(kLanguageFile)); // once more after a choice, which does not matter
+        Application::SpeakLanguage(CodeOf(languageFolder->Name()));
+        LocalizeMenu();
+    }
+}

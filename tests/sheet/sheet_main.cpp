@@ -1,0 +1,133 @@
+// Paints every window in one language side by side, for people to look at.
+// usage: LANGUAGE=CODE ombrivel-sheet PICTURE TITLE
+
+#include "core/App.h"
+#include "core/Startup.h"
+#include "framework/files/FolderItem.h"
+#include "framework/files/SpecialFolder.h"
+#include "framework/threads/MainThread.h"
+#include "framework/windows/Label.h"
+#include "framework/windows/Listbox.h"
+#include "framework/windows/Native.h"
+#include "framework/windows/ProgressBar.h"
+#include "settings/Multilingual.h"
+#include "settings/winChooseLanguage.h"
+#include "settings/winPreferences.h"
+#include "ui/Pictures.h"
+#include "ui/claDialogButton.h"
+#include "ui/claFilePerform.h"
+#include "ui/claFilePerformInfo.h"
+#include "ui/winAbout.h"
+#include "ui/winCut.h"
+#include "ui/winMain.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QPainter>
+
+#include <algorithm>
+#include <cstdlib>
+#include <vector>
+
+namespace {
+
+constexpr int kGap = 12;
+constexpr int kTitle = 24;
+
+// What was set reaches the screen with the next frames.
+void Settle() {
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < 80)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+QPixmap PictureOf(const Ref<Window>& window) {
+    window->Show();
+    Settle();
+    const QPixmap picture = window->Native().widget->grab();
+    window->Hide();
+    return picture;
+}
+
+void FillList() {
+    claFilePerform& list = *winMain::Instance()->canPerform();
+    using Multilingual::GetString;
+    list.AddInfo("film.mov", 40, 26, GetString("MainStatusCreatingPart", "3"), picIconCut(), nullptr);
+    list.AddInfo("photos.zip", 40, 12, GetString("MainStatusAddingPart", "2"), picIconGlue(), nullptr);
+    list.AddInfo("talk.mp3", 40, 33, GetString("MainStatusWaiting", "7"), picIconGlue(), nullptr);
+}
+
+// Every language by its own name.
+void FillChooser(winChooseLanguage& chooser) {
+    const Ref<FolderItem> folder = SpecialFolder::Resources()->Child("Multilingual");
+    chooser.staMessage()->SetText(Multilingual::GetString("ChoosePlease"));
+    chooser.ActionButton->SetCaption(Multilingual::GetString("ButtonOK"));
+    chooser.CancelButton->SetCaption(Multilingual::GetString("ButtonQuit"));
+    chooser.lstLanguage()->Change = nullptr; // the texts stay in this sheet's language
+    for (int32_t i = 1; i <= folder->Count(); ++i) {
+        Multilingual::LoadLanguageFile(folder->Item(i)->Child("strings.txt"));
+        chooser.lstLanguage()->AddRow(Multilingual::GetString("ChooseString"));
+    }
+    chooser.lstLanguage()->Sort();
+    chooser.lstLanguage()->SetListIndex(0);
+}
+
+std::vector<QPixmap> Windows() {
+    std::vector<QPixmap> pictures;
+
+    const Ref<winMain> main = winMain::Instance();
+    FillList();
+    pictures.push_back(PictureOf(main));
+
+    const Ref<winCut> cut = winCut::Instance();
+    cut->FileSize = 734003200;
+    cut->UpdateStatus();
+    pictures.push_back(PictureOf(cut));
+    cut->Close();
+
+    pictures.push_back(PictureOf(winPreferences::Instance()));
+    winPreferences::Instance()->Close();
+    pictures.push_back(PictureOf(winAbout::Instance()));
+    winAbout::Instance()->Close();
+
+    const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
+    FillChooser(*chooser);
+    pictures.push_back(PictureOf(chooser));
+    chooser->Close();
+    return pictures;
+}
+
+// One row of pictures with the language's name above.
+QPixmap RowOf(const std::string& title) {
+    const std::vector<QPixmap> pictures = Windows();
+    int width = kGap;
+    int height = 0;
+    for (const QPixmap& picture : pictures) {
+        width += picture.width() + kGap;
+        height = std::max(height, picture.height());
+    }
+    QPixmap row(width, height + kTitle + kGap);
+    row.fill(QColor(0xC8, 0xCF, 0xD6));
+    QPainter painter(&row);
+    painter.drawText(kGap, kTitle - 8, QString::fromStdString(title));
+    int x = kGap;
+    for (const QPixmap& picture : pictures) {
+        painter.drawPixmap(x, kTitle, picture);
+        x += picture.width() + kGap;
+    }
+    return row;
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    if (count != 3)
+        return 2;
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    PostToMainThread([words] {
+        const bool saved = RowOf(words[2]).save(QString::fromLocal8Bit(words[1]));
+        std::_Exit(saved ? 0 : 1);
+    });
+    return RunApplication(1, words, OmbrivelIdentity(), Startup);
+}

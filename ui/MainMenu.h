@@ -1,0 +1,35 @@
+#pragma once
+
+#include "framework/menus/MenuBar.h"
+
+// The program's menu bar. It is built once, before any window, with texts that Multilingual::LocalizeMenu replaces;
+// what an item does is bound by its name, on the application and on each window. Main thread.
+class MainMenu : public MenuBar {
+public:
+    static Ref<MainMenu> Instance();
+
+    MainMenu();
+
+private:
+    void AddFileMenu();
+    void AddEditMenu();
+    void AddHelpMenu();
+};
+
+// The items by name, looked up in the application's menu bar.
+Ref<MenuItem> FileMenu();
+Ref<MenuItem> FileCloseWindow();
+Ref<MenuItem> FileGlueFiles();
+Ref<MenuItem> FileCutFile();
+Ref<MenuItem> FileQuit();
+Ref<MenuItem> EditMenu();
+Ref<MenuItem> EditCut();
+Ref<MenuItem> EditCopy();
+Ref<MenuItem> EditPaste();
+Ref<MenuItem> EditClear();
+Ref<MenuItem> EditSelectAll();
+Ref<MenuItem> EditPreferences();
+Ref<MenuItem> Help();
+Ref<MenuItem> HelpHelp();
+Ref<MenuItem> HelpSearchForUpdates();
+Ref<MenuItem> HelpAbout();
