@@ -97,4 +97,29 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
     dialog->Close();
 }
 
+TEST_F(CutDialogTest, GivesTheButtonThatEndedItOrThatOfAnEarlierRun) {
+    const auto runToTheCloseBox = [](const Ref<winCut>& dialog) {
+        PostToMainThread([&dialog] { dialog->Native().widget->close(); });
+        return dialog->ShowModal();
+    };
+    EXPECT_TRUE(runToTheCloseBox(winCut::Instance()).IsNil());
+    const Ref<winCut> dialog = winCut::Instance(); // a new one: the other has gone
+    dialog->UpdateStatus();
+    EXPECT_EQ(dialog->ActionButton->Caption() + ", " + dialog->CancelButton->Caption(), "Cut, Cancel");
+    EXPECT_GT(dialog->ActionButton->Left(), dialog->CancelButton->Left());
+    int vetoes = 0;
+    dialog->ActionButton->Action = [&vetoes] { return ++vetoes < 3; };
+    PostToMainThread([&dialog] {
+        dialog->ActionButton->Push();
+        dialog->ActionButton->Push();
+        EXPECT_TRUE(dialog->Native().widget->isVisible()) << "the handler has taken over";
+        dialog->ActionButton->Push();
+    });
+    EXPECT_EQ(dialog->ShowModal(), dialog->ActionButton);
+    EXPECT_FALSE(dialog->Closed()) << "it is hidden only: its controls can still be read";
+    EXPECT_FALSE(dialog->Native().widget->isVisible());
+    EXPECT_EQ(runToTheCloseBox(dialog), dialog->ActionButton);
+    EXPECT_THROW(New<claDialogButton>()->Push(), NilObjectException) << "it reports to nobody";
+}
+
 } // namespace
