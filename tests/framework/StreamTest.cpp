@@ -1,0 +1,104 @@
+#include "framework/files/BinaryStream.h"
+#include "framework/files/FolderItem.h"
+#include "tests/support/TestFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sys/mount.h>
+
+namespace {
+
+constexpr int32_t kBlock = 1048576;
+
+class StreamTest : public testing::Test {
+protected:
+    Ref<BinaryStream> Source(const std::string& bytes) const {
+        folder.Write("from", bytes);
+        return folder.Item("from")->OpenAsBinaryFile(false);
+    }
+
+    Ref<BinaryStream> Target() const { return folder.Item("to")->CreateBinaryFile(""); }
+
+    // A write that fails must neither keep the bytes back for the next file nor be tried for ever.
+    static void MoveFourBlocks(BinaryStream& from, BinaryStream& to) {
+        for (int block = 0; block < 4; ++block) {
+            EXPECT_FALSE(from.AtEOF()) << block;
+            to.WriteFrom(from, kBlock, (3 - block) * kBlock);
+        }
+        EXPECT_TRUE(from.AtEOF());
+    }
+
+    const TestFolder folder;
+    const std::string bytes = Pattern(4 * kBlock);
+};
+
+TEST_F(StreamTest, MovesBlocksExactlyAndNothingBehindTheEnd) {
+    const Ref<BinaryStream> from = Source(bytes);
+    const Ref<BinaryStream> to = Target();
+    EXPECT_EQ(from->Read(0) + from->Read(-1) + from->Read(INT32_MIN), "");
+    to->Write(from->Read(5)); // both ways to move bytes share one position
+    to->WriteFrom(*from, 0, kBlock);
+    to->WriteFrom(*from, -7);
+    to->WriteFrom(*from, kBlock, INT64_MAX);
+    to->Write(from->Read(200000));
+    to->WriteFrom(*from, INT32_MAX);
+    EXPECT_TRUE(from->AtEOF());
+    to->WriteFrom(*from, kBlock);
+    EXPECT_EQ(from->Read(1), "");
+    EXPECT_TRUE(folder.Read("to") == bytes);
+    from->Close();
+    from->Close();
+    EXPECT_TRUE(from->AtEOF());
+    EXPECT_TRUE(Source("")->AtEOF());
+}
+
+// A closed stream swallows what is written, so the source is passed over without moving it.
+TEST_F(StreamTest, KeepsItsPlaceBeyondFourGigabytes) {
+    folder.WriteSparse("from", (5ULL << 30U) - 2);
+    std::ofstream(folder.Path("from"), std::ios::app) << "ok";
+    const Ref<BinaryStream> from = folder.Item("from")->OpenAsBinaryFile(false);
+    const Ref<BinaryStream> closed = Target();
+    closed->Close();
+    closed->WriteFrom(*from, INT32_MAX);
+    closed->WriteFrom(*from, INT32_MAX);
+    EXPECT_FALSE(from->AtEOF());
+    closed->WriteFrom(*from, 1 << 30U);
+    EXPECT_EQ(from->Read(100) + folder.Read("to"), "ok");
+    EXPECT_TRUE(from->AtEOF());
+}
+
+TEST_F(StreamTest, AFailedWriteAdvancesTheSourceByTheBlock) {
+    const Ref<BinaryStream> from = Source(bytes);
+    const FileSizeLimit limit(kBlock + 1000);
+    MoveFourBlocks(*from, *Target());
+    EXPECT_TRUE(folder.Read("to") == bytes.substr(0, kBlock + 1000));
+}
+
+TEST_F(StreamTest, AFullDiskAdvancesTheSourceByTheBlock) {
+    const TestFolder elsewhere;
+    elsewhere.Write("from", bytes);
+    if (mount("tmpfs", folder.Path().c_str(), "tmpfs", 0, "size=2m") != 0)
+        GTEST_SKIP() << "no right to mount a volume";
+    MoveFourBlocks(*elsewhere.Item("from")->OpenAsBinaryFile(false), *Target());
+    EXPECT_TRUE(folder.Read("to") == bytes.substr(0, 2 * kBlock));
+    folder.WriteSparse("from", 4 * kBlock);
+    MoveFourBlocks(*folder.Item("from")->OpenAsBinaryFile(false), *Target());
+    umount2(folder.Path().c_str(), MNT_DETACH);
+}
+
+TEST_F(StreamTest, ASourceMayShrinkAndGrowWhileItIsRead) {
+    const Ref<BinaryStream> from = Source(bytes);
+    const Ref<BinaryStream> to = Target();
+    to->WriteFrom(*from, kBlock, kBlock);
+    folder.WriteSparse("from", kBlock + 10);
+    to->WriteFrom(*from, kBlock);
+    EXPECT_TRUE(from->AtEOF());
+    EXPECT_TRUE(folder.Read("to") == bytes.substr(0, kBlock + 10));
+    folder.WriteSparse("from", 10);
+    EXPECT_TRUE(from->AtEOF());
+    folder.WriteSparse("from", kBlock + 12);
+    EXPECT_EQ(from->Read(5).size(), 2U);
+}
+
+} // namespace

@@ -1,0 +1,172 @@
+#include "framework/files/FolderItem.h"
+#include "framework/threads/MainThread.h"
+#include "framework/threads/Thread.h"
+#include "framework/windows/Canvas.h"
+#include "framework/windows/DragItem.h"
+#include "framework/windows/Graphics.h"
+#include "framework/windows/Label.h"
+#include "framework/windows/Native.h"
+#include "framework/windows/ProgressBar.h"
+#include "framework/windows/Window.h"
+#include "tests/support/Waiting.h"
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QProgressBar>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Counts how often it shows what has changed.
+template <class Base>
+class Counting : public Base {
+public:
+    int updates = 0;
+
+    QWidget* Widget() const { return this->Native()->widget.data(); }
+
+protected:
+    void UpdateScreen() override {
+        ++updates;
+        Base::UpdateScreen();
+    }
+};
+
+class TestWindow : public Window {
+public:
+    const Ref<Counting<Canvas>> canvas = New<Counting<Canvas>>();
+    const Ref<Counting<ProgressBar>> bar = New<Counting<ProgressBar>>();
+    const Ref<Counting<Label>> label = New<Counting<Label>>();
+
+    static Ref<TestWindow> Open() {
+        const auto window = New<TestWindow>();
+        window->bar->SetMaximum(5); // a bar without a measure moves by itself
+        window->Make();
+        window->Show();
+        ShowOnScreen();
+        return window;
+    }
+
+protected:
+    void CreateControls() override {
+        Add(canvas, {.Width = 400, .Height = 200});
+        Add(bar, {.Left = 10, .Top = 10, .Width = 300, .Height = 12, .LockLeft = true, .LockRight = true});
+        Add(label, {.Left = 10, .Top = 220, .Width = 300, .Height = 20, .LockRight = true, .LockBottom = true});
+    }
+};
+
+class Writer : public Thread {
+public:
+    explicit Writer(const TestWindow& window) : bar_(window.bar), label_(window.label) {}
+    static constexpr int kTimes = 100000;
+
+protected:
+    void Event_Run() override {
+        bar_->SetMaximum(kTimes);
+        for (int i = 1; i <= kTimes; ++i) {
+            bar_->SetValue(i);
+            label_->SetText(std::to_string(i));
+        }
+    }
+
+private:
+    Ref<ProgressBar> bar_;
+    Ref<Label> label_;
+};
+
+TEST(Windows, AControlUpdatesOncePerFrameHoweverOftenAWorkerWritesToIt) {
+    const Ref<TestWindow> window = TestWindow::Open();
+    window->bar->updates = window->label->updates = 0;
+    const auto begin = std::chrono::steady_clock::now();
+    New<Writer>(*window)->Run();
+    EXPECT_TRUE(WaitForWorkers());
+    ShowOnScreen();
+    const auto frames = (std::chrono::steady_clock::now() - begin) / 16ms + 1;
+    EXPECT_LE(window->bar->updates, frames);
+    EXPECT_LE(window->label->updates, frames);
+    const auto* const bar = static_cast<QProgressBar*>(window->bar->Widget());
+    EXPECT_EQ(bar->value(), Writer::kTimes);
+    EXPECT_EQ(static_cast<QLabel*>(window->label->Widget())->text().toInt(), Writer::kTimes);
+    for (const auto& [value, maximum] : {std::pair(7, 5), {INT32_MAX, INT32_MAX}, {-1, 10}, {0, INT32_MIN}}) {
+        window->bar->SetValue(value);
+        window->bar->SetMaximum(maximum);
+        ShowOnScreen();
+        EXPECT_EQ(window->bar->Value(), value);
+        EXPECT_LE(bar->value(), bar->maximum());
+    }
+    window->Native().widget->resize(450, 370);
+    EXPECT_TRUE(WaitUntil([&] { return window->Width() == 450; }));
+    EXPECT_EQ(bar->geometry(), QRect(10, 10, 350, 12)) << "held at both sides";
+    EXPECT_EQ(window->label->Widget()->geometry(), QRect(60, 290, 300, 20)) << "held right and below";
+    window->Close();
+}
+
+// What the bars stand on shows through them. A paint serves no events, and one that fails harms nobody.
+TEST(Windows, ACanvasIsRepaintedOnceWhenBarsAboveItChangeMoveOrGo) {
+    const Ref<TestWindow> window = TestWindow::Open();
+    const auto second = New<ProgressBar>();
+    second->SetMaximum(5);
+    window->Add(second, {.Left = 10, .Top = 30, .Width = 300, .Height = 12});
+    int paints = 0;
+    bool served = false, servedWithin = false;
+    window->canvas->Paint = [&](Graphics&) {
+        ++paints;
+        served = false;
+        PostToMainThread([&served] { served = true; });
+        YieldForAWhile();
+        servedWithin = servedWithin || served;
+        throw NilObjectException();
+    };
+    using Change = void (*)(ProgressBar&);
+    const Change changes[] = {[](ProgressBar& bar) { bar.SetValue(1); }, [](ProgressBar& bar) { bar.SetMaximum(9); },
+                              [](ProgressBar& bar) { bar.SetTop(bar.Top() + 50); },
+                              [](ProgressBar& bar) { bar.Window()->Refresh(true); }};
+    for (const Change change : changes) {
+        ShowOnScreen();
+        paints = 0;
+        change(*window->bar);
+        change(*second);
+        ShowOnScreen();
+        EXPECT_EQ(paints, 1);
+    }
+    paints = 0;
+    second->Close();
+    second->SetValue(5); // as a worker may that has not noticed yet
+    ShowOnScreen();
+    EXPECT_GE(paints, 1);
+    EXPECT_TRUE(served);
+    EXPECT_FALSE(servedWithin);
+    window->Close();
+}
+
+// The toolkit's own reading of a drop loses names that are not valid UTF-8.
+TEST(Windows, ADropHandsOverEveryFileAfterItIsOver) {
+    const Ref<TestWindow> window = TestWindow::Open();
+    window->canvas->AcceptFileDrop("Unknown");
+    std::string dropped;
+    window->canvas->DropObject = [&dropped](const Ref<DragItem>& drag, int32_t) {
+        do
+            dropped += drag->FolderItem()->AbsolutePath();
+        while (drag->NextItem());
+    };
+    QMimeData files;
+    files.setData(QStringLiteral("text/uri-list"),
+                  "# note\r\nfile:///a%20b\r\nhttp://x/y\r\nfile://z/z\r\nfile:///%FF");
+    const Qt::DropActions offered = Qt::MoveAction | Qt::CopyAction;
+    QDragEnterEvent enter(QPoint(5, 5), offered, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window->canvas->Widget(), &enter);
+    QDropEvent drop(QPointF(5, 5), offered, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window->canvas->Widget(), &drop);
+    EXPECT_TRUE(drop.isAccepted());
+    EXPECT_EQ(drop.dropAction(), Qt::CopyAction) << "a move would let the other program delete the files";
+    EXPECT_EQ(dropped, "");
+    EXPECT_TRUE(WaitUntil([&dropped] { return dropped == "/a b/\xFF"; }));
+    window->Close();
+}
+
+} // namespace

@@ -1,0 +1,82 @@
+#include "tests/support/ProgramTest.h"
+
+#include "core/App.h"
+#include "framework/files/FolderItem.h"
+#include "framework/threads/MainThread.h"
+#include "framework/windows/ComboBox.h"
+#include "framework/windows/Label.h"
+#include "framework/windows/Native.h"
+#include "settings/claPreferences.h"
+#include "ui/claDialogButton.h"
+#include "ui/claFilePerform.h"
+#include "ui/claFilePerformInfo.h"
+#include "ui/winCut.h"
+#include "ui/winMain.h"
+
+#include <QTest>
+
+#include <algorithm>
+
+namespace {
+
+std::function<void(const std::string&)> setStatus; // the window's own
+
+} // namespace
+
+ProgramTest::ProgramTest() {
+    setStatus = List().SetStatus;
+    List().SetStatus = [this](const std::string& text) {
+        setStatus(text);
+        for (const Ref<claFilePerformInfo>& row : List().Info) {
+            if (std::find(rows.begin(), rows.end(), row) == rows.end()) {
+                rows.push_back(row);
+                if (onRow)
+                    onRow(*row);
+            }
+        }
+    };
+}
+
+ProgramTest::~ProgramTest() {
+    EXPECT_TRUE(WaitForWorkers()) << "a worker did not come to its end";
+    while (!List().Info.empty())
+        List().Info.back()->Close();
+    for (const Ref<claFilePerformInfo>& row : rows)
+        row->PerformThread = nullptr; // a worker that died holds its row
+    List().SetStatus = setStatus;
+    App::Instance()->InUse.clear();
+    App::Instance()->Preferences = New<claPreferences>();
+    AskedOfDesktop();
+    EmptyTrash();
+}
+
+claFilePerform& ProgramTest::List() {
+    return *winMain::Instance()->canPerform();
+}
+
+std::string ProgramTest::StatusText() {
+    return winMain::Instance()->staStatus()->Text();
+}
+
+void ProgramTest::WhenAsked(const std::function<void(winCut&)>& answer) {
+    PostToMainThread([answer] { answer(*winCut::Instance()); });
+}
+
+void ProgramTest::Cut(const std::string& name, const std::string& size) const {
+    WhenAsked([size](winCut& dialog) {
+        dialog.comPartSize()->SetText(size);
+        dialog.ActionButton->Push();
+    });
+    App::Instance()->EncodeFile(folder.Item(name));
+}
+
+void ProgramTest::Glue(const std::string& name) const {
+    App::Instance()->DecodeFile(folder.Item(name));
+}
+
+void ProgramTest::ClickStop(int row) {
+    QWidget* const list = winMain::Instance()->Native().content->childAt(1, 1);
+    const QPoint button(list->width() - 22, 50 * row + 26);
+    QTest::mouseMove(list, button);
+    QTest::mouseClick(list, Qt::LeftButton, Qt::NoModifier, button);
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "tests/support/TestFolder.h"
+#include "tests/support/Waiting.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+class claFilePerform;
+class claFilePerformInfo;
+class winCut;
+
+// A test that works with the program's list of operations. It leaves the list empty and the preferences at their
+// defaults, whatever became of its workers.
+class ProgramTest : public testing::Test {
+protected:
+    ProgramTest();
+    ~ProgramTest() override;
+
+    const TestFolder folder;
+    // Every row of this test in the order of their coming. While onRow runs, the row's worker waits.
+    std::vector<Ref<claFilePerformInfo>> rows;
+    std::function<void(claFilePerformInfo&)> onRow;
+
+    static claFilePerform& List();
+    static std::string StatusText();
+
+    // What the user does in the next cut dialog.
+    static void WhenAsked(const std::function<void(winCut&)>& answer);
+    void Cut(const std::string& name, const std::string& size) const;
+    void Glue(const std::string& name) const;
+    // Clicks on the stop button of a row with a real pointer.
+    static void ClickStop(int row);
+};

@@ -1,0 +1,117 @@
+#include "tests/support/TestFolder.h"
+
+#include "framework/files/FolderItem.h"
+#include "framework/files/ProgramFile.h"
+#include "framework/files/SpecialFolder.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string home;
+
+std::string NewFolder(const std::string& parent) {
+    fs::create_directories(parent);
+    std::string path = parent + "/XXXXXX";
+    if (mkdtemp(path.data()) == nullptr)
+        std::abort();
+    return path;
+}
+
+std::vector<std::string> NamesIn(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code missing;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, missing))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+} // namespace
+
+void EnterPrivateHome() {
+    home = NewFolder(PathBesideProgram("../homes"));
+    unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    for (const auto& [name, value] : {std::pair<const char*, std::string>("HOME", home),
+                                      {"XDG_RUNTIME_DIR", home},
+                                      {"XDG_DATA_HOME", home + "/data"},
+                                      {"XDG_CONFIG_HOME", home + "/config"},
+                                      {"XDG_CACHE_HOME", home + "/cache"},
+                                      {"LC_ALL", "C.UTF-8"},
+                                      {"LANGUAGE", ""},
+                                      {"QT_QPA_PLATFORM", "offscreen"}})
+        setenv(name, value.c_str(), 1);
+}
+
+void LeavePrivateHome() {
+    fs::remove_all(home);
+}
+
+std::vector<std::string> TrashedNames() {
+    return NamesIn(home + "/data/Trash/files");
+}
+
+void EmptyTrash() {
+    fs::remove_all(home + "/data/Trash");
+}
+
+Ref<FolderItem> NoPreferences() {
+    const Ref<FolderItem> file = SpecialFolder::Preferences()->Child("Ombrivel 1.0.0 Preferences");
+    file->Delete();
+    return file;
+}
+
+std::string AskedOfDesktop() {
+    const std::string requests = ReadFile(home + "/asked");
+    fs::remove(home + "/asked");
+    return requests;
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string Pattern(std::size_t size) {
+    std::mt19937 next(static_cast<uint32_t>(size));
+    std::string bytes(size, '\0');
+    std::generate(bytes.begin(), bytes.end(), [&next] { return static_cast<char>(next()); });
+    return bytes;
+}
+
+TestFolder::TestFolder() : path_(NewFolder(home + "/files")) {}
+
+TestFolder::~TestFolder() {
+    fs::remove_all(path_);
+}
+
+Ref<FolderItem> TestFolder::Item(const std::string& name) const {
+    return New<FolderItem>(path_)->Child(name);
+}
+
+std::vector<std::string> TestFolder::Names() const {
+    return NamesIn(path_);
+}
+
+void TestFolder::Write(const std::string& name, const std::string& bytes) const {
+    std::ofstream(Path(name), std::ios::binary) << bytes;
+}
+
+void TestFolder::WriteSparse(const std::string& name, uint64_t size) const {
+    std::ofstream(Path(name), std::ios::app);
+    fs::resize_file(Path(name), size);
+}
+
+FileSizeLimit::FileSizeLimit(uint64_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    rlimit small = before_;
+    small.rlim_cur = bytes;
+    setrlimit(RLIMIT_FSIZE, &small);
+}

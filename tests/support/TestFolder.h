@@ -1,0 +1,60 @@
+#pragma once
+
+#include "framework/base/Ref.h"
+
+#include <cstdint>
+#include <string>
+#include <sys/resource.h>
+#include <vector>
+
+class FolderItem;
+
+// Gives the process a home of its own beside the tests, and with it a Trash and preferences that are real and private.
+// To be called before anything asks for them.
+void EnterPrivateHome();
+void LeavePrivateHome();
+
+std::vector<std::string> TrashedNames(); // sorted
+void EmptyTrash();
+// The preferences file, which is gone now if it was there.
+Ref<FolderItem> NoPreferences();
+// What the desktop was asked since the last call, one request a line: "reveal /path", "open /path".
+std::string AskedOfDesktop();
+
+std::string ReadFile(const std::string& path);
+// Bytes in which no two places look alike.
+std::string Pattern(std::size_t size);
+
+// A folder for one test, gone with it.
+class TestFolder {
+public:
+    TestFolder();
+    ~TestFolder();
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+
+    const std::string& Path() const { return path_; }
+    std::string Path(const std::string& name) const { return path_ + "/" + name; }
+    Ref<FolderItem> Item(const std::string& name) const;
+    std::vector<std::string> Names() const; // sorted
+
+    void Write(const std::string& name, const std::string& bytes) const;
+    // Gives a new or an existing file that size, without room on the disk for it.
+    void WriteSparse(const std::string& name, uint64_t size) const;
+    std::string Read(const std::string& name) const { return ReadFile(Path(name)); }
+
+private:
+    std::string path_;
+};
+
+// While one of these lives, no file of this process grows beyond that size: writes fail, as on a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(uint64_t bytes);
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit before_{};
+};
