@@ -40,6 +40,11 @@ TEST(Files, AnyNameOfTheSystemPassesThroughWholeAndIntoTheTrash) {
     }
 }
 
+TEST(Files, ADropMayHoldAnyNameOfThisMachine) {
+    const std::string list = "# note\r\nfile:///a%20b\r\nhttp://x/y\r\nfile://elsewhere/c\r\nfile:///%FF";
+    EXPECT_EQ(PathsFromUriList(list), (Names{"/a b", "/\xFF"}));
+}
+
 TEST(Files, NoChildLeavesItsFolder) {
     const TestFolder folder;
     for (const std::string& name : {""s, "."s, ".."s, "/"s, "a/b"s, "../x"s, "zero\0byte"s, std::string(256, 'n')}) {

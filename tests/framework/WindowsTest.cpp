@@ -1,8 +1,6 @@
-#include "framework/files/FolderItem.h"
 #include "framework/threads/MainThread.h"
 #include "framework/threads/Thread.h"
 #include "framework/windows/Canvas.h"
-#include "framework/windows/DragItem.h"
 #include "framework/windows/Graphics.h"
 #include "framework/windows/Label.h"
 #include "framework/windows/Native.h"
@@ -10,10 +8,7 @@
 #include "framework/windows/Window.h"
 #include "tests/support/Waiting.h"
 
-#include <QApplication>
-#include <QDropEvent>
 #include <QLabel>
-#include <QMimeData>
 #include <QProgressBar>
 
 #include <gtest/gtest.h>
@@ -141,31 +136,6 @@ TEST(Windows, ACanvasIsRepaintedOnceWhenBarsAboveItChangeMoveOrGo) {
     EXPECT_GE(paints, 1);
     EXPECT_TRUE(served);
     EXPECT_FALSE(servedWithin);
-    window->Close();
-}
-
-// The toolkit's own reading of a drop loses names that are not valid UTF-8.
-TEST(Windows, ADropHandsOverEveryFileAfterItIsOver) {
-    const Ref<TestWindow> window = TestWindow::Open();
-    window->canvas->AcceptFileDrop("Unknown");
-    std::string dropped;
-    window->canvas->DropObject = [&dropped](const Ref<DragItem>& drag, int32_t) {
-        do
-            dropped += drag->FolderItem()->AbsolutePath();
-        while (drag->NextItem());
-    };
-    QMimeData files;
-    files.setData(QStringLiteral("text/uri-list"),
-                  "# note\r\nfile:///a%20b\r\nhttp://x/y\r\nfile://z/z\r\nfile:///%FF");
-    const Qt::DropActions offered = Qt::MoveAction | Qt::CopyAction;
-    QDragEnterEvent enter(QPoint(5, 5), offered, &files, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(window->canvas->Widget(), &enter);
-    QDropEvent drop(QPointF(5, 5), offered, &files, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(window->canvas->Widget(), &drop);
-    EXPECT_TRUE(drop.isAccepted());
-    EXPECT_EQ(drop.dropAction(), Qt::CopyAction) << "a move would let the other program delete the files";
-    EXPECT_EQ(dropped, "");
-    EXPECT_TRUE(WaitUntil([&dropped] { return dropped == "/a b/\xFF"; }));
     window->Close();
 }
 

@@ -66,7 +66,7 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
     const auto after = [&](int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         field->setText(QStringLiteral("1050"));
         field->setCursorPosition(2);
-        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
+        QTest::keyClick(box, static_cast<Qt::Key>(key), modifiers);
         EXPECT_FALSE(field->hasSelectedText()) << key;
         return field->text().insert(field->cursorPosition(), QLatin1Char('|')).toStdString();
     };
@@ -84,9 +84,11 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
     EXPECT_EQ(after(Qt::Key_V, Qt::ControlModifier), "101.44|50");
 
     const auto pressed = [&](const std::vector<Qt::Key>& keys) {
-        PostToMainThread([keys] {
-            for (const Qt::Key key : keys)
-                QTest::keyClick(QApplication::focusWidget(), key);
+        PostToMainThread([keys, window = dialog->Native().widget] {
+            for (const Qt::Key key : keys) {
+                QWidget* const focused = window->focusWidget();
+                QTest::keyClick(focused == nullptr ? window.data() : focused, key);
+            }
         });
         return dialog->ShowModal();
     };
@@ -95,6 +97,31 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
     dialog->comPartSize()->SetText("0");
     EXPECT_EQ(pressed({Qt::Key_Return, Qt::Key_Escape}), dialog->CancelButton) << "a disabled button is not pressed";
     dialog->Close();
+}
+
+TEST_F(CutDialogTest, GivesTheButtonThatEndedItOrThatOfAnEarlierRun) {
+    const auto runToTheCloseBox = [](const Ref<winCut>& dialog) {
+        PostToMainThread([&dialog] { dialog->Native().widget->close(); });
+        return dialog->ShowModal();
+    };
+    EXPECT_TRUE(runToTheCloseBox(winCut::Instance()).IsNil());
+    const Ref<winCut> dialog = winCut::Instance(); // a new one: the other has gone
+    dialog->UpdateStatus();
+    EXPECT_EQ(dialog->ActionButton->Caption() + ", " + dialog->CancelButton->Caption(), "Cut, Cancel");
+    EXPECT_GT(dialog->ActionButton->Left(), dialog->CancelButton->Left());
+    int vetoes = 0;
+    dialog->ActionButton->Action = [&vetoes] { return ++vetoes < 3; };
+    PostToMainThread([&dialog] {
+        dialog->ActionButton->Push();
+        dialog->ActionButton->Push();
+        EXPECT_TRUE(dialog->Native().widget->isVisible()) << "the handler has taken over";
+        dialog->ActionButton->Push();
+    });
+    EXPECT_EQ(dialog->ShowModal(), dialog->ActionButton);
+    EXPECT_FALSE(dialog->Closed()) << "it is hidden only: its controls can still be read";
+    EXPECT_FALSE(dialog->Native().widget->isVisible());
+    EXPECT_EQ(runToTheCloseBox(dialog), dialog->ActionButton);
+    EXPECT_THROW(New<claDialogButton>()->Push(), NilObjectException) << "it reports to nobody";
 }
 
 } // namespace

@@ -9,6 +9,8 @@
 #include "ui/claFilePerformInfo.h"
 #include "ui/winMain.h"
 
+#include <QEvent>
+
 namespace {
 
 class ListTest : public ProgramTest {
