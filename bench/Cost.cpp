@@ -26,6 +26,7 @@ double Now() {
 
 [[noreturn]] void Become(const std::vector<std::string>& words, const std::string& folder) {
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (const std::string& word : words)
         pointers.push_back(const_cast<char*>(word.c_str()));
     pointers.push_back(nullptr);

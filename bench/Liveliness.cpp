@@ -74,19 +74,27 @@ double PeakDuring(const std::function<void()>& work) {
     return MemoryField("VmHWM");
 }
 
+// One file under a name in each of as many folders as there are operations.
+std::vector<std::string> MakeFilms(const Scratch& scratch, uint64_t size) {
+    MakeFile(scratch.At("film"), size);
+    std::vector<std::string> films;
+    for (int i = 0; i < kOperations; ++i) {
+        std::filesystem::create_directory(scratch.At(std::to_string(i)));
+        films.push_back(scratch.At(std::to_string(i) + "/film"));
+        std::filesystem::create_hard_link(scratch.At("film"), films.back());
+    }
+    return films;
+}
+
 // Mebibytes per operation above the idle program.
 double MemoryPerOperation(const std::string& folder, uint64_t size) {
     const Scratch scratch(folder);
-    MakeFile(scratch.At("film"), size);
-    for (int i = 0; i < kOperations; ++i) {
-        std::filesystem::create_directory(scratch.At(std::to_string(i)));
-        std::filesystem::create_hard_link(scratch.At("film"), scratch.At(std::to_string(i) + "/film"));
-    }
+    const std::vector<std::string> films = MakeFilms(scratch, size);
     malloc_trim(0);
     const double idle = MemoryField("VmRSS");
     const double peak = PeakDuring([&] {
-        for (int i = 0; i < kOperations; ++i)
-            BeginCut(scratch.At(std::to_string(i) + "/film"), kPartSize);
+        for (const std::string& film : films)
+            BeginCut(film, kPartSize);
         WaitForAll();
     });
     return (peak - idle) / 1024 / kOperations;
@@ -101,11 +109,11 @@ void MeasureLiveliness(const BenchOptions& options, Report& report) {
     };
     {
         const Scratch scratch(options.folder);
-        MakeFile(scratch.At("film"), megabyte(512));
+        const std::vector<std::string> films = MakeFilms(scratch, megabyte(512));
         const double idle = GapDuring([] { usleep(2000000); });
         const double busy = GapDuring([&] {
-            for (int i = 0; i < kOperations; ++i)
-                BeginCut(scratch.At("film"), 10 * 1048576);
+            for (const std::string& film : films)
+                BeginCut(film, 10 * 1048576);
             WaitForAll();
         });
         report.Add("event loop, idle", "99 % of the gaps below, ms", idle, 20);

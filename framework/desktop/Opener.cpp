@@ -33,6 +33,7 @@ void RunOpener(const std::string& verb, const std::vector<std::string>& argument
     std::vector<std::string> words{program, verb};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);

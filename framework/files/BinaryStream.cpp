@@ -14,10 +14,10 @@
 namespace {
 
 // Large enough to make system calls cheap, small enough to stay in the processor's cache.
-constexpr int64_t kCopyBuffer = 128 * 1024;
+constexpr int64_t kCopyBuffer = int64_t{128} * 1024;
 // Sharing may have to write the source's fresh data out first, and a stop has to wait for it: so not a whole part at
 // once.
-constexpr int64_t kShareAtOnce = 64 * 1024 * 1024;
+constexpr int64_t kShareAtOnce = int64_t{64} * 1024 * 1024;
 constexpr std::size_t kLongestPString = 255;
 
 std::vector<char>& CopyBuffer() {

@@ -33,9 +33,15 @@ void MainThreadQueue::Silence() const {
 }
 
 void MainThreadQueue::Add(std::function<void()> call) {
-    const std::lock_guard lock(mutex_);
-    calls_.push_back(std::move(call));
-    if (calls_.size() == 1)
+    bool first = false;
+    {
+        const std::lock_guard lock(mutex_);
+        calls_.push_back(std::move(call));
+        first = calls_.size() == 1;
+    }
+    // Not under the lock: the main thread wakes at once, and would have to wait until a worker that it has just pushed
+    // aside gets its turn again and lets go.
+    if (first)
         Ring();
 }
 

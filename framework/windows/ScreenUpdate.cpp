@@ -19,9 +19,13 @@ public:
     }
 
     void Add(Ref<ScreenUpdate> update) {
-        const std::lock_guard lock(mutex_);
-        updates_.push_back(std::move(update));
-        if (updates_.size() == 1)
+        bool first = false;
+        {
+            const std::lock_guard lock(mutex_);
+            updates_.push_back(std::move(update));
+            first = updates_.size() == 1;
+        }
+        if (first)
             PostToMainThread([this] { ServeWithNextFrame(); });
     }
 

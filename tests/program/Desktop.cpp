@@ -114,24 +114,24 @@ void Desktop::WriteOpener() const {
 
 void Desktop::StartDisplay() {
     // It chooses a free number, and writes it when it is ready.
-    const Process& display =
+    Process& display =
         Start("display", {"Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-noreset"});
-    Await("a display (Xvfb)", [&] { return display.Output().ends_with('\n'); });
+    display.Await("a display", [&] { return display.Output().ends_with('\n'); });
     environment_["DISPLAY"] = ":" + Lines(display.Output()).at(0);
 }
 
 void Desktop::StartBus() {
     WriteFile(folder_ / "bus.conf", kBusSettings);
-    const Process& bus = Start(
+    Process& bus = Start(
         "bus", {"dbus-daemon", "--nofork", "--print-address=1", "--config-file=" + (folder_ / "bus.conf").string()});
-    Await("a session bus (dbus-daemon)", [&] { return bus.Output().ends_with('\n'); });
+    bus.Await("a session bus", [&] { return bus.Output().ends_with('\n'); });
     environment_["DBUS_SESSION_BUS_ADDRESS"] = Lines(bus.Output()).at(0);
 }
 
 void Desktop::StartWindowManager() {
     WriteFile(folder_ / "openbox.xml", kWindowManagerSettings);
-    Start("window-manager", {"openbox", "--config-file", folder_ / "openbox.xml"});
-    Await("a window manager (openbox), or xdotool", [this] { return !Run({"xdotool", "get_desktop"}).empty(); });
+    Process& manager = Start("window-manager", {"openbox", "--config-file", folder_ / "openbox.xml"});
+    manager.Await("a window manager that xdotool finds", [this] { return !Run({"xdotool", "get_desktop"}).empty(); });
 }
 
 Process& Desktop::Start(const std::string& name, const Words& command) {
@@ -149,7 +149,7 @@ Process& Desktop::Pretend(const Words& words) {
     Words command{OMBRIVEL_PRETEND};
     command.insert(command.end(), words.begin(), words.end());
     Process& process = Start(words.at(0), command);
-    Await("the pretended " + words.at(0), [&] { return process.Output().starts_with("ready\n"); });
+    process.Await("a pretended " + words.at(0), [&] { return process.Output().starts_with("ready\n"); });
     return process;
 }
 

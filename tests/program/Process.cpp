@@ -68,7 +68,7 @@ Process::Process(const Words& command, const Setting& setting) : name_(command.a
     Words words = command;
     Words environment;
     for (const auto& [name, value] : setting.environment)
-        environment.push_back(name + "=" + value);
+        environment.emplace_back(name).append("=").append(value);
     const std::vector<char*> wordPointers = Pointers(words);
     const std::vector<char*> environmentPointers = Pointers(environment);
     const std::string folder = setting.folder.string();
@@ -124,8 +124,18 @@ std::optional<int> Process::ExitCode() {
     return exitCode_;
 }
 
+void Process::Await(const std::string& what, const std::function<bool()>& isSo) {
+    ::Await(what, [&] {
+        if (isSo())
+            return true;
+        if (ExitCode())
+            throw std::runtime_error(name_ + " ended before there was " + what + ": " + Errors());
+        return false;
+    });
+}
+
 int Process::Wait(std::chrono::milliseconds limit) {
-    Await(
+    ::Await(
         "the end of " + name_, [this] { return ExitCode().has_value(); }, limit);
     return *exitCode_;
 }

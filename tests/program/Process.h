@@ -44,6 +44,8 @@ public:
 
     // Nothing while it runs; 128 and the signal's number if a signal ended it.
     std::optional<int> ExitCode();
+    // Waits for something that this process brings about. Does not wait on when the process has ended.
+    void Await(const std::string& what, const std::function<bool()>& isSo);
     // Waits for the end.
     int Wait(std::chrono::milliseconds limit = kPatience);
 

@@ -25,7 +25,7 @@ Program::Program(const Desktop& desktop, const Words& files, const Process::Sett
 
 WindowId Program::MainWindow() {
     const auto isOlder = [](const WindowId& one, const WindowId& other) { return std::stoul(one) < std::stoul(other); };
-    Await("the main window", [&] {
+    process_.Await("a main window", [&] {
         const std::vector<WindowId> windows = desktop_.WindowsOf(process_);
         if (main_.empty() && !windows.empty())
             main_ = *std::min_element(windows.begin(), windows.end(), isOlder);
@@ -37,7 +37,7 @@ WindowId Program::MainWindow() {
 WindowId Program::Dialog() {
     const WindowId main = MainWindow();
     WindowId dialog;
-    Await("a dialog", [&] {
+    process_.Await("a dialog", [&] {
         const std::vector<WindowId> windows = desktop_.WindowsOf(process_);
         dialog = desktop_.ActiveWindow();
         return dialog != main && std::find(windows.begin(), windows.end(), dialog) != windows.end();
@@ -64,7 +64,7 @@ void Program::CutAt(const std::string& megabytes) {
 
 void Program::CloseMainWindow() {
     const WindowId main = MainWindow();
-    Await("the main window in front", [&] { return desktop_.ActiveWindow() == main; });
+    process_.Await("a main window in front", [&] { return desktop_.ActiveWindow() == main; });
     desktop_.Press({"alt+F4"});
 }
 

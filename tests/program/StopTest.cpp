@@ -41,7 +41,8 @@ TEST_F(Stop, TheWaitForADownloadEndsSoonAfterThePartIsThere) {
 }
 
 TEST_F(Stop, ARunningCutIsStoppedByItsButton) {
-    const std::uintmax_t size = 16 * 1024 * kMegabyte; // many seconds of work, though no room on the disk
+    const std::uintmax_t size =
+        std::uintmax_t{16} * 1024 * kMegabyte; // many seconds of work, though no room on the disk
     WriteFile(File("huge.iso"), "");
     std::filesystem::resize_file(File("huge.iso"), size);
     Program& program = Start({"huge.iso"});

@@ -58,6 +58,13 @@ Program& WholeProgramTest::Start(const Words& files) {
     return *programs_.back();
 }
 
+Program& WholeProgramTest::StartIn(const std::string& languages, const Words& files) {
+    Process::Setting setting = NextSetting();
+    setting.environment["LANGUAGE"] = languages;
+    programs_.push_back(std::make_unique<Program>(desktop, files, setting));
+    return *programs_.back();
+}
+
 Program& WholeProgramTest::StartWithoutBus(const Words& files) {
     Process::Setting setting = NextSetting();
     setting.environment.erase("DBUS_SESSION_BUS_ADDRESS");

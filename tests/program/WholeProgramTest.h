@@ -22,6 +22,8 @@ protected:
 
     // Starts the program in the folder of the files.
     Program& Start(const Words& files);
+    // The same on a desktop that is set to other languages, "de_AT:fr".
+    Program& StartIn(const std::string& languages, const Words& files);
     Program& StartWithoutBus(const Words& files);
     // Starts the program while another one runs, and waits until it ends, having handed its files over.
     int StartAgain(const Words& files);

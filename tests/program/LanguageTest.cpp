@@ -1,0 +1,115 @@
+#include "tests/program/WholeProgramTest.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// The program in a language, and the dialog that asks for one where the system's has no folder. Finnish has none.
+class Languages : public WholeProgramTest {
+protected:
+    // The only window of the program, in front.
+    WindowId OnlyWindow(Program& program) {
+        WindowId window;
+        program.Run().Await("one window in front", [&] {
+            const std::vector<WindowId> windows = desktop.WindowsOf(program.Run());
+            window = desktop.ActiveWindow();
+            return windows.size() == 1 && windows.front() == window;
+        });
+        return window;
+    }
+
+    Program& StartToTheChooser(const Words& files) {
+        Program& program = StartIn("fi", files);
+        Await("the chooser", [&] { return IsChooser(OnlyWindow(program)); });
+        return program;
+    }
+
+    bool IsChooser(const WindowId& window) const { return desktop.SizeOf(window).width == 399; }
+
+    void AwaitMainWindow(Program& program) {
+        program.Run().Await("the main window", [&] { return !IsChooser(OnlyWindow(program)); });
+    }
+
+    void ExpectSavedLanguage(Program& program, const std::string& language) {
+        desktop.Press({"ctrl+q"});
+        EXPECT_EQ(program.End(), 0);
+        EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes({.SearchForUpdates = false}, language));
+    }
+};
+
+} // namespace
+
+TEST_F(Languages, ARegionalFormFallsBackToItsLanguageAndTheFirstWantedOneCounts) {
+    Program& program = StartIn("fi:de_AT:fr", {});
+    AwaitMainWindow(program);
+    ExpectSavedLanguage(program, "German");
+}
+
+TEST_F(Languages, OneIsChosenByKeysAndAFileWaitsForItsTurn) {
+    WriteFile(File("film.mov"), Noise(1000));
+    Program& program = StartToTheChooser({"film.mov"});
+    desktop.Press({"Down", "Down", "Up", "Return"}); // from Deutsch to English
+    program.Run().Await("the cut dialog", [&] { return desktop.WindowsOf(program.Run()).size() == 2; });
+    const WindowId dialog = desktop.ActiveWindow();
+    desktop.Press({"Escape"});
+    program.Run().Await("the end of the dialog", [&] { return desktop.ActiveWindow() != dialog; });
+    ExpectSavedLanguage(program, "English");
+}
+
+TEST_F(Languages, OneIsChosenByADoubleClick) {
+    Program& program = StartToTheChooser({});
+    const WindowId chooser = OnlyWindow(program);
+    desktop.ClickAt(chooser, 60, 75); // the first row, below the heading
+    desktop.ClickAt(chooser, 60, 75);
+    AwaitMainWindow(program);
+    ExpectSavedLanguage(program, "German");
+}
+
+TEST_F(Languages, LeavingTheChooserEndsTheProgramAndTouchesNoPreferences) {
+    const std::string before = ReadFile(PreferencesFile());
+    for (const char* const key : {"Escape", "alt+F4"}) {
+        Program& program = StartToTheChooser({});
+        desktop.Press({key});
+        EXPECT_EQ(program.End(), 0) << key;
+        EXPECT_EQ(ReadFile(PreferencesFile()), before) << key;
+    }
+}
+
+using Menus = WholeProgramTest;
+
+TEST_F(Menus, CommandsGoToTheWindowInFront) {
+    Program& program = Start({});
+    const WindowId main = program.MainWindow();
+    desktop.Press({"F10", "Right", "Up", "Return"}); // the last item of the second menu: the preferences
+    const WindowId preferences = program.Dialog();
+
+    desktop.Press({"space"});        // the first box
+    desktop.Press({"ctrl+shift+o"}); // nothing to cut from here
+    desktop.Press({"ctrl+w"});       // closes what is in front
+    program.Run().Await("the main window alone", [&] {
+        return desktop.WindowsOf(program.Run()) == std::vector<WindowId>{main} && desktop.ActiveWindow() == main;
+    });
+    desktop.Press({"ctrl+shift+o"});
+    const WindowId open = program.Dialog();
+    EXPECT_NE(open, preferences);
+    desktop.Press({"Escape"});
+    program.Run().Await("the main window in front", [&] { return desktop.ActiveWindow() == main; });
+    desktop.Press({"ctrl+w"});
+    EXPECT_EQ(program.End(), 0);
+    EXPECT_EQ(ReadFile(PreferencesFile()),
+              PreferencesBytes({.MovePartsToTrash = false, .SearchForUpdates = false}, "English"));
+}
+
+TEST_F(Menus, HelpAndAboutAnswer) {
+    Program& program = Start({});
+    const WindowId main = program.MainWindow();
+    desktop.Press({"ctrl+question"});
+    program.Answer({"Return"});
+    desktop.Press({"F10", "Left", "Up", "Return"}); // the last item of the last menu: about
+    const WindowId about = program.Dialog();
+    desktop.Press({"Tab", "Return"}); // the link
+    Await("the vendor's site", [&] { return desktop.Opened() == Words{OMBRIVEL_VENDOR_SITE}; });
+    desktop.Press({"ctrl+w"});
+    program.Run().Await("the end of the about window", [&] { return desktop.ActiveWindow() == main; });
+    EXPECT_EQ(desktop.WindowsOf(program.Run()), std::vector<WindowId>{main}) << about;
+}
