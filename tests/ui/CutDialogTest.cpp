@@ -62,6 +62,7 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
     dialog->UpdateStatus();
     auto* const box = dialog->Native().widget->findChild<QComboBox*>();
     QLineEdit* const field = box->lineEdit();
+    EXPECT_TRUE(WaitUntil([box] { return QApplication::focusWidget() == box; }));
     // What the field holds after a key between the digits 10 and 50, with the cursor shown.
     const auto after = [&](int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         field->setText(QStringLiteral("1050"));
