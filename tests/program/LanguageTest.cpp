@@ -21,7 +21,16 @@ protected:
     Program& StartToTheChooser(const Words& files) {
         Program& program = StartIn("fi", files);
         Await("the chooser", [&] { return IsChooser(OnlyWindow(program)); });
+        // Its text comes with the choice of the first row, when all rows are there.
+        Await("a chooser with its rows",
+              [&] { return !IsBlank(desktop.Picture(OnlyWindow(program), 20, 14, 359, 20)); });
         return program;
+    }
+
+    static bool IsBlank(const std::string& picture) {
+        constexpr std::size_t kPixel = 3, kHeader = 32; // more than it has
+        return picture.size() < kHeader + kPixel || picture.compare(kHeader + kPixel, std::string::npos, picture,
+                                                                    kHeader, picture.size() - kHeader - kPixel) == 0;
     }
 
     bool IsChooser(const WindowId& window) const { return desktop.SizeOf(window).width == 399; }
@@ -79,7 +88,7 @@ using Menus = WholeProgramTest;
 
 TEST_F(Menus, CommandsGoToTheWindowInFront) {
     Program& program = Start({});
-    const WindowId main = program.MainWindow();
+    const WindowId main = program.MainWindowInFront();
     desktop.Press({"F10", "Right", "Up", "Return"}); // the last item of the second menu: the preferences
     const WindowId preferences = program.Dialog();
 
@@ -102,7 +111,7 @@ TEST_F(Menus, CommandsGoToTheWindowInFront) {
 
 TEST_F(Menus, HelpAndAboutAnswer) {
     Program& program = Start({});
-    const WindowId main = program.MainWindow();
+    const WindowId main = program.MainWindowInFront();
     desktop.Press({"ctrl+question"});
     program.Answer({"Return"});
     desktop.Press({"F10", "Left", "Up", "Return"}); // the last item of the last menu: about

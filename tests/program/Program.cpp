@@ -62,9 +62,14 @@ void Program::CutAt(const std::string& megabytes) {
     Answer(keys);
 }
 
-void Program::CloseMainWindow() {
+WindowId Program::MainWindowInFront() {
     const WindowId main = MainWindow();
     process_.Await("a main window in front", [&] { return desktop_.ActiveWindow() == main; });
+    return main;
+}
+
+void Program::CloseMainWindow() {
+    MainWindowInFront();
     desktop_.Press({"alt+F4"});
 }
 

@@ -13,6 +13,8 @@ public:
 
     // Waits for the main window.
     WindowId MainWindow();
+    // Waits until it gets the keys.
+    WindowId MainWindowInFront();
     // Waits until another window of the program than the main one is in front.
     WindowId Dialog();
     // Waits for a dialog, presses the keys in it and waits until it has gone.
