@@ -66,7 +66,7 @@ void Control::Close() {
     window_.reset();
     if (native_ && native_->widget) {
         native_->widget->hide();
-        native_->widget->deleteLater();
+        DeleteLater(*native_->widget, Self(this));
     }
     native_.reset();
 }

@@ -38,6 +38,11 @@ std::string FromScreen(const QString& text) {
     return text.toStdString();
 }
 
+void DeleteLater(QWidget& widget, const Ref<Object>& owner) {
+    QObject::connect(&widget, &QObject::destroyed, &widget, [owner] {}); // goes with the widget
+    widget.deleteLater();
+}
+
 QFont SystemFont(bool small, bool bold) {
     QFont font = QApplication::font();
     font.setPixelSize(small ? kSmallSystemPixels : kSystemPixels);

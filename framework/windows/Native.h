@@ -2,6 +2,8 @@
 
 // The toolkit's side of windows and controls. Included by the framework's sources only.
 
+#include "framework/base/Ref.h"
+
 #include <QEventLoop>
 #include <QMainWindow>
 #include <QPointer>
@@ -63,6 +65,9 @@ QString ToParagraphs(const std::string& text);
 // A caption of the toolkit's buttons and menus, in which "&" marks a mnemonic: ours have none.
 QString ToCaption(std::string_view text);
 std::string FromScreen(const QString& text);
+
+// Deletes a widget from the event loop. Until then it may still get events, so it holds the object that it reports to.
+void DeleteLater(QWidget& widget, const Ref<Object>& owner);
 
 // The fonts that controls use, by the names of their layouts: "System" and "SmallSystem".
 QFont SystemFont(bool small, bool bold);

@@ -229,7 +229,7 @@ void Window::FinishClose() {
     EventEdge::Run("window close", [this] { Event_Close(); });
     std::erase(OpenWindows(), self);
     if (native_->widget)
-        native_->widget->deleteLater();
+        DeleteLater(*native_->widget, self);
 }
 
 void Window::BringToFront() {

@@ -63,23 +63,23 @@ TEST_F(GlueTest, JoinsTheSeriesFromItsLowestNumberToItsFirstGap) {
 }
 
 TEST_F(GlueTest, GivesBackSideBySideWhatWasCutSideBySide) {
-    const std::string films = "abcdefghijkl";
-    for (const char film : films) {
-        folder.Write({film}, film + Pattern(2 * kMegabyte));
-        Cut({film}, "0.3");
+    const std::string base = "film "; // and two digits, so that no name begins with another
+    for (std::size_t i = 10; i < 22; ++i) {
+        folder.Write(base + std::to_string(i), Pattern(2 * kMegabyte + i));
+        Cut(base + std::to_string(i), "0.3");
     }
     EXPECT_TRUE(WaitForWorkers());
-    EXPECT_EQ(folder.Names().size(), films.size() * 8);
-    for (const char film : films) {
-        std::filesystem::remove(folder.Path({film}));
-        Glue(film + std::string(".002"));
+    EXPECT_EQ(folder.Names().size(), 12U * 8U);
+    for (std::size_t i = 10; i < 22; ++i) {
+        std::filesystem::remove(folder.Path(base + std::to_string(i)));
+        Glue(base + std::to_string(i) + ".002");
     }
     EXPECT_TRUE(WaitForWorkers());
-    for (const char film : films)
-        EXPECT_TRUE(folder.Read({film}) == film + Pattern(2 * kMegabyte)) << film;
-    EXPECT_EQ(folder.Names().size(), films.size());
-    EXPECT_EQ(TrashedNames().size(), films.size() * 7);
-    EXPECT_EQ(rows.size(), films.size() * 2);
+    for (std::size_t i = 10; i < 22; ++i)
+        EXPECT_TRUE(folder.Read(base + std::to_string(i)) == Pattern(2 * kMegabyte + i)) << i;
+    EXPECT_EQ(folder.Names().size(), 12U);
+    EXPECT_EQ(TrashedNames().size(), 12U * 7U);
+    EXPECT_EQ(rows.size(), 24U);
     EXPECT_TRUE(App::Instance()->InUse.empty());
     EXPECT_EQ(StatusText(), "0 operations running");
 }

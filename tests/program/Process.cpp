@@ -129,7 +129,8 @@ void Process::Await(const std::string& what, const std::function<bool()>& isSo) 
         if (isSo())
             return true;
         if (ExitCode())
-            throw std::runtime_error(name_ + " ended before there was " + what + ": " + Errors());
+            throw std::runtime_error(name_ + " ended with " + std::to_string(*exitCode_) + " before there was " + what +
+                                     ": " + Errors());
         return false;
     });
 }

@@ -67,7 +67,7 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
     const auto after = [&](int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         field->setText(QStringLiteral("1050"));
         field->setCursorPosition(2);
-        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
+        QTest::keyClick(box, static_cast<Qt::Key>(key), modifiers);
         EXPECT_FALSE(field->hasSelectedText()) << key;
         return field->text().insert(field->cursorPosition(), QLatin1Char('|')).toStdString();
     };
@@ -85,9 +85,11 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
     EXPECT_EQ(after(Qt::Key_V, Qt::ControlModifier), "101.44|50");
 
     const auto pressed = [&](const std::vector<Qt::Key>& keys) {
-        PostToMainThread([keys] {
-            for (const Qt::Key key : keys)
-                QTest::keyClick(QApplication::focusWidget(), key);
+        PostToMainThread([keys, window = dialog->Native().widget] {
+            for (const Qt::Key key : keys) {
+                QWidget* const focused = window->focusWidget();
+                QTest::keyClick(focused == nullptr ? window.data() : focused, key);
+            }
         });
         return dialog->ShowModal();
     };

@@ -1,0 +1,106 @@
+// Every text of every window, in every language, has room in its control.
+
+#include "core/App.h"
+#include "framework/app/Application.h"
+#include "framework/files/FolderItem.h"
+#include "framework/files/SpecialFolder.h"
+#include "framework/windows/Label.h"
+#include "framework/windows/Native.h"
+#include "framework/windows/Window.h"
+#include "settings/Multilingual.h"
+#include "settings/winChooseLanguage.h"
+#include "settings/winPreferences.h"
+#include "tests/support/Waiting.h"
+#include "ui/MainMenu.h"
+#include "ui/claDialogButton.h"
+#include "ui/winAbout.h"
+#include "ui/winCut.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QLabel>
+
+namespace {
+
+Ref<FolderItem> Languages() {
+    return SpecialFolder::Resources()->Child("Multilingual");
+}
+
+std::vector<std::string> LanguageNames() {
+    std::vector<std::string> names;
+    const Ref<FolderItem> folder = Languages();
+    for (int32_t i = 1; i <= folder->Count(); ++i)
+        names.push_back(folder->Item(i)->Name());
+    return names;
+}
+
+bool HasRoom(const QLabel& label) {
+    if (label.wordWrap())
+        return label.heightForWidth(label.width()) <= label.height();
+    return label.sizeHint().width() <= label.width() &&
+           label.sizeHint().height() <= label.height() + 2; // rows of the font that no letter reaches
+}
+
+// The frame of a button may be narrower than the style would like it, its text may not touch it.
+bool HasRoom(const QAbstractButton& button) {
+    constexpr int kFrame = 6;
+    const int text = button.fontMetrics().horizontalAdvance(button.text());
+    return button.inherits("QCheckBox") ? button.sizeHint().width() <= button.width()
+                                        : text + 2 * kFrame <= button.width();
+}
+
+class WindowTextsTest : public testing::TestWithParam<std::string> {
+protected:
+    WindowTextsTest() { Multilingual::Initialize(Languages(), GetParam()); }
+    ~WindowTextsTest() override { Multilingual::Initialize(Languages(), "English"); }
+
+    template <class Widget>
+    static void ExpectRoomFor(const Ref<Window>& window) {
+        for (const Widget* const widget : window->Native().widget->findChildren<Widget*>()) {
+            const bool fits = widget->text().isEmpty() || HasRoom(*widget);
+            EXPECT_TRUE(fits) << widget->text().toStdString() << ": " << widget->sizeHint().width() << " in "
+                              << widget->width();
+        }
+    }
+
+    static void ExpectRoom(const Ref<Window>& window) {
+        window->Show();
+        ShowOnScreen();
+        ExpectRoomFor<QLabel>(window);
+        ExpectRoomFor<QAbstractButton>(window);
+        window->Close();
+    }
+};
+
+TEST_P(WindowTextsTest, EveryTextHasRoom) {
+    ExpectRoom(winCut::Instance());
+    ExpectRoom(winPreferences::Instance());
+    ExpectRoom(winAbout::Instance());
+
+    const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
+    chooser->staMessage()->SetText(Multilingual::GetString("ChoosePlease"));
+    chooser->ActionButton->SetCaption(Multilingual::GetString("ButtonOK"));
+    chooser->CancelButton->SetCaption(Multilingual::GetString("ButtonQuit"));
+    ExpectRoom(chooser);
+}
+
+TEST_P(WindowTextsTest, EveryMenuItemHasItsText) {
+    for (const auto& menu : Application::MenuBar()->Menus()) {
+        EXPECT_NE(menu->Text(), "");
+        for (const auto& item : menu->Items())
+            EXPECT_NE(item->Text(), "") << item->Name();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, WindowTextsTest, testing::ValuesIn(LanguageNames()),
+                         [](const testing::TestParamInfo<std::string>& language) {
+                             std::string name;
+                             for (const char letter : language.param) {
+                                 if (std::isalnum(static_cast<unsigned char>(letter)) != 0)
+                                     name.push_back(letter);
+                             }
+                             return name;
+                         });
+
+} // namespace
