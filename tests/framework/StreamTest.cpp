@@ -74,7 +74,7 @@ TEST_F(StreamTest, AFailedWriteAdvancesTheSourceByTheBlock) {
 TEST_F(StreamTest, ASourceMayShrinkAndGrowWhileItIsRead) {
     const Ref<BinaryStream> from = Source(bytes);
     const Ref<BinaryStream> to = Target();
-    to->WriteFrom(*from, kBlock, kBlock);
+    to->WriteFrom(*from, kBlock);
     folder.WriteSparse("from", kBlock + 10);
     to->WriteFrom(*from, kBlock);
     EXPECT_TRUE(from->AtEOF());

@@ -41,7 +41,7 @@ TEST_F(LanguageTest, LinesAreReadByTheirGrammar) {
     // clang-format on
     for (const auto& [content, text] : table)
         EXPECT_EQ(TextIn(content, "Foo"), text) << content;
-    TextIn("Foo: a", "");
+    EXPECT_EQ(TextIn("//Foo: a\nFoo: b", "//Foo"), "");
     EXPECT_THROW(Multilingual::LoadLanguageFile(folder.Item("missing")), NilObjectException);
     EXPECT_EQ(Multilingual::GetString("Foo"), "") << "emptied before the file is opened";
 }
