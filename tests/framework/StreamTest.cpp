@@ -20,7 +20,7 @@ protected:
     Ref<BinaryStream> Target() const { return folder.Item("to")->CreateBinaryFile(""); }
 
     const TestFolder folder;
-    const std::string bytes = Pattern(4 * kBlock);
+    const std::string bytes = Pattern(std::size_t{4} * kBlock);
 };
 
 TEST_F(StreamTest, MovesBlocksExactlyAndNothingBehindTheEnd) {

@@ -41,7 +41,9 @@ TEST(Preferences, EachSettingHasItsByteInTheFile) {
         flags[i] = '\0';
         expected[i + 1] = '0';
         const std::string language = preferences->Language.substr(0, 255);
-        EXPECT_TRUE(ReadFile(file->AbsolutePath()) == kHead + char(language.size()) + language + flags) << i;
+        std::string bytes = kHead;
+        bytes.append(1, char(language.size())).append(language).append(flags);
+        EXPECT_TRUE(ReadFile(file->AbsolutePath()) == bytes) << i;
         EXPECT_EQ(Loaded(), language + expected);
     }
     std::filesystem::remove(file->AbsolutePath());

@@ -105,7 +105,7 @@ void TestFolder::Write(const std::string& name, const std::string& bytes) const 
 }
 
 void TestFolder::WriteSparse(const std::string& name, uint64_t size) const {
-    std::ofstream(Path(name), std::ios::app);
+    const std::ofstream made(Path(name), std::ios::app);
     fs::resize_file(Path(name), size);
 }
 
