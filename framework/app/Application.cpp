@@ -23,6 +23,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
@@ -158,6 +159,20 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
     Begin(paths, startup);
     QApplication::exec();
     SaveAndEnd(0);
+}
+
+void DoEvents(int32_t milliseconds) {
+    if (milliseconds < 0)
+        QCoreApplication::processEvents();
+    else
+        QCoreApplication::processEvents(QEventLoop::AllEvents, milliseconds);
+}
+
+int32_t Ticks() {
+    using Sixtieths = std::chrono::duration<int64_t, std::ratio<1, 60>>;
+    static const auto start = std::chrono::steady_clock::now();
+    return static_cast<int32_t>(
+        std::chrono::duration_cast<Sixtieths>(std::chrono::steady_clock::now() - start).count());
 }
 
 void Quit(int exitCode) {

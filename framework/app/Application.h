@@ -58,6 +58,12 @@ private:
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup);
 
+// Serves the events that are due. Main thread. With -1, which is all that the program asks for, it does not wait.
+void DoEvents(int32_t milliseconds);
+
+// Sixtieths of a second since some moment before. Any thread.
+int32_t Ticks();
+
 // Ends the program: asks every window, which may refuse; then the windows' and the application's Close events run, and
 // the process ends at once. Workers are not waited for, and no program code runs after a Quit that was not refused.
 // While a window is still asking about a close, a further Quit does nothing. Main thread.

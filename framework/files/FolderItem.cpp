@@ -5,6 +5,7 @@
 #include "framework/files/FileType.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/files/TextInputStream.h"
+#include "framework/files/TextOutputStream.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -193,6 +194,11 @@ Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& fileTypeName) 
 Ref<TextInputStream> FolderItem::OpenAsTextFile() const {
     const int descriptor = OpenPlain(path_, O_RDONLY);
     return descriptor < 0 ? nullptr : New<TextInputStream>(descriptor);
+}
+
+Ref<TextOutputStream> FolderItem::CreateTextFile() const {
+    const int descriptor = OpenPlain(path_, O_WRONLY | O_CREAT | O_TRUNC);
+    return descriptor < 0 ? nullptr : New<TextOutputStream>(descriptor);
 }
 
 void FolderItem::Delete() const {

@@ -12,6 +12,7 @@ class BinaryStream;
 class Picture;
 class Sound;
 class TextInputStream;
+class TextOutputStream;
 
 // A handle on a path that need not exist. Names and paths are the bytes that the system gave, valid UTF-8 or not.
 // Apart from the listing behind Count and Item, a handle holds no state: each call asks the file system anew. Safe on
@@ -52,6 +53,8 @@ public:
     // opens it for writing; nil when that fails.
     Ref<BinaryStream> CreateBinaryFile(const std::string& fileTypeName) const;
     Ref<TextInputStream> OpenAsTextFile() const; // nil when that fails
+    // Makes a new empty text file, or empties the one that is there; nil when that fails.
+    Ref<TextOutputStream> CreateTextFile() const;
     Ref<Picture> OpenAsPicture() const;          // nil when that fails; main thread
     Ref<Sound> OpenAsSound() const;              // nil when there is no such file; main thread
 

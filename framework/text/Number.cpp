@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cinttypes>
 #include <clocale>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <limits>
 
@@ -76,6 +78,12 @@ std::string Format(double number, std::string_view mask) {
     if (digits.size() < mask.size())
         digits.insert(0, mask.size() - digits.size(), '0');
     return number < 0 ? "-" + digits : digits;
+}
+
+std::string Hex(int32_t number) {
+    std::array<char, 16> digits{};
+    const int size = std::snprintf(digits.data(), digits.size(), "%" PRIX32, static_cast<uint32_t>(number));
+    return {digits.data(), static_cast<std::size_t>(size)};
 }
 
 bool IsNumeric(std::string_view text) {

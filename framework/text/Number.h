@@ -18,6 +18,9 @@ double Val(std::string_view text);
 // Text of `number` by a mask of zeros: the whole number, with at least as many digits as the mask has, never cut off.
 std::string Format(double number, std::string_view mask);
 
+// Hexadecimal digits in capitals, no more than needed; of a negative number, those of its 32 bits.
+std::string Hex(int32_t number);
+
 // True if the whole text reads as a decimal number: sign, digits, point, exponent, blanks around it.
 bool IsNumeric(std::string_view text);
 

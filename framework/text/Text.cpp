@@ -112,14 +112,53 @@ std::string NthField(std::string_view text, std::string_view separator, int32_t 
     return std::string(text.substr(from, text.find(separator, from) - from));
 }
 
+std::vector<std::string> Split(std::string_view text, std::string_view separator) {
+    std::vector<std::string> fields;
+    std::size_t from = 0;
+    for (std::size_t cut = 0; !separator.empty() && (cut = text.find(separator, from)) != std::string_view::npos;) {
+        fields.emplace_back(text.substr(from, cut - from));
+        from = cut + separator.size();
+    }
+    fields.emplace_back(text.substr(from));
+    return fields;
+}
+
 std::string Chr(int32_t code) {
     std::string text;
     AppendUtf8(text, static_cast<char32_t>(code));
     return text;
 }
 
+int32_t Asc(std::string_view text) {
+    return text.empty() ? 0 : static_cast<int32_t>(Utf8At(text, 0).code);
+}
+
+std::string LTrim(std::string_view text) {
+    const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
+    return std::string(text.substr(std::min(start, text.size())));
+}
+
 std::string EndOfLine() {
     return "\n";
+}
+
+std::string EndOfLineMacintosh() {
+    return "\r";
+}
+
+std::string ReplaceLineEndings(std::string_view text, std::string_view ending) {
+    std::string replaced;
+    replaced.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != '\r' && text[at] != '\n') {
+            replaced.push_back(text[at]);
+            continue;
+        }
+        replaced.append(ending);
+        if (text.substr(at, 2) == "\r\n")
+            ++at;
+    }
+    return replaced;
 }
 
 int RuntimeStringCompare(std::string_view left, std::string_view right) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Text is UTF-8 in a byte string. These functions count characters (code points), from 1. A byte that is not part of
 // valid UTF-8 counts as one character and is carried along unchanged, so file names of any bytes pass through whole.
@@ -32,11 +33,22 @@ std::string ReplaceAll(std::string_view text, std::string_view find, std::string
 // The field of that number, from 1, of `text` cut at every `separator`; empty where there is none.
 std::string NthField(std::string_view text, std::string_view separator, int32_t number);
 
-// The character with that code point, as text.
-std::string Chr(int32_t code);
+// All fields of `text` cut at every `separator`: one more than there are separators.
+std::vector<std::string> Split(std::string_view text, std::string_view separator);
 
-// The platform's line ending.
+// The character with that code point, as text; and the code of the first character, 0 of an empty text.
+std::string Chr(int32_t code);
+int32_t Asc(std::string_view text);
+
+// The text without the white space at its start.
+std::string LTrim(std::string_view text);
+
+// The platform's line ending, and the carriage return that alone ended lines on old Macintosh systems.
 std::string EndOfLine();
+std::string EndOfLineMacintosh();
+
+// Every CR LF, CR and LF replaced by `ending`.
+std::string ReplaceLineEndings(std::string_view text, std::string_view ending);
 
 // Compares without regard to case, by Unicode's simple case folding: 0 when equal, else below or above 0.
 int RuntimeStringCompare(std::string_view left, std::string_view right);

@@ -1,0 +1,54 @@
+#pragma once
+
+// The toolkit's side of a TCP connection. Included by the framework's sources only.
+
+#include "framework/net/TCPSocket.h"
+
+#include <QHostAddress>
+#include <QHostInfo>
+#include <QTcpSocket>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+// Notes what happens to the toolkit's socket, and hands it on to its owner as events: one after the other, the end
+// last, and never from within a call of the program other than Poll. While a handler serves events itself, those of its
+// own connection wait. Main thread.
+class TCPSocket::Connection : public std::enable_shared_from_this<Connection> {
+public:
+    explicit Connection(const Ref<TCPSocket>& owner);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    void Open(const std::string& address, int32_t port);
+    void Write(std::string_view bytes);
+    void Purge();
+    // Does what there is to do without the event loop; waits for it up to some milliseconds, and for the name of a host
+    // as long as its lookup takes.
+    void Serve();
+
+private:
+    void HostFound(const QHostInfo& host);
+    void TryNextAddress();
+    void Fail(QAbstractSocket::SocketError error);
+    void ServeNotifiers();
+
+    void Due(bool& event);
+    void Deliver();
+    bool DeliverNext(TCPSocket& owner);
+    bool DataDue() const;
+    void End(TCPSocket& owner);
+
+    const Ref<TCPSocket> owner_; // kept alive until it lets go of this
+    QTcpSocket* const socket_;
+    QString host_; // being looked up
+    int lookup_ = -1;
+    QList<QHostAddress> addresses_; // still to be tried
+    quint16 port_ = 0;
+    QAbstractSocket::SocketError failure_ = QAbstractSocket::UnknownSocketError;
+    bool connectedDue_ = false, dataDue_ = false, sentDue_ = false, endDue_ = false;
+    bool delivering_ = false;
+};

@@ -1,0 +1,59 @@
+#include "framework/net/TCPSocket.h"
+
+#include "framework/net/NativeConnection.h"
+
+#include <algorithm>
+#include <utility>
+
+TCPSocket::TCPSocket() = default;
+TCPSocket::~TCPSocket() = default;
+
+void TCPSocket::Connect() {
+    Close();
+    connection_ = std::make_shared<Connection>(Self(this));
+    connection_->Open(Address, Port);
+}
+
+void TCPSocket::Close() {
+    connected_ = false;
+    connection_.reset();
+}
+
+void TCPSocket::Purge() {
+    received_.clear();
+    if (connection_)
+        connection_->Purge();
+}
+
+void TCPSocket::Poll() {
+    if (const std::shared_ptr<Connection> connection = connection_)
+        connection->Serve();
+}
+
+bool TCPSocket::IsConnected() const {
+    return connected_;
+}
+
+int32_t TCPSocket::LastErrorCode() const {
+    return lastErrorCode_;
+}
+
+const std::string& TCPSocket::Lookahead() const {
+    return received_;
+}
+
+std::string TCPSocket::Read(int32_t count) {
+    const auto length = static_cast<std::size_t>(std::max(count, 0));
+    std::string bytes = received_.substr(0, length);
+    received_.erase(0, length);
+    return bytes;
+}
+
+std::string TCPSocket::ReadAll() {
+    return std::exchange(received_, {});
+}
+
+void TCPSocket::Write(std::string_view bytes) {
+    if (connected_)
+        connection_->Write(bytes);
+}

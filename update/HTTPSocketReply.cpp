@@ -1,0 +1,141 @@
+#include "update/HTTPSocket.h"
+
+#include "framework/files/BinaryStream.h"
+#include "framework/files/FolderItem.h"
+#include "framework/text/Number.h"
+#include "framework/text/Text.h"
+#include "update/InternetHeaders.h"
+
+#include <cmath>
+#include <utility>
+
+namespace {
+
+constexpr int32_t kUnauthorized = 401;
+constexpr int32_t kProxyUnauthorized = 407;
+
+bool IsAskingForCredentials(int32_t status) {
+    return status == kUnauthorized || status == kProxyUnauthorized;
+}
+
+// Byte counts have 32 bits, and wrap.
+int32_t Wrapped(int64_t count) {
+    return static_cast<int32_t>(static_cast<uint32_t>(count));
+}
+
+int32_t Wrapped(double count) {
+    constexpr double kTurn = 4294967296.0;
+    return std::isfinite(count) ? Wrapped(static_cast<int64_t>(std::fmod(count, kTurn))) : 0;
+}
+
+// Set while one of these lives, on whatever way it goes.
+class SetWhileHere {
+public:
+    explicit SetWhileHere(bool& flag) : flag_(flag) { flag_ = true; }
+    ~SetWhileHere() { flag_ = false; }
+    SetWhileHere(const SetWhileHere&) = delete;
+    SetWhileHere& operator=(const SetWhileHere&) = delete;
+
+private:
+    bool& flag_;
+};
+
+} // namespace
+
+bool HTTPSocket::IsHead() const {
+    return RuntimeStringCompare(_httpAction, "HEAD") == 0;
+}
+
+void HTTPSocket::ResetVariables() {
+    _pageBuffer.clear();
+    _pageHeaders = nullptr;
+    _headerEnd = {};
+    _httpStatusCode = 0;
+    _totalLength = 0;
+    _currentLength = 0;
+    _pageComplete = false;
+}
+
+void HTTPSocket::Event_DataAvailable() {
+    HandleNewData();
+}
+
+// The end of the connection is the end of the page. Where the end finds data that nobody read, these are handled and
+// no more: such a request stays without an end, as does one whose connection broke within the headers. That is meant.
+void HTTPSocket::Event_Error() {
+    if (!std::exchange(_connectionValid, false))
+        SetError(LastErrorCode());
+    else if (Lookahead().empty())
+        ProcessPage();
+    else
+        HandleNewData();
+}
+
+void HTTPSocket::HandleNewData() {
+    if (threadProtection)
+        return;
+    const SetWhileHere guard(threadProtection);
+    if (!_pageHeaders.IsNil()) {
+        ProcessData(ReadAll());
+        return;
+    }
+    const std::optional<HeaderEnd::Place> end = _headerEnd.Find(Lookahead());
+    if (!end)
+        return;
+    ParseHeaders(Read(static_cast<int32_t>(end->position)));
+    if ((_httpStatusCode == kUnauthorized && SetAuthentication("WWW")) ||
+        (_httpStatusCode == kProxyUnauthorized && SetAuthentication("Proxy"))) {
+        const Ref<FolderItem> file = _downloadFile; // which the new request forgets at first
+        DoConnect(_processingURL, _httpAction, file);
+        return;
+    }
+    if (!synchronous && HeadersReceived)
+        HeadersReceived(_pageHeaders, _httpStatusCode);
+    Read(static_cast<int32_t>(end->blankLine));
+    ProcessData(ReadAll());
+}
+
+void HTTPSocket::ParseHeaders(const std::string& text) {
+    _pageHeaders = New<InternetHeaders>();
+    const std::string statusLine = NthField(text, _pageHeaders->DetermineEOLCharacter(text), 1);
+    _httpStatusCode = RuntimeCvtReal64ToSInt32(Val(NthField(statusLine, " ", 2)));
+    _pageHeaders->ParseHeaders(text);
+    if (_pageHeaders->NameCount("Content-length") > 0)
+        _totalLength = Wrapped(Val(_pageHeaders->Value("Content-length")));
+}
+
+void HTTPSocket::ProcessData(const std::string& data) {
+    if (IsHead())
+        return;
+    _currentLength = Wrapped(_currentLength + static_cast<int64_t>(data.size()));
+    if (_downloadStream.IsNil())
+        _pageBuffer.append(data);
+    else
+        _downloadStream->Write(data);
+    if (!synchronous && ReceiveProgress)
+        ReceiveProgress(_currentLength, _totalLength, data);
+    if (IsAskingForCredentials(_httpStatusCode) && !IsConnected())
+        ProcessPage();
+}
+
+void HTTPSocket::ProcessPage() {
+    if (std::exchange(_pageComplete, true))
+        return;
+    const bool intoFile = !_downloadStream.IsNil();
+    const Ref<FolderItem> file = _downloadFile;
+    KillDownloadStream();
+    if (IsHead() || synchronous)
+        return;
+    if (intoFile) {
+        if (DownloadComplete)
+            DownloadComplete(_processingURL, _httpStatusCode, _pageHeaders, file);
+    } else if (PageReceived) {
+        PageReceived(_processingURL, _httpStatusCode, _pageHeaders, _pageBuffer);
+    }
+}
+
+void HTTPSocket::SetError(int32_t code) {
+    mErrorCode = code;
+    if (!synchronous && Error)
+        Error(code);
+}

@@ -1,0 +1,175 @@
+#include "update/InternetHeaders.h"
+
+#include "framework/text/Number.h"
+#include "framework/text/Text.h"
+
+#include <array>
+
+namespace {
+
+const std::string kLineEnd = "\r\n";
+
+std::string KeyOf(const std::string& name, int32_t index) {
+    return index == 0 ? name : name + ":" + Str(index);
+}
+
+std::string NameIn(const std::string& key) {
+    return NthField(key, ":", 1);
+}
+
+// Joins lines with the line end of messages.
+class Lines {
+public:
+    void Add(const std::string& name, const std::string& value) {
+        if (!text_.empty())
+            text_.append(kLineEnd);
+        text_.append(name).append(": ").append(value);
+    }
+    const std::string& Text() const { return text_; }
+
+private:
+    std::string text_;
+};
+
+} // namespace
+
+InternetHeaders::InternetHeaders() : headers_(New<Dictionary<std::string>>()), numbered_(New<Dictionary<int32_t>>()) {}
+
+// A name that comes a hundred thousand times must not be counted through at each.
+void InternetHeaders::AppendHeader(const std::string& name, const std::string& value) {
+    if (!headers_->HasKey(name)) {
+        headers_->SetValue(name, value);
+        return;
+    }
+    const std::string plain = NameIn(name);
+    int32_t number = numbered_->Lookup(plain, 0) + 1;
+    while (headers_->HasKey(KeyOf(plain, number)))
+        ++number;
+    headers_->SetValue(KeyOf(plain, number), value);
+    numbered_->SetValue(plain, number);
+}
+
+std::string InternetHeaders::CommaSeparatedValues(const std::string& name) const {
+    std::string values;
+    const int32_t count = NameCount(name);
+    for (int32_t index = 0; index < count; ++index)
+        values.append(index == 0 ? "" : ", ").append(Value(name, index));
+    return values;
+}
+
+int32_t InternetHeaders::Count() const {
+    return headers_->Count();
+}
+
+void InternetHeaders::Delete(const std::string& name) {
+    for (int32_t index = NameCount(name); index-- > 0;)
+        headers_->Remove(KeyOf(name, index));
+    numbered_->Remove(NameIn(name));
+}
+
+void InternetHeaders::Delete(const std::string& name, int32_t index) {
+    if (!headers_->HasKey(KeyOf(name, index)))
+        return;
+    headers_->Remove(KeyOf(name, index));
+    for (int32_t i = index + 1; headers_->HasKey(KeyOf(name, i)); ++i) {
+        headers_->SetValue(KeyOf(name, i - 1), headers_->Value(KeyOf(name, i)));
+        headers_->Remove(KeyOf(name, i));
+    }
+    numbered_->Remove(NameIn(name));
+}
+
+// The text that was parsed stays.
+void InternetHeaders::DeleteAllHeaders() {
+    headers_->Clear();
+    numbered_->Clear();
+}
+
+std::string InternetHeaders::Name(int32_t position) const {
+    return position < 0 || position >= Count() ? std::string() : NameIn(headers_->Key(position));
+}
+
+int32_t InternetHeaders::NameCount(const std::string& name) const {
+    int32_t count = 0;
+    while (headers_->HasKey(KeyOf(name, count)))
+        ++count;
+    return count;
+}
+
+void InternetHeaders::SetHeader(const std::string& name, const std::string& value) {
+    if (NameCount(name) >= 2)
+        Delete(name);
+    headers_->SetValue(name, value);
+}
+
+void InternetHeaders::SetHeader(const std::string& name, const std::string& value, int32_t index) {
+    const std::string key = KeyOf(name, index);
+    if (headers_->HasKey(key))
+        headers_->SetValue(key, value);
+    else
+        AppendHeader(key, value);
+}
+
+std::string InternetHeaders::Source() const {
+    return rawHeaders_.empty() ? FormatHTTPHeaders() : rawHeaders_;
+}
+
+std::string InternetHeaders::Value(int32_t position) const {
+    return position < 0 || position >= Count() ? std::string() : headers_->Value(headers_->Key(position));
+}
+
+std::string InternetHeaders::Value(const std::string& name) const {
+    return Value(name, 0);
+}
+
+std::string InternetHeaders::Value(const std::string& name, int32_t index) const {
+    return headers_->Lookup(KeyOf(name, std::max(index, 0)), "");
+}
+
+std::string InternetHeaders::DetermineEOLCharacter(std::string_view text) const {
+    for (const std::string_view lineEnd : {"\r\n", "\n", "\r"})
+        if (text.find(lineEnd) != std::string_view::npos)
+            return std::string(lineEnd);
+    return kLineEnd;
+}
+
+// BCC is left out here and has no line of its own above: it is never sent.
+std::string InternetHeaders::FormatEmailHeaders() const {
+    Lines lines;
+    const auto addOne = [&](const std::string& name, const std::string& value) {
+        if (NameCount(name) > 0)
+            lines.Add(name, value);
+    };
+    addOne("Return-Path", Value("Return-Path"));
+    const int32_t received = NameCount("Received");
+    for (int32_t index = 0; index < received; ++index)
+        lines.Add("Received", Value("Received", index));
+    for (const char* name : {"Date", "Subject", "From"})
+        addOne(name, Value(name));
+    for (const char* name : {"To", "CC"})
+        addOne(name, CommaSeparatedValues(name));
+    for (int32_t position = 0; position < Count(); ++position) {
+        const std::string name = Name(position);
+        if (InStr(0, ":Date:Subject:From:To:CC:BCC:Received:Return-Path:", ":" + name + ":") == 0)
+            lines.Add(name, Value(position));
+    }
+    return lines.Text();
+}
+
+std::string InternetHeaders::FormatHTTPHeaders() const {
+    Lines lines;
+    for (int32_t position = 0; position < Count(); ++position)
+        lines.Add(Name(position), Value(position));
+    return lines.Text();
+}
+
+void InternetHeaders::ParseHeaders(const std::string& text) {
+    rawHeaders_ = text;
+    DeleteAllHeaders();
+    const std::string lineEnd = DetermineEOLCharacter(text);
+    const std::string unfolded = ReplaceAll(ReplaceAll(text, lineEnd + " ", " "), lineEnd + "\t", " ");
+    for (const std::string& line : Split(unfolded, lineEnd)) {
+        const std::size_t colon = line.find(':');
+        if (colon != std::string::npos)
+            AppendHeader(line.substr(0, colon), LTrim(std::string_view(line).substr(colon + 1)));
+    }
+}
