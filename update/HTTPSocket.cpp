@@ -148,7 +148,8 @@ void HTTPSocket::DoConnect(const std::string& url, const std::string& method, co
         Port = HTTPProxyPort == 0 ? DefaultPort : HTTPProxyPort;
     }
     _httpAction = method;
-    Close();
+    Close(); // without an event
+    _connectionValid = false;
     Purge();
     Connect();
 }
@@ -199,8 +200,7 @@ void HTTPSocket::KillDownloadStream() {
 void HTTPSocket::Event_Connected() {
     _connectionValid = true;
     ResetVariables();
-    if (!synchronous && Connected)
-        Connected();
+    Raise(Connected);
     if (_httpAction.empty())
         _httpAction = "GET";
     SendRequest(_httpAction);

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <type_traits>
 
 class BinaryStream;
 class FolderItem;
@@ -100,6 +101,14 @@ private:
     void SendRequest(const std::string& method);
     void WaitForPage();
     static std::string EncodeURLString(std::string text);
+
+    // Calls a handler if there is one and the request is not a blocking one. The handler may replace itself and begin
+    // a further request, so it gets nothing that this would change.
+    template <class... Arguments>
+    void Raise(std::function<void(Arguments...)> handler, std::type_identity_t<std::decay_t<Arguments>>... arguments) {
+        if (!synchronous && handler)
+            handler(arguments...);
+    }
 
     // The reply.
     bool IsHead() const;

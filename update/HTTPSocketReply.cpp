@@ -89,8 +89,7 @@ void HTTPSocket::HandleNewData() {
         DoConnect(_processingURL, _httpAction, file);
         return;
     }
-    if (!synchronous && HeadersReceived)
-        HeadersReceived(_pageHeaders, _httpStatusCode);
+    Raise(HeadersReceived, _pageHeaders, _httpStatusCode);
     Read(static_cast<int32_t>(end->blankLine));
     ProcessData(ReadAll());
 }
@@ -112,8 +111,7 @@ void HTTPSocket::ProcessData(const std::string& data) {
         _pageBuffer.append(data);
     else
         _downloadStream->Write(data);
-    if (!synchronous && ReceiveProgress)
-        ReceiveProgress(_currentLength, _totalLength, data);
+    Raise(ReceiveProgress, _currentLength, _totalLength, data);
     if (IsAskingForCredentials(_httpStatusCode) && !IsConnected())
         ProcessPage();
 }
@@ -124,18 +122,15 @@ void HTTPSocket::ProcessPage() {
     const bool intoFile = !_downloadStream.IsNil();
     const Ref<FolderItem> file = _downloadFile;
     KillDownloadStream();
-    if (IsHead() || synchronous)
+    if (IsHead())
         return;
-    if (intoFile) {
-        if (DownloadComplete)
-            DownloadComplete(_processingURL, _httpStatusCode, _pageHeaders, file);
-    } else if (PageReceived) {
-        PageReceived(_processingURL, _httpStatusCode, _pageHeaders, _pageBuffer);
-    }
+    if (intoFile)
+        Raise(DownloadComplete, _processingURL, _httpStatusCode, _pageHeaders, file);
+    else
+        Raise(PageReceived, _processingURL, _httpStatusCode, _pageHeaders, _pageBuffer);
 }
 
 void HTTPSocket::SetError(int32_t code) {
     mErrorCode = code;
-    if (!synchronous && Error)
-        Error(code);
+    Raise(Error, code);
 }
