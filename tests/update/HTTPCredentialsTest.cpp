@@ -63,18 +63,9 @@ TEST_F(HTTPCredentialsTest, RepeatsTheRequestOnce) {
 }
 
 TEST_F(HTTPCredentialsTest, AnswersADigestChallengeInItsOwnWay) {
-    // One line is one parameter, which swallows what follows: there is no nonce in the first challenge.
-    const struct {
-        const char *challenge, *realm, *nonce, *end;
-    } cases[] = {
-        {"Digest realm=\"cave\", nonce=\"n1\"", "cave\", nonce=\"n1", "", ", "},
-        {"Digest nonce=\"n2\"", "", "n2", ", "},
-        {"Digest nonce=\"n2\"", "", "n2", ", "}, // counted as the first again
-        {"Digest realm=\"x\"", "x", "n2", ", "}, // the last nonce that came
-        {"Digest opaque=\"o\"", "", "n2", ", opaque=\"\""},
-    };
     std::string lastNonce;
-    for (const auto& [challenge, realmName, nonce, end] : cases) {
+    const auto expect = [&](const std::string& challenge, const std::string& realmName, const std::string& nonce,
+                            const std::string& end) {
         const std::string header = ReplyTo(challenge);
         const std::string own = Between(header, "cnonce=\"", "\"");
         EXPECT_EQ(own.size(), 25U);
@@ -83,10 +74,16 @@ TEST_F(HTTPCredentialsTest, AnswersADigestChallengeInItsOwnWay) {
         // The realm has no part in the digest; the address is the whole one.
         const std::string response =
             Md5(Md5("Aladdin::open sesame") + ":" + nonce + ":00000001:" + own + ":auth:" + Md5("GET:" + url));
-        EXPECT_EQ(header, "Digest username=\"Aladdin\", realm=\"" + std::string(realmName) + "\", nonce=\"" + nonce +
-                              "\", uri=\"" + url + "\", qop=auth, nc=00000001, cnonce=\"" + own + "\", response=\"" +
-                              response + "\"" + end);
-    }
+        EXPECT_EQ(header, "Digest username=\"Aladdin\", realm=\"" + realmName + "\", nonce=\"" + nonce + "\", uri=\"" +
+                              url + "\", qop=auth, nc=00000001, cnonce=\"" + own + "\", response=\"" + response + "\"" +
+                              end);
+    };
+    // One line is one parameter, which swallows what follows: the first challenge has no nonce.
+    expect("Digest realm=\"cave\", nonce=\"n1\"", "cave\", nonce=\"n1", "", ", ");
+    expect("Digest nonce=\"n2\"", "", "n2", ", ");
+    expect("Digest nonce=\"n2\"", "", "n2", ", "); // counted as the first again
+    expect("Digest realm=\"x\"", "x", "n2", ", "); // the last nonce that came
+    expect("Digest opaque=\"o\"", "", "n2", ", opaque=\"\"");
 }
 
 TEST_F(HTTPCredentialsTest, LeavesTheRefusalAsThePageWhereItHasNoAnswer) {

@@ -50,10 +50,12 @@ TEST_F(HTTPRequestTest, IsTheseBytes) {
 }
 
 TEST_F(HTTPRequestTest, PostsWhatWasSetUntilAnotherDropsIt) {
-    client->SetPostContent("a\0b" + std::string(1, '\0'), "text/x");
-    const std::string post = "POST / HTTP/1.0\r\n" + common + "Content-type: text/x\r\nContent-length: 2\r\n\r\na";
-    EXPECT_EQ(Posted(), post + std::string(1, '\0'));
-    EXPECT_EQ(Posted(), post + std::string(1, '\0')) << "goes out again";
+    const std::string content("a\0b", 3);
+    client->SetPostContent(content, "text/x");
+    const std::string post =
+        "POST / HTTP/1.0\r\n" + common + "Content-type: text/x\r\nContent-length: 3\r\n\r\n" + content;
+    EXPECT_EQ(Posted(), post);
+    EXPECT_EQ(Posted(), post) << "goes out again";
     EXPECT_EQ(RequestOf(host), "GET / HTTP/1.0\r\n" + common + "\r\n");
     const std::string empty = "POST / HTTP/1.0\r\n" + common + "Content-type: \r\nContent-length: 0\r\n\r\n";
     EXPECT_EQ(Posted(), empty) << "dropped by the other request";

@@ -1,4 +1,5 @@
 #include "update/InternetHeaders.h"
+#include "framework/text/Text.h"
 #include "update/HeaderEnd.h"
 
 #include <gtest/gtest.h>
@@ -15,8 +16,8 @@ Ref<InternetHeaders> Parsed(const std::string& text) {
 
 TEST(InternetHeadersTest, ReadsABlockOfAnyLineEnd) {
     for (const std::string end : {"\r\n", "\n", "\r"}) {
-        const std::string block = "HTTP/1.0 200 OK" + end + "A:  one" + end + "b: x" + end + " y" + end + "\tz" + end +
-                                  "a: two:2" + end + "nothing" + end + "A:\t";
+        const std::string block =
+            ReplaceAll("HTTP/1.0 200 OK\nA:  one\nb: x\n y\n\tz\na: two:2\nnothing\nA:\t", "\n", end);
         const Ref<InternetHeaders> headers = Parsed(block);
         EXPECT_EQ(headers->FormatHTTPHeaders(), "A: one\r\nb: x y z\r\na: two:2\r\nA: ");
         EXPECT_EQ(headers->NameCount("A"), 3);
