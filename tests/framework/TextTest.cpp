@@ -1,3 +1,4 @@
+#include "framework/text/Encoding.h"
 #include "framework/text/Text.h"
 
 #include <gtest/gtest.h>
@@ -45,6 +46,15 @@ TEST(Text, CutsIntoFieldsAndReplaces) {
     EXPECT_EQ(NthField(line, " ", 4) + NthField(line, " ", 0) + NthField(line, "", 2), "");
     EXPECT_EQ(Replace("aXbX", "X", "XX") + ReplaceAll("aXbX", "X", "XX"), "aXXbXaXXbXX");
     EXPECT_EQ(ReplaceAll("aaa", "aa", "a") + ReplaceAll("b", "", "-") + Replace("c", "C", "-"), "aabc");
+    EXPECT_EQ(Split(",a,,b", ","), (std::vector<std::string>{"", "a", "", "b"}));
+    EXPECT_EQ(Split("a", "").size() + Split("", ",").size(), 2U);
+    EXPECT_EQ(ReplaceLineEndings("\r\n\n\r\r\na\r", "|"), "||||a|");
+    EXPECT_EQ(LTrim(" \t\r\n a ") + LTrim(" \n"), "a ");
+}
+
+TEST(Text, TurnsBytesIntoPublishedEncodings) {
+    EXPECT_EQ(EncodeBase64(MD5("abc"), 0), "kAFQmDzST7DWlj99KOF/cg==");
+    EXPECT_EQ(EncodeBase64("abcdef", 4) + EncodeBase64("", 4) + EncodeBase64("abc", 4), "YWJj\r\nZGVmYWJj");
 }
 
 } // namespace
