@@ -62,6 +62,8 @@ protected:
     // Makes native.widget as a child of native.parent, with the properties set so far, and connects its events.
     virtual void MakeWidget(NativeControl& native) = 0;
     void UpdateScreen() override;
+    // Brings place and size to the screen.
+    virtual void ApplyPlace();
 
     // The control has changed, and what lies beneath shows through it: canvases there are repainted whole.
     void UncoverBeneath();
@@ -75,7 +77,6 @@ private:
     friend class ::Window;
     void Attach(::Window& window, const ControlLayout& layout);
     void WindowResized(int32_t byWidth, int32_t byHeight);
-    void ApplyPlace();
 
     std::atomic<int32_t> left_{0}, top_{0}, width_{0}, height_{0};
     std::atomic<bool> refresh_{false};

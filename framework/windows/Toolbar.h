@@ -30,5 +30,5 @@ public:
 
 protected:
     void MakeWidget(NativeControl& native) override;
-    void UpdateScreen() override {} // the window places it
+    void ApplyPlace() override {} // the window places it
 };

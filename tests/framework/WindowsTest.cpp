@@ -5,11 +5,13 @@
 #include "framework/windows/Label.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/ProgressBar.h"
+#include "framework/windows/Toolbar.h"
 #include "framework/windows/Window.h"
 #include "tests/support/Waiting.h"
 
 #include <QLabel>
 #include <QProgressBar>
+#include <QToolBar>
 
 #include <gtest/gtest.h>
 
@@ -136,6 +138,35 @@ TEST(Windows, ACanvasIsRepaintedOnceWhenBarsAboveItChangeMoveOrGo) {
     EXPECT_GE(paints, 1);
     EXPECT_TRUE(served);
     EXPECT_FALSE(servedWithin);
+    window->Close();
+}
+
+class ToolWindow : public Window {
+public:
+    const Ref<Toolbar> tools = New<Toolbar>();
+
+protected:
+    void CreateControls() override { Add(tools, {.Width = 48, .Height = 37}); }
+};
+
+TEST(Windows, AToolbarIsPlacedByItsWindow) {
+    const auto window = New<ToolWindow>();
+    window->Make();
+    const auto item = New<ToolButton>();
+    item->Caption = "Cut";
+    window->tools->Append(item);
+    window->Show();
+    ShowOnScreen();
+    QWidget* const shown = window->Native().widget;
+    const auto* const bar = shown->findChild<QToolBar*>();
+    const QRect place = bar->geometry();
+    EXPECT_EQ(place.width(), shown->width());
+    const int32_t height = window->Height();
+    shown->resize(shown->width(), shown->height() + 50);
+    EXPECT_TRUE(WaitUntil([&] { return window->Height() == height + 50; }));
+    window->tools->SetLeft(5);
+    ShowOnScreen();
+    EXPECT_EQ(bar->geometry(), place);
     window->Close();
 }
 
