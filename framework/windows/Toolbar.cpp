@@ -37,9 +37,10 @@ void Toolbar::Append(const Ref<ToolButton>& item) {
     QAction* const action = bar->addAction(ToCaption(item->Caption));
     if (!item->Icon.IsNil())
         action->setIcon(item->Icon->ForFramework().Icon());
-    action->setToolTip(QString());
-    bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
-    bar->widgetForAction(action)->setAccessibleName(ToScreen(item->Caption));
+    QWidget* const button = bar->widgetForAction(action);
+    button->setToolTip(QString()); // on the button: an action without a tool tip of its own gives its text
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setAccessibleName(ToScreen(item->Caption));
     QObject::connect(action, &QAction::triggered, bar, [this, item] {
         EventEdge::Run("toolbar", [self = Self(this), &item] { self->Event_Action(item); });
     });

@@ -149,7 +149,7 @@ protected:
     void CreateControls() override { Add(tools, {.Width = 48, .Height = 37}); }
 };
 
-TEST(Windows, AToolbarIsPlacedByItsWindow) {
+TEST(Windows, AToolbarIsPlacedByItsWindowAndShowsNoToolTips) {
     const auto window = New<ToolWindow>();
     window->Make();
     const auto item = New<ToolButton>();
@@ -167,6 +167,7 @@ TEST(Windows, AToolbarIsPlacedByItsWindow) {
     window->tools->SetLeft(5);
     ShowOnScreen();
     EXPECT_EQ(bar->geometry(), place);
+    EXPECT_EQ(bar->widgetForAction(bar->actions().constFirst())->toolTip(), QString());
     window->Close();
 }
 
