@@ -41,7 +41,9 @@ int32_t EditingCode(int key) {
     }
 }
 
-bool BelongsToDialog(const QKeyEvent& event) {
+// Keys that are the dialog's business, or a choice of the user's rather than typing.
+bool PassesBy(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers held = event.modifiers() & ~Qt::KeypadModifier;
     switch (event.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -49,16 +51,21 @@ bool BelongsToDialog(const QKeyEvent& event) {
     case Qt::Key_Tab:
     case Qt::Key_Backtab:
         return true;
+    case Qt::Key_X:
+    case Qt::Key_C:
+    case Qt::Key_V:
+    case Qt::Key_A:
+        return held == Qt::ControlModifier; // the Edit menu's
+    case Qt::Key_Down:
+        return held == Qt::AltModifier; // opens the list
     default:
-        break;
+        return false;
     }
-    // Shortcuts, and Alt+Down, which opens the list.
-    return (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != Qt::NoModifier;
 }
 
 // The key as text, empty if it is none of the field's business.
 std::string KeyText(const QKeyEvent& event) {
-    if (BelongsToDialog(event))
+    if (PassesBy(event))
         return {};
     const int32_t editing = EditingCode(event.key());
     if (editing != 0)

@@ -19,8 +19,8 @@ public:
     // The text has changed, by typing or by a choice.
     std::function<void()> TextChanged;
     // A key that would type or edit is about to act on the field; true rejects it. Keys without a character of their
-    // own come as control characters. Return, Escape, Tab and the shortcuts of the Edit menu do not come here, and
-    // neither does what is pasted.
+    // own come as control characters. Return, Escape, Tab, the shortcuts of the Edit menu and Alt+Down, which opens the
+    // list, do not come here, and neither does what is pasted.
     std::function<bool(const std::string&)> KeyDown;
 
 protected:

@@ -73,6 +73,7 @@ TEST_F(CutDialog, TakesDigitsAndPastedTextAndNothingElse) {
     const std::string atHundred = PictureOfPartCount(program);
     desktop.Press({"ctrl+a", "1"});
     Await("another number of parts", [&] { return PictureOfPartCount(program) != atHundred; });
+    desktop.Press({"ctrl+u", "ctrl+k", "ctrl+z", "ctrl+BackSpace", "alt+Up"});
     program.Answer({"period", "BackSpace", "Delete", "Left", "Home", "minus", "e", "space", "2", "Return"});
 
     program.Dialog();

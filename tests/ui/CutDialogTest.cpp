@@ -9,6 +9,7 @@
 #include "ui/winCut.h"
 #include "ui/winMain.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
@@ -72,17 +73,31 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
         return field->text().insert(field->cursorPosition(), QLatin1Char('|')).toStdString();
     };
     EXPECT_EQ(after(Qt::Key_5), "105|50");
+    QTest::keyClick(box, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(dialog->comPartSize()->Text(), "10550") << "nothing is taken back";
     for (const int key : {Qt::Key_Period, Qt::Key_Comma, Qt::Key_Minus, Qt::Key_E, Qt::Key_Space, Qt::Key_Backspace,
                           Qt::Key_Delete, Qt::Key_Left, Qt::Key_Right, Qt::Key_Home, Qt::Key_End, Qt::Key_Up,
                           Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown})
         EXPECT_EQ(after(key), "10|50") << key;
     EXPECT_EQ(after(Qt::Key_Right, Qt::ShiftModifier), "10|50");
+    for (const int key : {Qt::Key_Backspace, Qt::Key_Delete, Qt::Key_Left, Qt::Key_Right, Qt::Key_Home, Qt::Key_End})
+        EXPECT_EQ(after(key, Qt::ControlModifier), "10|50") << key;
+    for (const int key : {Qt::Key_Up, Qt::Key_Backspace, Qt::Key_X})
+        EXPECT_EQ(after(key, Qt::AltModifier), "10|50") << key;
     QInputMethodEvent composed;
     composed.setCommitString(QStringLiteral("1x"));
     QApplication::sendEvent(box, &composed);
     EXPECT_EQ(dialog->comPartSize()->Text(), "1050") << "what an input method delivers is filtered too";
     QApplication::clipboard()->setText(QStringLiteral("1.44"));
     EXPECT_EQ(after(Qt::Key_V, Qt::ControlModifier), "101.44|50");
+    for (const auto key : {Qt::Key_A, Qt::Key_C, Qt::Key_X})
+        QTest::keyClick(box, key, Qt::ControlModifier);
+    EXPECT_EQ(dialog->comPartSize()->Text(), "");
+    QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(dialog->comPartSize()->Text(), "101.4450");
+    QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
+    EXPECT_TRUE(box->view()->isVisible());
+    box->hidePopup();
 
     const auto pressed = [&](const std::vector<Qt::Key>& keys) {
         PostToMainThread([keys, window = dialog->Native().widget] {
