@@ -85,17 +85,23 @@ public:
             const std::string key = KeyText(*static_cast<QKeyEvent*>(event));
             return !key.empty() && box_.Rejects(key);
         }
-        if (event->type() == QEvent::InputMethod) {
-            const std::string typed = FromScreen(static_cast<QInputMethodEvent*>(event)->commitString());
-            for (int32_t i = 1; i <= Len(typed); ++i) {
-                if (box_.Rejects(Mid(typed, i, 1)))
-                    return true;
-            }
-        }
+        if (event->type() == QEvent::InputMethod)
+            FilterComposed(*static_cast<QInputMethodEvent*>(event));
         return false;
     }
 
 private:
+    // What is rejected leaves the event, which goes on: it also takes away what was shown while it was composed.
+    void FilterComposed(QInputMethodEvent& event) {
+        const std::string typed = FromScreen(event.commitString());
+        for (int32_t i = 1; i <= Len(typed); ++i) {
+            if (box_.Rejects(Mid(typed, i, 1))) {
+                event.setCommitString(QString());
+                return;
+            }
+        }
+    }
+
     ComboBox& box_;
 };
 

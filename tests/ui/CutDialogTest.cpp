@@ -84,9 +84,17 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
         EXPECT_EQ(after(key, Qt::ControlModifier), "10|50") << key;
     for (const int key : {Qt::Key_Up, Qt::Key_Backspace, Qt::Key_X})
         EXPECT_EQ(after(key, Qt::AltModifier), "10|50") << key;
-    QInputMethodEvent composed;
-    composed.setCommitString(QStringLiteral("1x"));
-    QApplication::sendEvent(box, &composed);
+
+    // Where the cursor stands after an input method has shown and delivered that.
+    const auto cursorAfter = [&](const char* composing, const char* delivered) {
+        QInputMethodEvent event(QString::fromUtf8(composing), {});
+        event.setCommitString(QString::fromUtf8(delivered));
+        QApplication::sendEvent(box, &event);
+        return field->inputMethodQuery(Qt::ImCursorRectangle).toRect();
+    };
+    const QRect before = cursorAfter("", "");
+    EXPECT_NE(cursorAfter("x", ""), before);
+    EXPECT_EQ(cursorAfter("", "1x"), before) << "what was refused is no longer shown either";
     EXPECT_EQ(dialog->comPartSize()->Text(), "1050") << "what an input method delivers is filtered too";
     QApplication::clipboard()->setText(QStringLiteral("1.44"));
     EXPECT_EQ(after(Qt::Key_V, Qt::ControlModifier), "101.44|50");
