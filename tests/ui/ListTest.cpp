@@ -79,8 +79,8 @@ public:
 };
 
 // Entering a button repaints, and so does every move on it; leaving one does not. That is meant.
-TEST_F(ListTest, OnlyMovesOnAButtonRepaint) {
-    AddRow();
+TEST_F(ListTest, OnlyMovesOnAButtonAndAnUpdateRepaint) {
+    const Ref<claFilePerformInfo> row = AddRow();
     ShowOnScreen();
     PaintCount count;
     winMain::Instance()->Native().content->childAt(1, 1)->installEventFilter(&count);
@@ -90,6 +90,12 @@ TEST_F(ListTest, OnlyMovesOnAButtonRepaint) {
         ShowOnScreen();
         EXPECT_EQ(count.paints > 0, repaints) << fromRight;
     }
+    row->Status = "Waiting…";
+    ShowOnScreen();
+    EXPECT_EQ(count.paints, 0) << "a new status waits for whatever repaints the list next";
+    row->Update();
+    ShowOnScreen();
+    EXPECT_GT(count.paints, 0);
 }
 
 // While i * i does not exceed the height: this is not the number of rows that fit, and it is meant. Bands stand in all
