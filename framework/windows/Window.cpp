@@ -31,6 +31,7 @@ constexpr int32_t kDialogFrame = 11;
 constexpr int32_t kMiddleOfScreen = 2;
 constexpr int32_t kStaggered = 4;
 constexpr int kStagger = 32;
+constexpr std::string_view kNoTitle = " "; // for an empty one the toolkit puts the program's name into the frame
 
 std::vector<Ref<Window>>& OpenWindows() {
     static std::vector<Ref<Window>> windows;
@@ -243,7 +244,7 @@ void Window::BringToFront() {
 void Window::SetTitle(const std::string& title) {
     layout_.Title = title;
     if (native_->widget)
-        native_->widget->setWindowTitle(ToScreen(title));
+        native_->widget->setWindowTitle(ToScreen(title.empty() ? kNoTitle : title));
 }
 
 int32_t Window::Width() const {

@@ -12,6 +12,7 @@ TEST_F(CutAndGlue, AFileNamedAtStartIsCutInTheDialogAndTheProgramEndsByItself) {
     const std::string film = Noise(kMegabyte * 5 / 2);
     WriteFile(File("film.mov"), film);
     Program& program = Start({"film.mov"});
+    EXPECT_EQ(desktop.TitleOf(program.Dialog()), " ") << "the dialog has no title";
     program.CutAt("1");
     EXPECT_EQ(program.End(), 0);
 

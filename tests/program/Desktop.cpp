@@ -183,6 +183,10 @@ Desktop::Size Desktop::SizeOf(const WindowId& window) const {
     return size;
 }
 
+std::string Desktop::TitleOf(const WindowId& window) const {
+    return Lines(Run({"xdotool", "getwindowname", window})).at(0);
+}
+
 void Desktop::Press(const Words& keys) const {
     Words command{"xdotool", "key"};
     command.insert(command.end(), keys.begin(), keys.end());

@@ -35,6 +35,7 @@ public:
         int width = 0, height = 0;
     };
     Size SizeOf(const WindowId& window) const;
+    std::string TitleOf(const WindowId& window) const;
 
     void Press(const Words& keys) const;
     void Hold(const std::string& key) const;
