@@ -51,7 +51,7 @@ void winCut::CreateControls() {
 }
 
 Ref<Label> winCut::AddLabel(const ControlLayout& layout, int32_t align, const std::string& key, bool bold) {
-    const auto label = New<Label>();
+    const auto label = New<Label>(); // in the desktop's colour: black would vanish on a dark desktop
     label->TextAlign = align;
     label->Bold = bold;
     if (!key.empty())
