@@ -40,6 +40,7 @@ void StartGlue(const Ref<FolderItem>& file, std::vector<Ref<FolderItem>>& inUse)
     if (IsInUse(*file, inUse))
         return;
     const auto thread = New<claDecodeThread>();
+    thread->Coming.emplace();
     thread->Priority = kWorkerPriority;
     thread->Folder = file->Parent();
     thread->FileName = BaseOfPart(file->Name());
@@ -54,6 +55,5 @@ void StartGlue(const Ref<FolderItem>& file, std::vector<Ref<FolderItem>>& inUse)
     inUse.push_back(base); // also when the target gets a number; before the search for it, which may serve events
     thread->File = FreeTarget(*thread->Folder, thread->FileName);
     thread->StreamOut = thread->File->CreateBinaryFile(FileTypes::Unknown()->Operator_Convert());
-    thread->Coming.emplace();
     thread->Run();
 }
