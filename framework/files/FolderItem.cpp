@@ -83,6 +83,15 @@ int OpenPlain(const std::string& path, int flags) {
     return descriptor;
 }
 
+Ref<BinaryStream> StreamInto(int descriptor, const std::string& fileTypeName, bool isNew) {
+    if (descriptor < 0)
+        return nullptr;
+    const Ref<FileType> type = FileType::Named(fileTypeName);
+    WriteCode(descriptor, kTypeAttribute, type.IsNil() ? kNoFileCode : type->MacType, isNew);
+    WriteCode(descriptor, kCreatorAttribute, type.IsNil() ? kNoFileCode : type->MacCreator, isNew);
+    return New<BinaryStream>(descriptor);
+}
+
 } // namespace
 
 FolderItem::FolderItem(const std::string& path) : path_(CleanPath(path)) {}
@@ -179,16 +188,14 @@ Ref<BinaryStream> FolderItem::OpenAsBinaryFile(bool forWriting) const {
 }
 
 Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& fileTypeName) const {
-    int descriptor = OpenPlain(path_, O_WRONLY | O_CREAT | O_EXCL);
-    const bool isNew = descriptor >= 0;
-    if (!isNew && errno == EEXIST)
-        descriptor = OpenPlain(path_, O_WRONLY | O_CREAT | O_TRUNC);
-    if (descriptor < 0)
-        return nullptr;
-    const Ref<FileType> type = FileType::Named(fileTypeName);
-    WriteCode(descriptor, kTypeAttribute, type.IsNil() ? kNoFileCode : type->MacType, isNew);
-    WriteCode(descriptor, kCreatorAttribute, type.IsNil() ? kNoFileCode : type->MacCreator, isNew);
-    return New<BinaryStream>(descriptor);
+    const int made = OpenPlain(path_, O_WRONLY | O_CREAT | O_EXCL);
+    if (made < 0 && errno == EEXIST)
+        return StreamInto(OpenPlain(path_, O_WRONLY | O_CREAT | O_TRUNC), fileTypeName, false);
+    return StreamInto(made, fileTypeName, true);
+}
+
+Ref<BinaryStream> FolderItem::CreateNewBinaryFile(const std::string& fileTypeName) const {
+    return StreamInto(OpenPlain(path_, O_WRONLY | O_CREAT | O_EXCL), fileTypeName, true);
 }
 
 Ref<TextInputStream> FolderItem::OpenAsTextFile() const {

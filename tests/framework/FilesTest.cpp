@@ -94,6 +94,8 @@ TEST(Files, OnlyPlainFilesAreOpened) {
     }
     for (const Ref<FolderItem>& item : {folder.Item("pipe"), folder.Item("folder"), folder.Item("file")->Child("x")})
         EXPECT_TRUE(item->CreateBinaryFile("").IsNil()) << item->AbsolutePath();
+    EXPECT_TRUE(folder.Item("file")->CreateNewBinaryFile("").IsNil());
+    EXPECT_EQ(folder.Read("file"), "x") << "nothing that is there is emptied";
 }
 
 TEST(Files, ReadsLinesOfEveryKind) {
