@@ -6,6 +6,7 @@
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Number.h"
+#include "framework/text/Text.h"
 #include "framework/threads/MainThread.h"
 #include "framework/threads/Yield.h"
 #include "framework/windows/ComboBox.h"
@@ -17,15 +18,16 @@
 
 namespace {
 
-// From here on, one reading of the folder is cheaper than asking for every name.
+// Beyond so many names, one reading of the folder is cheaper than asking for each of them.
 constexpr int32_t kManyParts = 10000;
 
-bool HasPartAmongMany(const FolderItem& folder, const std::string& base, int32_t count) {
-    const auto entries = New<FolderItem>(folder.AbsolutePath()); // reads the folder anew
-    for (int32_t i = 1; i <= entries->Count(); ++i) {
-        const std::string name = entries->Item(i)->Name();
-        const double number = name.size() > base.size() ? Val(std::string_view(name).substr(base.size() + 1)) : 0;
-        if (number >= 1 && number <= count && name == PartName(base, RuntimeCvtReal64ToSInt32(number)))
+// The entries only say where to look: whether a name in other letters is the same one, the file system knows.
+bool HasPartAmong(const FolderItem& entries, const std::string& base, int32_t count) {
+    const std::string beginning = FoldedCase(base + ".");
+    for (int32_t i = 1; i <= entries.Count(); ++i) {
+        const std::string name = FoldedCase(entries.Item(i)->Name());
+        const double number = name.starts_with(beginning) ? Val(std::string_view(name).substr(beginning.size())) : 0;
+        if (number >= 1 && number <= count && entries.Child(PartName(base, RuntimeCvtReal64ToSInt32(number)))->Exists())
             return true;
         RuntimeBackgroundTask();
     }
@@ -34,8 +36,10 @@ bool HasPartAmongMany(const FolderItem& folder, const std::string& base, int32_t
 
 // Only the numbers that the new series will use count: an older, longer series may keep its tail beside it.
 bool HasPart(const FolderItem& folder, const std::string& base, int32_t count) {
-    if (count > kManyParts)
-        return HasPartAmongMany(folder, base, count);
+    const FolderItem entries(folder.AbsolutePath()); // reads the folder anew
+    // A folder without any entry is one that can't be read: the source lies in it.
+    if (count > kManyParts && entries.Count() > 0)
+        return HasPartAmong(entries, base, count);
     for (int32_t i = 1; i <= count; ++i) {
         if (folder.Child(PartName(base, i))->Exists())
             return true;
