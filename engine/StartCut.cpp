@@ -3,6 +3,7 @@
 #include "engine/OnTheWay.h"
 #include "engine/PartNames.h"
 #include "engine/claEncodeThread.h"
+#include "framework/desktop/Desktop.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Number.h"
@@ -92,20 +93,31 @@ private:
     static inline bool taken_ = false;
 };
 
+// Closes the dialog on every way out. One that stayed would give the button of this run to a later one that is closed
+// by its close box.
+struct ClosedAtTheEnd {
+    winCut& dialog;
+    ~ClosedAtTheEnd() { dialog.Close(); }
+};
+
 void AskAndCut(const Ref<FolderItem>& file) {
     const OnTheWay asking;
     const Ref<winCut> dialog = winCut::Instance();
+    const ClosedAtTheEnd closed{*dialog};
     dialog->ShowWithin(winMain::Instance(), -1);
     dialog->FileSize = static_cast<int32_t>(static_cast<uint32_t>(file->Length())); // the low 32 bits only
     dialog->UpdateStatus();
     if (dialog->ShowModal() == dialog->ActionButton)
         RunCut(file, Val(dialog->comPartSize()->Text()));
-    dialog->Close();
 }
 
 } // namespace
 
 void StartCut(const Ref<FolderItem>& file) {
+    if (file->Parent().IsNil()) { // the root folder: there is no place beside it
+        Beep();
+        return;
+    }
     if (Turn::IsTaken()) {
         waiting.push_back({file, {}});
         return;

@@ -8,8 +8,8 @@
 class FolderItem;
 
 // Asks for a part size in the cut dialog and starts the worker of the cut; nothing happens if the user cancels. The
-// parts land beside the source. Main thread; returns when the dialog is over and the worker runs. A file that comes in
-// the middle of that has to wait for its turn.
+// parts land beside the source; one that lies in no folder is refused with a beep. Main thread; returns when the dialog
+// is over and the worker runs. A file that comes in the middle of that has to wait for its turn.
 void StartCut(const Ref<FolderItem>& file);
 
 // A base name under which none of the parts 1 to `count` exists in the folder: the given one, or a numbered variant of

@@ -1,3 +1,4 @@
+#include "core/App.h"
 #include "engine/PartNames.h"
 #include "engine/claEncodeThread.h"
 #include "framework/files/BinaryStream.h"
@@ -70,6 +71,7 @@ TEST_F(CutTest, WhatCannotBeCutLeavesItsRow) {
     folder.Write(tooLong, "x");
     std::filesystem::create_directory(folder.Path("folder"));
     RunWorker("film", 10, folder.Item("missing"));
+    App::Instance()->EncodeFile(New<FolderItem>("/")); // no dialog at all
     for (const std::string& name : {"empty"s, "folder"s, tooLong, "film"s})
         Cut(name, "1");
     EXPECT_TRUE(WaitForWorkers());
