@@ -62,13 +62,23 @@ void RunCut(const Ref<FolderItem>& file, double megabytes) {
     thread->Run();
 }
 
+// Closes the dialog on every way out. One that stayed would give the button of this run to a later one that is closed
+// by its close box.
+struct ClosedAtTheEnd {
+    winCut& dialog;
+    ~ClosedAtTheEnd() { dialog.Close(); }
+};
+
 // Files that came while another was being asked about or prepared: that serves events, and a cut that began in the
-// middle could settle on the same names. Each is served by an event of its own afterwards.
+// middle could settle on the same names. Each is served by an event of its own afterwards, in the order of their
+// coming.
 struct WaitingFile {
     Ref<FolderItem> file;
     OnTheWay onTheWay;
 };
 std::deque<WaitingFile> waiting;
+
+void ServeNext();
 
 class Turn {
 public:
@@ -84,23 +94,11 @@ public:
     static bool IsTaken() { return taken_; }
 
 private:
-    static void ServeNext() {
-        const WaitingFile next = waiting.front();
-        waiting.pop_front();
-        StartCut(next.file);
-    }
-
     static inline bool taken_ = false;
 };
 
-// Closes the dialog on every way out. One that stayed would give the button of this run to a later one that is closed
-// by its close box.
-struct ClosedAtTheEnd {
-    winCut& dialog;
-    ~ClosedAtTheEnd() { dialog.Close(); }
-};
-
 void AskAndCut(const Ref<FolderItem>& file) {
+    const Turn turn;
     const OnTheWay asking;
     const Ref<winCut> dialog = winCut::Instance();
     const ClosedAtTheEnd closed{*dialog};
@@ -111,6 +109,14 @@ void AskAndCut(const Ref<FolderItem>& file) {
         RunCut(file, Val(dialog->comPartSize()->Text()));
 }
 
+void ServeNext() {
+    if (Turn::IsTaken() || waiting.empty())
+        return;
+    const WaitingFile next = waiting.front();
+    waiting.pop_front();
+    AskAndCut(next.file);
+}
+
 } // namespace
 
 void StartCut(const Ref<FolderItem>& file) {
@@ -118,12 +124,10 @@ void StartCut(const Ref<FolderItem>& file) {
         Beep();
         return;
     }
-    if (Turn::IsTaken()) {
+    if (Turn::IsTaken() || !waiting.empty())
         waiting.push_back({file, {}});
-        return;
-    }
-    const Turn turn;
-    AskAndCut(file);
+    else
+        AskAndCut(file);
 }
 
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count) {

@@ -5,8 +5,13 @@
 #include "framework/files/FolderItem.h"
 #include "framework/windows/ProgressBar.h"
 #include "tests/support/ProgramTest.h"
+#include "ui/claDialogButton.h"
 #include "ui/claFilePerform.h"
 #include "ui/claFilePerformInfo.h"
+#include "ui/winCut.h"
+
+#include <QApplication>
+#include <QTimer>
 
 #include <filesystem>
 #include <fstream>
@@ -81,6 +86,29 @@ TEST_F(CutTest, WhatCannotBeCutLeavesItsRow) {
         const bool unread = row->Name == "empty" || row->Name == "folder";
         EXPECT_EQ(row->Status, unread ? "Preparing…" : "Creating part 1…") << row->Name;
     }
+}
+
+TEST_F(CutTest, FilesThatComeMeanwhileAreAskedAboutInTheirOrder) {
+    for (std::size_t size = 1; size <= 4; ++size)
+        folder.Write(std::to_string(size), Pattern(size));
+    const auto cut = [this](const std::string& name) { App::Instance()->EncodeFile(folder.Item(name)); };
+    std::string asked;
+    QTimer user;
+    QObject::connect(&user, &QTimer::timeout, [&] {
+        if (QApplication::activeModalWidget() == nullptr)
+            return;
+        asked += std::to_string(winCut::Instance()->FileSize);
+        if (asked == "1") {
+            cut("2");
+            cut("3");
+        }
+        winCut::Instance()->CancelButton->Push();
+    });
+    user.start(1);
+    cut("1");
+    cut("4"); // before the two that wait have had their turn
+    EXPECT_TRUE(WaitUntil([&asked] { return asked.size() == 4; }));
+    EXPECT_EQ(asked, "1234");
 }
 
 TEST_F(CutTest, AStopTrashesThePartsAndKeepsTheSource) {
