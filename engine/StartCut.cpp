@@ -2,6 +2,7 @@
 
 #include "engine/OnTheWay.h"
 #include "engine/PartNames.h"
+#include "engine/PromisedBase.h"
 #include "engine/claEncodeThread.h"
 #include "framework/desktop/Desktop.h"
 #include "framework/files/BinaryStream.h"
@@ -58,6 +59,7 @@ void RunCut(const Ref<FolderItem>& file, double megabytes) {
     thread->StreamIn = file->OpenAsBinaryFile(false);
     thread->Folder = file->Parent();
     thread->FileName = FreeBaseName(*thread->Folder, file->Name(), PartCount(file->Length(), thread->PartSize));
+    thread->Promise = std::make_unique<PromisedBase>(*thread->Folder, thread->FileName);
     thread->Coming.emplace();
     thread->Run();
 }
@@ -131,7 +133,7 @@ void StartCut(const Ref<FolderItem>& file) {
 }
 
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count) {
-    for (int32_t n = 1; HasPart(folder, name, count); ++n) {
+    for (int32_t n = 1; PromisedBase::Is(folder, name) || HasPart(folder, name, count); ++n) {
         name = NumberedVariant(name, n);
         RuntimeBackgroundTask();
     }

@@ -12,7 +12,7 @@ class FolderItem;
 // is over and the worker runs. A file that comes in the middle of that has to wait for its turn.
 void StartCut(const Ref<FolderItem>& file);
 
-// A base name under which none of the parts 1 to `count` exists in the folder: the given one, or a numbered variant of
-// it. Each variant is made from the one before, so numbers pile up: "film.mov", "film 1.mov", "film 1 2.mov". That is
-// meant.
+// A base name under which none of the parts 1 to `count` exists in the folder, and that no other cut is about to use:
+// the given one, or a numbered variant of it. Each variant is made from the one before, so numbers pile up: "film.mov",
+// "film 1.mov", "film 1 2.mov". That is meant.
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count);

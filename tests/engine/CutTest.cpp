@@ -88,6 +88,22 @@ TEST_F(CutTest, WhatCannotBeCutLeavesItsRow) {
     }
 }
 
+// The second one comes before the first has made any part.
+TEST_F(CutTest, CutsOfOneFileSideBySideGetNamesOfTheirOwn) {
+    const std::string film = Pattern(2 * kMegabyte);
+    folder.Write("film.mov", film);
+    onRow = [this](claFilePerformInfo& row) {
+        EXPECT_EQ(row.Name, "film.mov");
+        if (rows.size() == 1)
+            Cut("film.mov", "1.5");
+    };
+    Cut("film.mov", "1");
+    EXPECT_TRUE(WaitForWorkers());
+    EXPECT_EQ(rows.size(), 2U);
+    EXPECT_TRUE(HoldsSlices("film.mov", film, kMegabyte));
+    EXPECT_TRUE(HoldsSlices("film 1.mov", film, kMegabyte * 3 / 2));
+}
+
 TEST_F(CutTest, FilesThatComeMeanwhileAreAskedAboutInTheirOrder) {
     for (std::size_t size = 1; size <= 4; ++size)
         folder.Write(std::to_string(size), Pattern(size));
