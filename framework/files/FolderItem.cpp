@@ -74,8 +74,13 @@ void WriteCode(int descriptor, const char* attribute, const std::string& code, b
 int OpenPlain(const std::string& path, int flags) {
     if (path.empty())
         return -1;
-    const int descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666);
+    flags |= O_CLOEXEC | O_NOCTTY;
+    int descriptor = open(path.c_str(), flags | O_NONBLOCK, 0666);
     struct stat status = {};
+    // Another program has a lease on the file (a server does, for a client that keeps a copy) and has just been asked
+    // to give it back. That takes a moment, and the system sees to it that it comes to an end.
+    if (descriptor < 0 && errno == EWOULDBLOCK && stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode))
+        descriptor = open(path.c_str(), flags, 0666);
     if (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
         close(descriptor);
         return -1;
