@@ -15,7 +15,7 @@ public:
     // Makes the one instance, with its menu bar.
     static Ref<App> NewAppInstance();
     // Binds the menu commands below to their items. Once.
-    void AddMenuHandlers();
+    void ApplicationAddMenuHandlers();
     static Ref<App> Instance();
 
     // The program may quit by itself once the last operation has closed. True until the program is asked to come up
