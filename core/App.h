@@ -22,7 +22,8 @@ public:
     // without a file.
     bool QuitAfter = true;
     Ref<claPreferences> Preferences; // nil until Event_Open
-    // One entry per running glue: the child of its folder that bears the bare base name.
+    // One entry per running glue: the child of its folder that bears the bare base name. Walks over it do not yield:
+    // they are short, and an event served in the middle could change it under them.
     std::vector<Ref<FolderItem>> InUse;
 
     void Event_Open() override;

@@ -10,6 +10,9 @@ class FolderItem;
 // Asks for a part size in the cut dialog and starts the worker of the cut; nothing happens if the user cancels. The
 // parts land beside the source; one that lies in no folder is refused with a beep. Main thread; returns when the dialog
 // is over and the worker runs. A file that comes in the middle of that has to wait for its turn.
+//
+// No series in use is looked at or entered: one file may be cut several times at once, and also while it is being
+// glued.
 void StartCut(const Ref<FolderItem>& file);
 
 // A base name under which none of the parts 1 to `count` exists in the folder, and that no other cut is about to use:

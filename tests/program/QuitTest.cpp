@@ -41,6 +41,8 @@ TEST_F(QuitQuestion, CancelLetsEverythingRunOn) {
     EXPECT_TRUE(Holds(File("film.mov"), film));
 }
 
+// They lie asleep. One that still copied might see its stop before the process ends, and begin to move its files to the
+// Trash.
 TEST_F(QuitQuestion, QuitEndsManyOperationsAtOnceAndLeavesTheirFilesAsTheyStand) {
     constexpr int kOperations = 20;
     Words bases, parts;
