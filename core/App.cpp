@@ -36,7 +36,7 @@ Ref<App> App::Instance() {
     return instance;
 }
 
-void App::AddMenuHandlers() {
+void App::ApplicationAddMenuHandlers() {
     const auto add = [this](const char* itemName, bool (App::*action)()) {
         MenuHandlers().Add(itemName, [this, action] { return (this->*action)(); });
     };

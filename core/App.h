@@ -15,14 +15,15 @@ public:
     // Makes the one instance, with its menu bar.
     static Ref<App> NewAppInstance();
     // Binds the menu commands below to their items. Once.
-    void AddMenuHandlers();
+    void ApplicationAddMenuHandlers();
     static Ref<App> Instance();
 
     // The program may quit by itself once the last operation has closed. True until the program is asked to come up
     // without a file.
     bool QuitAfter = true;
     Ref<claPreferences> Preferences; // nil until Event_Open
-    // One entry per running glue: the child of its folder that bears the bare base name.
+    // One entry per running glue: the child of its folder that bears the bare base name. Walks over it do not yield:
+    // they are short, and an event served in the middle could change it under them.
     std::vector<Ref<FolderItem>> InUse;
 
     void Event_Open() override;

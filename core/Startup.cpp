@@ -8,8 +8,8 @@ ProgramIdentity OmbrivelIdentity() {
 }
 
 Ref<Application> Startup() {
-    FileTypes::Initialize();
+    InitFileTypes();
     const Ref<App> app = App::NewAppInstance();
-    app->AddMenuHandlers();
+    app->ApplicationAddMenuHandlers();
     return app;
 }

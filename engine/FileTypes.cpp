@@ -33,7 +33,7 @@ Ref<FileType> Register(const std::string& name, const std::string& extensions, c
 
 } // namespace
 
-void FileTypes::Initialize() {
+void InitFileTypes() {
     unknown = Register("Unknown", "", "????", "????");
     ombrivelPart = Register("Ombrivel Part", PartExtensions(), "OVPT", "OMBV");
 }

@@ -2,10 +2,13 @@
 
 #include "engine/OnTheWay.h"
 #include "engine/PartNames.h"
+#include "engine/PromisedBase.h"
 #include "engine/claEncodeThread.h"
+#include "framework/desktop/Desktop.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Number.h"
+#include "framework/text/Text.h"
 #include "framework/threads/MainThread.h"
 #include "framework/threads/Yield.h"
 #include "framework/windows/ComboBox.h"
@@ -17,15 +20,16 @@
 
 namespace {
 
-// From here on, one reading of the folder is cheaper than asking for every name.
+// Beyond so many names, one reading of the folder is cheaper than asking for each of them.
 constexpr int32_t kManyParts = 10000;
 
-bool HasPartAmongMany(const FolderItem& folder, const std::string& base, int32_t count) {
-    const auto entries = New<FolderItem>(folder.AbsolutePath()); // reads the folder anew
-    for (int32_t i = 1; i <= entries->Count(); ++i) {
-        const std::string name = entries->Item(i)->Name();
-        const double number = name.size() > base.size() ? Val(std::string_view(name).substr(base.size() + 1)) : 0;
-        if (number >= 1 && number <= count && name == PartName(base, RuntimeCvtReal64ToSInt32(number)))
+// The entries only say where to look: whether a name in other letters is the same one, the file system knows.
+bool HasPartAmong(const FolderItem& entries, const std::string& base, int32_t count) {
+    const std::string beginning = FoldedCase(base + ".");
+    for (int32_t i = 1; i <= entries.Count(); ++i) {
+        const std::string name = FoldedCase(entries.Item(i)->Name());
+        const double number = name.starts_with(beginning) ? Val(std::string_view(name).substr(beginning.size())) : 0;
+        if (number >= 1 && number <= count && entries.Child(PartName(base, RuntimeCvtReal64ToSInt32(number)))->Exists())
             return true;
         RuntimeBackgroundTask();
     }
@@ -34,8 +38,10 @@ bool HasPartAmongMany(const FolderItem& folder, const std::string& base, int32_t
 
 // Only the numbers that the new series will use count: an older, longer series may keep its tail beside it.
 bool HasPart(const FolderItem& folder, const std::string& base, int32_t count) {
-    if (count > kManyParts)
-        return HasPartAmongMany(folder, base, count);
+    const FolderItem entries(folder.AbsolutePath()); // reads the folder anew
+    // A folder without any entry is one that can't be read: the source lies in it.
+    if (count > kManyParts && entries.Count() > 0)
+        return HasPartAmong(entries, base, count);
     for (int32_t i = 1; i <= count; ++i) {
         if (folder.Child(PartName(base, i))->Exists())
             return true;
@@ -53,17 +59,28 @@ void RunCut(const Ref<FolderItem>& file, double megabytes) {
     thread->StreamIn = file->OpenAsBinaryFile(false);
     thread->Folder = file->Parent();
     thread->FileName = FreeBaseName(*thread->Folder, file->Name(), PartCount(file->Length(), thread->PartSize));
+    thread->Promise = std::make_unique<PromisedBase>(*thread->Folder, thread->FileName);
     thread->Coming.emplace();
     thread->Run();
 }
 
+// Closes the dialog on every way out. One that stayed would give the button of this run to a later one that is closed
+// by its close box.
+struct ClosedAtTheEnd {
+    winCut& dialog;
+    ~ClosedAtTheEnd() { dialog.Close(); }
+};
+
 // Files that came while another was being asked about or prepared: that serves events, and a cut that began in the
-// middle could settle on the same names. Each is served by an event of its own afterwards.
+// middle could settle on the same names. Each is served by an event of its own afterwards, in the order of their
+// coming.
 struct WaitingFile {
     Ref<FolderItem> file;
     OnTheWay onTheWay;
 };
 std::deque<WaitingFile> waiting;
+
+void ServeNext();
 
 class Turn {
 public:
@@ -79,39 +96,44 @@ public:
     static bool IsTaken() { return taken_; }
 
 private:
-    static void ServeNext() {
-        const WaitingFile next = waiting.front();
-        waiting.pop_front();
-        StartCut(next.file);
-    }
-
     static inline bool taken_ = false;
 };
 
 void AskAndCut(const Ref<FolderItem>& file) {
+    const Turn turn;
     const OnTheWay asking;
     const Ref<winCut> dialog = winCut::Instance();
+    const ClosedAtTheEnd closed{*dialog};
     dialog->ShowWithin(winMain::Instance(), -1);
     dialog->FileSize = static_cast<int32_t>(static_cast<uint32_t>(file->Length())); // the low 32 bits only
     dialog->UpdateStatus();
     if (dialog->ShowModal() == dialog->ActionButton)
         RunCut(file, Val(dialog->comPartSize()->Text()));
-    dialog->Close();
+}
+
+void ServeNext() {
+    if (Turn::IsTaken() || waiting.empty())
+        return;
+    const WaitingFile next = waiting.front();
+    waiting.pop_front();
+    AskAndCut(next.file);
 }
 
 } // namespace
 
 void StartCut(const Ref<FolderItem>& file) {
-    if (Turn::IsTaken()) {
-        waiting.push_back({file, {}});
+    if (file->Parent().IsNil()) { // the root folder: there is no place beside it
+        Beep();
         return;
     }
-    const Turn turn;
-    AskAndCut(file);
+    if (Turn::IsTaken() || !waiting.empty())
+        waiting.push_back({file, {}});
+    else
+        AskAndCut(file);
 }
 
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count) {
-    for (int32_t n = 1; HasPart(folder, name, count); ++n) {
+    for (int32_t n = 1; PromisedBase::Is(folder, name) || HasPart(folder, name, count); ++n) {
         name = NumberedVariant(name, n);
         RuntimeBackgroundTask();
     }

@@ -8,11 +8,14 @@
 class FolderItem;
 
 // Asks for a part size in the cut dialog and starts the worker of the cut; nothing happens if the user cancels. The
-// parts land beside the source. Main thread; returns when the dialog is over and the worker runs. A file that comes in
-// the middle of that has to wait for its turn.
+// parts land beside the source; one that lies in no folder is refused with a beep. Main thread; returns when the dialog
+// is over and the worker runs. A file that comes in the middle of that has to wait for its turn.
+//
+// No series in use is looked at or entered: one file may be cut several times at once, and also while it is being
+// glued.
 void StartCut(const Ref<FolderItem>& file);
 
-// A base name under which none of the parts 1 to `count` exists in the folder: the given one, or a numbered variant of
-// it. Each variant is made from the one before, so numbers pile up: "film.mov", "film 1.mov", "film 1 2.mov". That is
-// meant.
+// A base name under which none of the parts 1 to `count` exists in the folder, and that no other cut is about to use:
+// the given one, or a numbered variant of it. Each variant is made from the one before, so numbers pile up: "film.mov",
+// "film 1.mov", "film 1 2.mov". That is meant.
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count);

@@ -23,15 +23,16 @@ bool IsInUse(const FolderItem& file, const std::vector<Ref<FolderItem>>& inUse) 
     });
 }
 
-// Beside the parts, under their base name or the first numbered variant of it that is free. Unlike in a cut, each
-// variant is made from the base itself.
-Ref<FolderItem> FreeTarget(const FolderItem& folder, const std::string& base) {
-    Ref<FolderItem> target = folder.Child(base);
-    for (int32_t n = 1; target->Exists(); ++n) {
-        target = folder.Child(NumberedVariant(base, n));
+// Beside the parts, under their base name or the first numbered variant of it that is free: found by making the file,
+// so that nothing can come into being there meanwhile. Unlike in a cut, each variant is made from the base itself.
+void MakeTarget(claDecodeThread& glue) {
+    for (int32_t n = 0;; ++n) {
+        glue.File = glue.Folder->Child(n == 0 ? glue.FileName : NumberedVariant(glue.FileName, n));
+        glue.StreamOut = glue.File->CreateNewBinaryFile(FileTypes::Unknown()->Operator_Convert());
+        if (!glue.StreamOut.IsNil() || !glue.File->Exists()) // made, or it can't be made at all
+            return;
         RuntimeBackgroundTask();
     }
-    return target;
 }
 
 } // namespace
@@ -40,6 +41,7 @@ void StartGlue(const Ref<FolderItem>& file, std::vector<Ref<FolderItem>>& inUse)
     if (IsInUse(*file, inUse))
         return;
     const auto thread = New<claDecodeThread>();
+    thread->Coming.emplace();
     thread->Priority = kWorkerPriority;
     thread->Folder = file->Parent();
     thread->FileName = BaseOfPart(file->Name());
@@ -52,8 +54,6 @@ void StartGlue(const Ref<FolderItem>& file, std::vector<Ref<FolderItem>>& inUse)
         return;
     }
     inUse.push_back(base); // also when the target gets a number; before the search for it, which may serve events
-    thread->File = FreeTarget(*thread->Folder, thread->FileName);
-    thread->StreamOut = thread->File->CreateBinaryFile(FileTypes::Unknown()->Operator_Convert());
-    thread->Coming.emplace();
+    MakeTarget(*thread);
     thread->Run();
 }

@@ -11,7 +11,8 @@ class claFilePerformInfo;
 
 // The worker of a glue: appends the parts of a series to the target in ascending number, waits for a part that a
 // browser is still downloading, and applies the user's preferences for parts and archives at the end. A stop moves the
-// unfinished target to the Trash and leaves the parts alone.
+// unfinished target to the Trash and leaves the parts alone. A worker that an exception ends leaves its row in the list
+// and its series in use until the program is started anew.
 class claDecodeThread : public claThread {
 public:
     // Filled in by who starts the thread.

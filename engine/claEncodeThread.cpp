@@ -16,6 +16,7 @@
 #include "ui/winMain.h"
 
 void claEncodeThread::Event_RunThread() {
+    auto promise = std::move(Promise); // whatever ends this body ends it too
     const Ref<claFilePerformInfo> info = AddRow();
     Ref<BinaryStream> part;
     int32_t counter = 0;
@@ -24,8 +25,10 @@ void claEncodeThread::Event_RunThread() {
             break;
         ++counter;
         const Ref<FolderItem> file = Folder->Child(PartName(FileName, counter));
-        part =
-            file->CreateBinaryFile(FileTypes::OmbrivelPart()->Operator_Convert()); // the name was made sure of before
+        // The name was made sure of before. But for a source that grows meanwhile: its further parts may run over the
+        // tail of an older series. That is accepted.
+        part = file->CreateBinaryFile(FileTypes::OmbrivelPart()->Operator_Convert());
+        promise = nullptr;
         PostToMainThread(
             [info, counter] { info->Status = Multilingual::GetString("MainStatusCreatingPart", Str(counter)); });
         FillPart(*part, *info);

@@ -32,6 +32,7 @@ void claFilePerformInfo::Close() {
     const Ref<App> app = App::Instance();
     if (app->Preferences->ShowFilesAfter && !FileToShow.IsNil())
         ShowFileInFinder({FileToShow->AbsolutePath()});
-    if (app->Preferences->AutoQuit && app->QuitAfter && Parent->Info.empty() && !OnTheWay::Anything())
+    if (app->Preferences->AutoQuit && app->QuitAfter && Parent->Info.empty() && !OnTheWay::Anything() &&
+        !Application::EventsWait())
         Quit(0);
 }

@@ -145,6 +145,10 @@ void Application::SetIcon(const Ref<Picture>& icon) {
         QApplication::setWindowIcon(icon->ForFramework().Icon());
 }
 
+bool Application::EventsWait() {
+    return OpenEvents::Instance().Wait();
+}
+
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup) {
     program = identity;

@@ -35,6 +35,10 @@ public:
     // The icon of all windows.
     static void SetIcon(const Ref<Picture>& icon);
 
+    // Whether files, or a wish that the program come forward, have reached the process but none of the events below
+    // yet: they wait while a modal dialog runs. Main thread.
+    static bool EventsWait();
+
     // The program has been set up and may begin. An exception that leaves this event ends the process with code 1.
     virtual void Event_Open() {}
     // The program was started without a file, or asked to come forward.

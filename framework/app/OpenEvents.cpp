@@ -22,6 +22,11 @@ void OpenEvents::Add(std::function<void(Application&)> event) {
     Deliver();
 }
 
+void OpenEvents::AddLater(std::function<void(Application&)> event) {
+    waiting_.push_back(std::move(event));
+    DeliverLater();
+}
+
 void OpenEvents::Deliver() {
     const Ref<Application> application = RunningApplication();
     if (delivering_)
@@ -37,5 +42,9 @@ void OpenEvents::Deliver() {
 
 void OpenEvents::ModalRunEnded() {
     if (--modalRuns_ == 0 && !waiting_.empty())
-        PostToMainThread([this] { Deliver(); });
+        DeliverLater();
+}
+
+void OpenEvents::DeliverLater() {
+    PostToMainThread([this] { Deliver(); });
 }

@@ -16,8 +16,11 @@ public:
 
     void OpenDocument(const Ref<FolderItem>& item);
     void NewDocument();
-    // Anything else that brings files.
-    void Add(std::function<void(Application&)> event);
+    // Anything else that brings files. Delivered from the event loop, never at once.
+    void AddLater(std::function<void(Application&)> event);
+
+    // Whether there is anything that has not been delivered.
+    bool Wait() const { return !waiting_.empty(); }
 
     // Delivers what waits, unless a modal dialog runs or the application is not there yet.
     void Deliver();
@@ -26,6 +29,9 @@ public:
     void ModalRunEnded();
 
 private:
+    void Add(std::function<void(Application&)> event);
+    void DeliverLater();
+
     std::deque<std::function<void(Application&)>> waiting_;
     int modalRuns_ = 0;
     bool delivering_ = false; // the events behind the one under way wait for it

@@ -101,8 +101,13 @@ bool HandOver(const std::string& programId, const std::vector<std::string>& path
     bus.registerVirtualObject(ObjectPath(id), &service);
     if (bus.registerService(id))
         return false;
-    // An instance that is merely slow has got the files: they must not be opened twice.
-    const QDBusMessage answer = bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds);
-    const QDBusError error(answer);
-    return !error.isValid() || error.type() == QDBusError::NoReply || error.type() == QDBusError::TimedOut;
+    const QDBusError error(bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds));
+    if (!error.isValid())
+        return true;
+    // An instance that was about to end has taken nothing, but the bus may call that what it calls a slow one. Its name
+    // is free now, and tells the two apart.
+    if (bus.registerService(id))
+        return false;
+    // One that is merely slow has got the files: they must not be opened twice.
+    return error.type() == QDBusError::NoReply || error.type() == QDBusError::TimedOut;
 }

@@ -74,13 +74,27 @@ void WriteCode(int descriptor, const char* attribute, const std::string& code, b
 int OpenPlain(const std::string& path, int flags) {
     if (path.empty())
         return -1;
-    const int descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666);
+    flags |= O_CLOEXEC | O_NOCTTY;
+    int descriptor = open(path.c_str(), flags | O_NONBLOCK, 0666);
     struct stat status = {};
+    // Another program has a lease on the file (a server does, for a client that keeps a copy) and has just been asked
+    // to give it back. That takes a moment, and the system sees to it that it comes to an end.
+    if (descriptor < 0 && errno == EWOULDBLOCK && stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode))
+        descriptor = open(path.c_str(), flags, 0666);
     if (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
         close(descriptor);
         return -1;
     }
     return descriptor;
+}
+
+Ref<BinaryStream> StreamInto(int descriptor, const std::string& fileTypeName, bool isNew) {
+    if (descriptor < 0)
+        return nullptr;
+    const Ref<FileType> type = FileType::Named(fileTypeName);
+    WriteCode(descriptor, kTypeAttribute, type.IsNil() ? kNoFileCode : type->MacType, isNew);
+    WriteCode(descriptor, kCreatorAttribute, type.IsNil() ? kNoFileCode : type->MacCreator, isNew);
+    return New<BinaryStream>(descriptor);
 }
 
 } // namespace
@@ -179,16 +193,14 @@ Ref<BinaryStream> FolderItem::OpenAsBinaryFile(bool forWriting) const {
 }
 
 Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& fileTypeName) const {
-    int descriptor = OpenPlain(path_, O_WRONLY | O_CREAT | O_EXCL);
-    const bool isNew = descriptor >= 0;
-    if (!isNew && errno == EEXIST)
-        descriptor = OpenPlain(path_, O_WRONLY | O_CREAT | O_TRUNC);
-    if (descriptor < 0)
-        return nullptr;
-    const Ref<FileType> type = FileType::Named(fileTypeName);
-    WriteCode(descriptor, kTypeAttribute, type.IsNil() ? kNoFileCode : type->MacType, isNew);
-    WriteCode(descriptor, kCreatorAttribute, type.IsNil() ? kNoFileCode : type->MacCreator, isNew);
-    return New<BinaryStream>(descriptor);
+    const int made = OpenPlain(path_, O_WRONLY | O_CREAT | O_EXCL);
+    if (made < 0 && errno == EEXIST)
+        return StreamInto(OpenPlain(path_, O_WRONLY | O_CREAT | O_TRUNC), fileTypeName, false);
+    return StreamInto(made, fileTypeName, true);
+}
+
+Ref<BinaryStream> FolderItem::CreateNewBinaryFile(const std::string& fileTypeName) const {
+    return StreamInto(OpenPlain(path_, O_WRONLY | O_CREAT | O_EXCL), fileTypeName, true);
 }
 
 Ref<TextInputStream> FolderItem::OpenAsTextFile() const {

@@ -52,11 +52,13 @@ public:
     // Makes a new empty file, in place of one that is there, with the codes of the registered type of that name, and
     // opens it for writing; nil when that fails.
     Ref<BinaryStream> CreateBinaryFile(const std::string& fileTypeName) const;
+    // The same, but nil also when anything is there: what another program makes at that moment is never emptied.
+    Ref<BinaryStream> CreateNewBinaryFile(const std::string& fileTypeName) const;
     Ref<TextInputStream> OpenAsTextFile() const; // nil when that fails
     // Makes a new empty text file, or empties the one that is there; nil when that fails.
     Ref<TextOutputStream> CreateTextFile() const;
-    Ref<Picture> OpenAsPicture() const;          // nil when that fails; main thread
-    Ref<Sound> OpenAsSound() const;              // nil when there is no such file; main thread
+    Ref<Picture> OpenAsPicture() const; // nil when that fails; main thread
+    Ref<Sound> OpenAsSound() const;     // nil when there is no such file; main thread
 
     void Delete() const;
     // Moves the entry into a folder under its own name, never over another entry. SpecialFolder::Trash() is the

@@ -5,7 +5,6 @@
 #include "framework/files/FileType.h"
 #include "framework/files/FileUri.h"
 #include "framework/files/FolderItem.h"
-#include "framework/threads/MainThread.h"
 #include "framework/threads/Yield.h"
 #include "framework/windows/DragItem.h"
 #include "framework/windows/Native.h"
@@ -89,11 +88,9 @@ protected:
     void dropEvent(QDropEvent* event) override {
         TakeAsCopy(*event);
         const auto drag = New<DragItem>(FilesIn(*event->mimeData(), canvas_.acceptedTypes_));
-        PostToMainThread([canvas = Self(&canvas_), drag] {
-            OpenEvents::Instance().Add([canvas, drag](Application&) {
-                if (canvas->DropObject)
-                    canvas->DropObject(drag, 0);
-            });
+        OpenEvents::Instance().AddLater([canvas = Self(&canvas_), drag](Application&) {
+            if (canvas->DropObject)
+                canvas->DropObject(drag, 0);
         });
     }
 

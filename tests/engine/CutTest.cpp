@@ -1,11 +1,17 @@
+#include "core/App.h"
 #include "engine/PartNames.h"
 #include "engine/claEncodeThread.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/windows/ProgressBar.h"
 #include "tests/support/ProgramTest.h"
+#include "ui/claDialogButton.h"
 #include "ui/claFilePerform.h"
 #include "ui/claFilePerformInfo.h"
+#include "ui/winCut.h"
+
+#include <QApplication>
+#include <QTimer>
 
 #include <filesystem>
 #include <fstream>
@@ -70,6 +76,7 @@ TEST_F(CutTest, WhatCannotBeCutLeavesItsRow) {
     folder.Write(tooLong, "x");
     std::filesystem::create_directory(folder.Path("folder"));
     RunWorker("film", 10, folder.Item("missing"));
+    App::Instance()->EncodeFile(New<FolderItem>("/")); // no dialog at all
     for (const std::string& name : {"empty"s, "folder"s, tooLong, "film"s})
         Cut(name, "1");
     EXPECT_TRUE(WaitForWorkers());
@@ -79,6 +86,45 @@ TEST_F(CutTest, WhatCannotBeCutLeavesItsRow) {
         const bool unread = row->Name == "empty" || row->Name == "folder";
         EXPECT_EQ(row->Status, unread ? "Preparing…" : "Creating part 1…") << row->Name;
     }
+}
+
+// The second one comes before the first has made any part.
+TEST_F(CutTest, CutsOfOneFileSideBySideGetNamesOfTheirOwn) {
+    const std::string film = Pattern(2 * kMegabyte);
+    folder.Write("film.mov", film);
+    onRow = [this](claFilePerformInfo& row) {
+        EXPECT_EQ(row.Name, "film.mov");
+        if (rows.size() == 1)
+            Cut("film.mov", "1.5");
+    };
+    Cut("film.mov", "1");
+    EXPECT_TRUE(WaitForWorkers());
+    EXPECT_EQ(rows.size(), 2U);
+    EXPECT_TRUE(HoldsSlices("film.mov", film, kMegabyte));
+    EXPECT_TRUE(HoldsSlices("film 1.mov", film, kMegabyte * 3 / 2));
+}
+
+TEST_F(CutTest, FilesThatComeMeanwhileAreAskedAboutInTheirOrder) {
+    for (std::size_t size = 1; size <= 4; ++size)
+        folder.Write(std::to_string(size), Pattern(size));
+    const auto cut = [this](const std::string& name) { App::Instance()->EncodeFile(folder.Item(name)); };
+    std::string asked;
+    QTimer user;
+    QObject::connect(&user, &QTimer::timeout, [&] {
+        if (QApplication::activeModalWidget() == nullptr)
+            return;
+        asked += std::to_string(winCut::Instance()->FileSize);
+        if (asked == "1") {
+            cut("2");
+            cut("3");
+        }
+        winCut::Instance()->CancelButton->Push();
+    });
+    user.start(1);
+    cut("1");
+    cut("4"); // before the two that wait have had their turn
+    EXPECT_TRUE(WaitUntil([&asked] { return asked.size() == 4; }));
+    EXPECT_EQ(asked, "1234");
 }
 
 TEST_F(CutTest, AStopTrashesThePartsAndKeepsTheSource) {

@@ -13,6 +13,7 @@
 namespace {
 
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 using Names = std::vector<std::string>;
 
 constexpr std::size_t kMegabyte = 1048576;
@@ -33,13 +34,16 @@ protected:
 
 TEST_F(GlueTest, JoinsTheSeriesFromItsLowestNumberToItsFirstGap) {
     const std::string longest(251, 'n');
-    // What is there, the part chosen, the target, and what is in it.
+    // What is there (a folder with a slash), the part chosen, the target, and what is in it. Each part holds the last
+    // digit of its number.
     const std::tuple<Names, std::string, std::string, std::string> table[] = {
         {{"a.mov.001", "a.mov.002", "a.mov.003"}, "a.mov.003", "a.mov", "123"},
         {{"a.mov.000", "a.mov.001", "a.mov.002"}, "a.mov.001", "a.mov", "012"},
+        {{"a.mov.000"}, "a.mov.000", "a.mov", "0"},
         {{"a.mov.001", "a.mov.002", "a.mov.004"}, "a.mov.004", "a.mov", "12"},
         {{"a.mov.002", "a.mov.003"}, "a.mov.002", "a.mov", ""},
         {{"a.mov", "a 1.mov", "a.mov.001"}, "a.mov.001", "a 2.mov", "1"},
+        {{"a.mov/", "a.mov.001"}, "a.mov.001", "a 1.mov", "1"},
         {{"a", "a.001"}, "a.001", " 1a", "1"},
         {{"a.mov.999", "a.mov.1000"}, "a.mov.1000", "a.mov.", ""}, // a base with a point at its end fits no part
         {{"a.mov"}, "a.mov", "a", ""},                             // no part at all
@@ -49,14 +53,19 @@ TEST_F(GlueTest, JoinsTheSeriesFromItsLowestNumberToItsFirstGap) {
     for (const auto& [there, chosen, target, glued] : table) {
         for (const std::string& name : folder.Names())
             std::filesystem::remove(folder.Path(name));
-        for (const std::string& name : there)
-            folder.Write(name, name.substr(name.size() - 1));
+        for (const std::string& name : there) {
+            if (name.ends_with('/'))
+                std::filesystem::create_directory(folder.Path(name));
+            else
+                folder.Write(name, name.substr(name.size() - 1));
+        }
         Glue(chosen);
         EXPECT_TRUE(WaitForWorkers());
         EXPECT_TRUE(folder.Item(target)->Exists()) << target;
         EXPECT_EQ(folder.Read(target) + folder.Item(target)->MacType(), glued + "????") << target;
         EXPECT_EQ(folder.Names().size(), there.size() + 1) << target;
         EXPECT_EQ(rows.back()->Name, target);
+        EXPECT_EQ(rows.back()->Status, glued.empty() ? "Preparing…" : "Adding part "s + glued.back() + "…") << target;
     }
     EXPECT_TRUE(List().Info.empty());
     EXPECT_TRUE(App::Instance()->InUse.empty());
@@ -90,6 +99,9 @@ TEST_F(GlueTest, TheEstimateLosesTheFractionOfEachPart) {
     const std::tuple<Files, int32_t, int32_t> table[] = {
         {{{"a.001", kMegabyte * 3 / 2}, {"a.002", kMegabyte * 3 / 2}}, 2, 3}, // four blocks, of which one fell back
         {{{"b.001", kMegabyte - 1}, {"b.002", kMegabyte - 1}}, 0, 0},         // begins without a measure, never moves
+        {{{"d.001", kMegabyte}, {"d.002", 0}, {"d.003", kMegabyte}, {"d.005", kMegabyte}},
+         3,
+         2}, // no step for an empty part
         {{{"c.001", kMegabyte}, {"c2.download", kMegabyte}, {"C3.123", 2 * kMegabyte}, {"c", kMegabyte}}, 4, 1}};
     int32_t maximum = 0;
     onRow = [&maximum](claFilePerformInfo& row) { maximum = row.Bar->Maximum(); };

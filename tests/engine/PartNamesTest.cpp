@@ -32,13 +32,14 @@ TEST(PartNames, AreMadeAndTakenApart) {
 TEST(PartNames, ACutFindsABaseThatNoPartIsInTheWayOf) {
     const TestFolder folder;
     for (const char* name :
-         {"a.mov", "a.mov.000", "a.mov.004", "b.mov.003", "b 1.mov.002", "c.001", "d.12345", "d 1.x"})
+         {"a.mov", "a.mov.000", "a.mov.004", "b.mov.003", "b 1.mov.002", "c.001", "d.12345", "d 1.x", "e.1"})
         folder.Write(name, "");
     std::filesystem::create_symlink("nowhere", folder.Path(" 1c.001")); // in the way like anything else
     const std::tuple<std::string, int32_t, std::string> table[] = {
-        {"a.mov", 3, "a.mov"}, {"a.mov", 4, "a 1.mov"}, {"b.mov", 2, "b.mov"},         {"b.mov", 3, "b 1 2.mov"},
-        {"c", 1, " 2 1c"},     {"c", -1, "c"},          {"b.mov", 99999, "b 1 2.mov"}, {"c", INT32_MAX, " 2 1c"},
-        {"d", 12344, "d"},     {"d", 12345, " 1d"}};
+        {"a.mov", 3, "a.mov"},         {"a.mov", 4, "a 1.mov"},   {"b.mov", 2, "b.mov"},
+        {"b.mov", 3, "b 1 2.mov"},     {"c", 1, " 2 1c"},         {"c", -1, "c"},
+        {"b.mov", 99999, "b 1 2.mov"}, {"c", INT32_MAX, " 2 1c"}, {"d", 12344, "d"},
+        {"d", 12345, " 1d"},           {"e", 99999, "e"},         {"D", 99999, "D"}};
     for (const auto& [name, count, base] : table)
         EXPECT_EQ(FreeBaseName(*New<FolderItem>(folder.Path()), name, count), base) << count;
     EXPECT_EQ(PartCount(0, 100) + PartCount(100, 100) + PartCount(101, 100) + PartCount(5ULL << 30U, INT32_MAX), 6);

@@ -9,8 +9,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -94,6 +97,22 @@ TEST(Files, OnlyPlainFilesAreOpened) {
     }
     for (const Ref<FolderItem>& item : {folder.Item("pipe"), folder.Item("folder"), folder.Item("file")->Child("x")})
         EXPECT_TRUE(item->CreateBinaryFile("").IsNil()) << item->AbsolutePath();
+    EXPECT_TRUE(folder.Item("file")->CreateNewBinaryFile("").IsNil());
+    EXPECT_EQ(folder.Read("file"), "x") << "nothing that is there is emptied";
+}
+
+int leased = -1;
+
+// Its holder is asked by a signal to give a lease back.
+TEST(Files, AFileUnderALeaseIsWaitedFor) {
+    const TestFolder folder;
+    folder.Write("file", "x");
+    leased = open(folder.Path("file").c_str(), O_RDONLY | O_CLOEXEC);
+    if (fcntl(leased, F_SETLEASE, F_WRLCK) != 0)
+        GTEST_SKIP() << "no leases here";
+    std::signal(SIGIO, [](int) { fcntl(leased, F_SETLEASE, F_UNLCK); });
+    EXPECT_EQ(folder.Item("file")->OpenAsBinaryFile(false)->Read(1), "x");
+    close(leased);
 }
 
 TEST(Files, ReadsLinesOfEveryKind) {

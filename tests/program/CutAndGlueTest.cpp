@@ -118,6 +118,13 @@ TEST_F(CutAndGlue, ASecondStartHandsItsFilesToTheRunningProgram) {
     EXPECT_FALSE(Exists("film.mov.001"));
 }
 
+TEST_F(CutAndGlue, AStartIsItsOwnMasterWhenTheRunningProgramEndsInsteadOfAnswering) {
+    const std::string film = WriteSeries("film.mov");
+    desktop.Pretend({"ending-instance"});
+    EXPECT_EQ(Start({"film.mov.001"}).End(), 0);
+    EXPECT_TRUE(Holds(File("film.mov"), film));
+}
+
 TEST_F(CutAndGlue, WithoutASessionBusTheProgramRunsAndOpensTheFolderInPlaceOfShowingTheFile) {
     const std::string film = WriteSeries("film.mov");
     EXPECT_EQ(StartWithoutBus({"film.mov.001"}).End(), 0);

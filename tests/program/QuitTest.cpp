@@ -10,6 +10,24 @@ constexpr auto kAtOnce = 2s; // with room for a busy machine
 
 } // namespace
 
+using AutoQuit = WholeProgramTest;
+
+TEST_F(AutoQuit, WaitsForTheFilesThatWaitBehindADialog) {
+    WriteUnfinishedSeries("film.mov");
+    const std::string song = WriteSeries("song.flac");
+    Program& program = Start({"film.mov.001"});
+    AwaitUnfinished("film.mov");
+    program.MainWindowInFront();
+    desktop.Press({"ctrl+question"});
+    program.Dialog();
+    EXPECT_EQ(StartAgain({"song.flac.001"}), 0);
+    FinishDownload("film.mov");
+    Await("the film shown", [&] { return desktop.Shown().size() == 1; });
+    program.Answer({"Return"});
+    EXPECT_EQ(program.End(), 0); // after the song
+    EXPECT_TRUE(Holds(File("song.flac"), song));
+}
+
 using QuitQuestion = WholeProgramTest;
 
 TEST_F(QuitQuestion, CancelLetsEverythingRunOn) {
@@ -23,6 +41,8 @@ TEST_F(QuitQuestion, CancelLetsEverythingRunOn) {
     EXPECT_TRUE(Holds(File("film.mov"), film));
 }
 
+// They lie asleep. One that still copied might see its stop before the process ends, and begin to move its files to the
+// Trash.
 TEST_F(QuitQuestion, QuitEndsManyOperationsAtOnceAndLeavesTheirFilesAsTheyStand) {
     constexpr int kOperations = 20;
     Words bases, parts;

@@ -1,5 +1,6 @@
 // The program's neighbours on a desktop, as far as the tests need them: a file manager that writes down what it is
-// asked to show, a window out of which files are dragged, and a program that has something on the clipboard.
+// asked to show, a window out of which files are dragged, a program that has something on the clipboard, and another
+// instance of the program itself, which is just about to end.
 
 #include <QApplication>
 #include <QClipboard>
@@ -12,6 +13,7 @@
 #include <QWidget>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -35,6 +37,19 @@ public:
         return true;
     }
 };
+
+// Ends instead of answering what it is asked first.
+class EndingInstance : public QDBusVirtualObject {
+public:
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage&, const QDBusConnection&) override { std::_Exit(0); }
+};
+
+// Serves requests to an object on the bus under that name.
+bool Serve(const QString& name, const QString& path, QDBusVirtualObject& object) {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    return bus.registerVirtualObject(path, &object) && bus.registerService(name);
+}
 
 // Starts a drag of the given addresses as soon as the pointer moves with its button down. Says "accepted" when the
 // program beneath the pointer would take them, and "ended" when the drag is over for this side.
@@ -74,11 +89,15 @@ int main(int count, char** words) {
     const QString role = arguments.value(1);
 
     FileManager fileManager;
+    EndingInstance endingInstance;
     DragSource dragSource(arguments.mid(2));
     if (role == QLatin1String("file-manager")) {
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        bus.registerVirtualObject(QStringLiteral("/org/freedesktop/FileManager1"), &fileManager);
-        if (!bus.registerService(QStringLiteral("org.freedesktop.FileManager1")))
+        if (!Serve(QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
+                   fileManager))
+            return 1;
+    } else if (role == QLatin1String("ending-instance")) {
+        if (!Serve(QStringLiteral("example.halvrick.Ombrivel"), QStringLiteral("/example/halvrick/Ombrivel"),
+                   endingInstance))
             return 1;
     } else if (role == QLatin1String("drag")) {
         dragSource.show();

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+class FolderItem;
+
+// A base name that one cut has settled on and of which no part exists yet: no other cut may settle on it meanwhile. Any
+// thread.
+class PromisedBase {
+public:
+    PromisedBase(const FolderItem& folder, const std::string& base);
+    ~PromisedBase();
+    PromisedBase(const PromisedBase&) = delete;
+    PromisedBase& operator=(const PromisedBase&) = delete;
+
+    static bool Is(const FolderItem& folder, const std::string& base);
+
+private:
+    const std::string path_;
+};
