@@ -1,5 +1,5 @@
-// Any bytes as the reply of a server, in any pieces: each comes to an end without a fault, and not a byte of a body is
-// lost or comes twice.
+// Any bytes as the reply of a server, in any pieces: each comes to an end without a fault, and what the progress tells
+// of the body is the body.
 
 #include "fuzz/Require.h"
 #include "update/HTTPSocket.h"

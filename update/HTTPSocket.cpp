@@ -68,13 +68,11 @@ void HTTPSocket::Get(const std::string& url, const Ref<FolderItem>& file) {
 }
 
 bool HTTPSocket::Get(const std::string& url, const Ref<FolderItem>& file, int32_t timeout) {
-    BeginAndWait(url, "GET", file, timeout);
-    return mErrorCode == 0;
+    return BeginAndWait(url, "GET", file, timeout)->mErrorCode == 0;
 }
 
 std::string HTTPSocket::Get(const std::string& url, int32_t timeout) {
-    BeginAndWait(url, "GET", nullptr, timeout);
-    return _pageBuffer;
+    return BeginAndWait(url, "GET", nullptr, timeout)->_pageBuffer;
 }
 
 void HTTPSocket::GetHeaders(const std::string& url) {
@@ -82,8 +80,7 @@ void HTTPSocket::GetHeaders(const std::string& url) {
 }
 
 Ref<InternetHeaders> HTTPSocket::GetHeaders(const std::string& url, int32_t timeout) {
-    BeginAndWait(url, "HEAD", nullptr, timeout);
-    return _pageHeaders;
+    return BeginAndWait(url, "HEAD", nullptr, timeout)->_pageHeaders;
 }
 
 void HTTPSocket::Post(const std::string& url) {
@@ -95,13 +92,11 @@ void HTTPSocket::Post(const std::string& url, const Ref<FolderItem>& file) {
 }
 
 bool HTTPSocket::Post(const std::string& url, const Ref<FolderItem>& file, int32_t timeout) {
-    BeginAndWait(url, "POST", file, timeout);
-    return mErrorCode == 0;
+    return BeginAndWait(url, "POST", file, timeout)->mErrorCode == 0;
 }
 
 std::string HTTPSocket::Post(const std::string& url, int32_t timeout) {
-    BeginAndWait(url, "POST", nullptr, timeout);
-    return _pageBuffer;
+    return BeginAndWait(url, "POST", nullptr, timeout)->_pageBuffer;
 }
 
 void HTTPSocket::SendRequest(const std::string& method, const std::string& url) {
@@ -114,13 +109,11 @@ void HTTPSocket::SendRequest(const std::string& method, const std::string& url, 
 
 bool HTTPSocket::SendRequest(const std::string& method, const std::string& url, const Ref<FolderItem>& file,
                              int32_t timeout) {
-    BeginAndWait(url, method, file, timeout);
-    return mErrorCode == 0;
+    return BeginAndWait(url, method, file, timeout)->mErrorCode == 0;
 }
 
 std::string HTTPSocket::SendRequest(const std::string& method, const std::string& url, int32_t timeout) {
-    BeginAndWait(url, method, nullptr, timeout);
-    return _pageBuffer;
+    return BeginAndWait(url, method, nullptr, timeout)->_pageBuffer;
 }
 
 void HTTPSocket::Begin(const std::string& url, const std::string& method, const Ref<FolderItem>& file) {
@@ -128,12 +121,15 @@ void HTTPSocket::Begin(const std::string& url, const std::string& method, const 
     DoConnect(url, method, file);
 }
 
-void HTTPSocket::BeginAndWait(const std::string& url, const std::string& method, const Ref<FolderItem>& file,
-                              int32_t timeout) {
+// Gives this object, held: nobody else may hold it any more when the wait is over.
+Ref<HTTPSocket> HTTPSocket::BeginAndWait(const std::string& url, const std::string& method, const Ref<FolderItem>& file,
+                                         int32_t timeout) {
+    const Ref<HTTPSocket> self = Self(this);
     timeoutSeconds = timeout;
     synchronous = true;
     DoConnect(url, method, file);
     WaitForPage();
+    return self;
 }
 
 // A file that can't be used leaves the request that is under way alone.
@@ -148,7 +144,9 @@ void HTTPSocket::DoConnect(const std::string& url, const std::string& method, co
         Port = HTTPProxyPort == 0 ? DefaultPort : HTTPProxyPort;
     }
     _httpAction = method;
-    Close(); // without an event
+    ++request_;
+    threadProtection = false; // even if a handler of the reply before is running
+    Close();                  // without an event
     _connectionValid = false;
     Purge();
     Connect();
@@ -200,7 +198,10 @@ void HTTPSocket::KillDownloadStream() {
 void HTTPSocket::Event_Connected() {
     _connectionValid = true;
     ResetVariables();
+    const uint32_t request = request_;
     Raise(Connected);
+    if (request != request_)
+        return;
     if (_httpAction.empty())
         _httpAction = "GET";
     SendRequest(_httpAction);

@@ -88,12 +88,15 @@ protected:
     void Event_Error() override;
 
 private:
+    class Protection;
+
     Ref<InternetHeaders> GetRequestHeaders() override;
     void InitializeRequestHeaders();
 
     // The request.
     void Begin(const std::string& url, const std::string& method, const Ref<FolderItem>& file);
-    void BeginAndWait(const std::string& url, const std::string& method, const Ref<FolderItem>& file, int32_t timeout);
+    Ref<HTTPSocket> BeginAndWait(const std::string& url, const std::string& method, const Ref<FolderItem>& file,
+                                 int32_t timeout);
     void DoConnect(const std::string& url, const std::string& method, const Ref<FolderItem>& file);
     void ParseURL(const std::string& url);
     bool SetDownloadFile(const Ref<FolderItem>& file);
@@ -114,6 +117,7 @@ private:
     bool IsHead() const;
     void ResetVariables();
     void HandleNewData();
+    void HandleHeaders(const Protection& protection);
     void ParseHeaders(const std::string& text);
     void ProcessData(const std::string& data);
     void ProcessPage();
@@ -127,6 +131,7 @@ private:
     static std::string CreateNonce();
     static std::string EncodeHex(const std::string& bytes);
 
+    uint32_t request_ = 0; // counts them: a handler may begin the next while the reply to the last is on the stack
     int32_t mErrorCode = 0;
     bool synchronous = false;      // a blocking call, without events
     bool threadProtection = false; // HandleNewData is running

@@ -44,7 +44,7 @@ bool HTTPSocket::SetAuthentication(const std::string& kind) {
 }
 
 // Takes one parameter per line, all quoted. Headers come here unfolded, on one line, so all that a challenge says after
-// its first name is the value of that name. That is meant.
+// its first name is the value of that name, and a value without quotation marks loses its ends. That is meant.
 Ref<Dictionary<std::string>> HTTPSocket::ParseAuthenticationParams(const std::string& text) {
     const auto parameters = New<Dictionary<std::string>>();
     for (const std::string& line : Split(text, "\r\n")) {

@@ -28,19 +28,28 @@ int32_t Wrapped(double count) {
     return std::isfinite(count) ? Wrapped(static_cast<int64_t>(std::fmod(count, kTurn))) : 0;
 }
 
-// Set while one of these lives, on whatever way it goes.
-class SetWhileHere {
+} // namespace
+
+// Keeps HandleNewData from running within itself, for as long as the reply is that of one request.
+class HTTPSocket::Protection {
 public:
-    explicit SetWhileHere(bool& flag) : flag_(flag) { flag_ = true; }
-    ~SetWhileHere() { flag_ = false; }
-    SetWhileHere(const SetWhileHere&) = delete;
-    SetWhileHere& operator=(const SetWhileHere&) = delete;
+    explicit Protection(HTTPSocket& socket) : socket_(socket), request_(socket.request_) {
+        socket.threadProtection = true;
+    }
+    ~Protection() {
+        if (!IsOver())
+            socket_.threadProtection = false;
+    }
+    Protection(const Protection&) = delete;
+    Protection& operator=(const Protection&) = delete;
+
+    // A handler has begun another request.
+    bool IsOver() const { return socket_.request_ != request_; }
 
 private:
-    bool& flag_;
+    HTTPSocket& socket_;
+    const uint32_t request_;
 };
-
-} // namespace
 
 bool HTTPSocket::IsHead() const {
     return RuntimeStringCompare(_httpAction, "HEAD") == 0;
@@ -74,22 +83,30 @@ void HTTPSocket::Event_Error() {
 void HTTPSocket::HandleNewData() {
     if (threadProtection)
         return;
-    const SetWhileHere guard(threadProtection);
-    if (!_pageHeaders.IsNil()) {
+    const Protection protection(*this);
+    if (_pageHeaders.IsNil())
+        HandleHeaders(protection);
+    else
         ProcessData(ReadAll());
-        return;
-    }
+}
+
+void HTTPSocket::HandleHeaders(const Protection& protection) {
     const std::optional<HeaderEnd::Place> end = _headerEnd.Find(Lookahead());
     if (!end)
         return;
     ParseHeaders(Read(static_cast<int32_t>(end->position)));
-    if ((_httpStatusCode == kUnauthorized && SetAuthentication("WWW")) ||
-        (_httpStatusCode == kProxyUnauthorized && SetAuthentication("Proxy"))) {
+    const bool again = (_httpStatusCode == kUnauthorized && SetAuthentication("WWW")) ||
+                       (_httpStatusCode == kProxyUnauthorized && SetAuthentication("Proxy"));
+    if (protection.IsOver())
+        return;
+    if (again) {
         const Ref<FolderItem> file = _downloadFile; // which the new request forgets at first
         DoConnect(_processingURL, _httpAction, file);
         return;
     }
     Raise(HeadersReceived, _pageHeaders, _httpStatusCode);
+    if (protection.IsOver())
+        return;
     Read(static_cast<int32_t>(end->blankLine));
     ProcessData(ReadAll());
 }
@@ -111,8 +128,9 @@ void HTTPSocket::ProcessData(const std::string& data) {
         _pageBuffer.append(data);
     else
         _downloadStream->Write(data);
+    const uint32_t request = request_;
     Raise(ReceiveProgress, _currentLength, _totalLength, data);
-    if (IsAskingForCredentials(_httpStatusCode) && !IsConnected())
+    if (request == request_ && IsAskingForCredentials(_httpStatusCode) && !IsConnected())
         ProcessPage();
 }
 

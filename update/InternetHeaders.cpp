@@ -33,19 +33,19 @@ private:
 
 } // namespace
 
-InternetHeaders::InternetHeaders() : headers_(New<Dictionary<std::string>>()), numbered_(New<Dictionary<int32_t>>()) {}
+InternetHeaders::InternetHeaders() : Headers(New<Dictionary<std::string>>()), numbered_(New<Dictionary<int32_t>>()) {}
 
 // A name that comes a hundred thousand times must not be counted through at each.
 void InternetHeaders::AppendHeader(const std::string& name, const std::string& value) {
-    if (!headers_->HasKey(name)) {
-        headers_->SetValue(name, value);
+    if (!Headers->HasKey(name)) {
+        Headers->SetValue(name, value);
         return;
     }
     const std::string plain = NameIn(name);
     int32_t number = numbered_->Lookup(plain, 0) + 1;
-    while (headers_->HasKey(KeyOf(plain, number)))
+    while (Headers->HasKey(KeyOf(plain, number)))
         ++number;
-    headers_->SetValue(KeyOf(plain, number), value);
+    Headers->SetValue(KeyOf(plain, number), value);
     numbered_->SetValue(plain, number);
 }
 
@@ -58,39 +58,39 @@ std::string InternetHeaders::CommaSeparatedValues(const std::string& name) const
 }
 
 int32_t InternetHeaders::Count() const {
-    return headers_->Count();
+    return Headers->Count();
 }
 
 void InternetHeaders::Delete(const std::string& name) {
     for (int32_t index = NameCount(name); index-- > 0;)
-        headers_->Remove(KeyOf(name, index));
+        Headers->Remove(KeyOf(name, index));
     numbered_->Remove(NameIn(name));
 }
 
 void InternetHeaders::Delete(const std::string& name, int32_t index) {
-    if (!headers_->HasKey(KeyOf(name, index)))
+    if (!Headers->HasKey(KeyOf(name, index)))
         return;
-    headers_->Remove(KeyOf(name, index));
-    for (int32_t i = index + 1; headers_->HasKey(KeyOf(name, i)); ++i) {
-        headers_->SetValue(KeyOf(name, i - 1), headers_->Value(KeyOf(name, i)));
-        headers_->Remove(KeyOf(name, i));
+    Headers->Remove(KeyOf(name, index));
+    for (int32_t i = index + 1; Headers->HasKey(KeyOf(name, i)); ++i) {
+        Headers->SetValue(KeyOf(name, i - 1), Headers->Value(KeyOf(name, i)));
+        Headers->Remove(KeyOf(name, i));
     }
     numbered_->Remove(NameIn(name));
 }
 
 // The text that was parsed stays.
 void InternetHeaders::DeleteAllHeaders() {
-    headers_->Clear();
+    Headers->Clear();
     numbered_->Clear();
 }
 
 std::string InternetHeaders::Name(int32_t position) const {
-    return position < 0 || position >= Count() ? std::string() : NameIn(headers_->Key(position));
+    return position < 0 || position >= Count() ? std::string() : NameIn(Headers->Key(position));
 }
 
 int32_t InternetHeaders::NameCount(const std::string& name) const {
     int32_t count = 0;
-    while (headers_->HasKey(KeyOf(name, count)))
+    while (Headers->HasKey(KeyOf(name, count)))
         ++count;
     return count;
 }
@@ -98,23 +98,23 @@ int32_t InternetHeaders::NameCount(const std::string& name) const {
 void InternetHeaders::SetHeader(const std::string& name, const std::string& value) {
     if (NameCount(name) >= 2)
         Delete(name);
-    headers_->SetValue(name, value);
+    Headers->SetValue(name, value);
 }
 
 void InternetHeaders::SetHeader(const std::string& name, const std::string& value, int32_t index) {
     const std::string key = KeyOf(name, index);
-    if (headers_->HasKey(key))
-        headers_->SetValue(key, value);
+    if (Headers->HasKey(key))
+        Headers->SetValue(key, value);
     else
         AppendHeader(key, value);
 }
 
 std::string InternetHeaders::Source() const {
-    return rawHeaders_.empty() ? FormatHTTPHeaders() : rawHeaders_;
+    return _rawHeaders.empty() ? FormatHTTPHeaders() : _rawHeaders;
 }
 
 std::string InternetHeaders::Value(int32_t position) const {
-    return position < 0 || position >= Count() ? std::string() : headers_->Value(headers_->Key(position));
+    return position < 0 || position >= Count() ? std::string() : Headers->Value(Headers->Key(position));
 }
 
 std::string InternetHeaders::Value(const std::string& name) const {
@@ -122,7 +122,7 @@ std::string InternetHeaders::Value(const std::string& name) const {
 }
 
 std::string InternetHeaders::Value(const std::string& name, int32_t index) const {
-    return headers_->Lookup(KeyOf(name, std::max(index, 0)), "");
+    return Headers->Lookup(KeyOf(name, std::max(index, 0)), "");
 }
 
 std::string InternetHeaders::DetermineEOLCharacter(std::string_view text) const {
@@ -163,7 +163,7 @@ std::string InternetHeaders::FormatHTTPHeaders() const {
 }
 
 void InternetHeaders::ParseHeaders(const std::string& text) {
-    rawHeaders_ = text;
+    _rawHeaders = text;
     DeleteAllHeaders();
     const std::string lineEnd = DetermineEOLCharacter(text);
     const std::string unfolded = ReplaceAll(ReplaceAll(text, lineEnd + " ", " "), lineEnd + "\t", " ");

@@ -46,8 +46,10 @@ public:
     // colon, a status line say, are passed over.
     virtual void ParseHeaders(const std::string& text);
 
+protected:
+    Ref<Dictionary<std::string>> Headers;
+    std::string _rawHeaders; // as parsed; empty for headers made by hand
+
 private:
-    Ref<Dictionary<std::string>> headers_;
     Ref<Dictionary<int32_t>> numbered_; // by name: up to which number its keys are known to have no gap
-    std::string rawHeaders_;
 };

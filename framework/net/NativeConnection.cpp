@@ -1,6 +1,7 @@
 #include "framework/net/NativeConnection.h"
 
 #include "framework/base/EventEdge.h"
+#include "framework/threads/MainThread.h"
 
 #include <QCoreApplication>
 #include <QNetworkProxy>
@@ -9,6 +10,8 @@
 
 #include <poll.h>
 
+#include <chrono>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -38,6 +41,11 @@ TCPSocket::Connection::Connection(const Ref<TCPSocket>& owner) : owner_(owner), 
         if (socket_->bytesToWrite() == 0)
             Due(sentDue_);
     });
+    // A write that fails makes the toolkit drop what has been received.
+    QObject::connect(socket_, &QTcpSocket::errorOccurred, socket_, [this] {
+        if (socket_->isOpen())
+            rescued_ += socket_->readAll();
+    });
     QObject::connect(socket_, &QTcpSocket::stateChanged, socket_, [this](QAbstractSocket::SocketState state) {
         if (state == QAbstractSocket::UnconnectedState)
             Due(endDue_);
@@ -45,10 +53,12 @@ TCPSocket::Connection::Connection(const Ref<TCPSocket>& owner) : owner_(owner), 
 }
 
 TCPSocket::Connection::~Connection() {
-    if (lookup_ != -1)
-        QHostInfo::abortHostLookup(lookup_);
-    socket_->disconnect();
     socket_->deleteLater(); // it may be in the middle of a signal
+}
+
+void TCPSocket::Connection::Abandon() {
+    socket_->disconnect();
+    socket_->abort();
 }
 
 void TCPSocket::Connection::Open(const std::string& address, int32_t port) {
@@ -57,24 +67,40 @@ void TCPSocket::Connection::Open(const std::string& address, int32_t port) {
         return;
     }
     port_ = static_cast<quint16>(port);
-    host_ = QString::fromStdString(address);
-    if (const QHostAddress number(host_); !number.isNull()) {
+    const QString host = QString::fromStdString(address);
+    if (const QHostAddress number(host); !number.isNull()) {
         addresses_ = {number};
         TryNextAddress();
     } else {
-        lookup_ = QHostInfo::lookupHost(host_, socket_, [this](const QHostInfo& host) { HostFound(host); });
+        LookUp(host);
     }
 }
 
-void TCPSocket::Connection::HostFound(const QHostInfo& host) {
-    lookup_ = -1;
-    addresses_ = host.addresses();
+// On a thread of its own, since it may take long and can't be broken off. The toolkit's own lookup tells its result by
+// the event loop alone.
+void TCPSocket::Connection::LookUp(const QString& host) {
+    std::promise<QHostInfo> promise;
+    lookup_ = promise.get_future();
+    std::thread([weak = weak_from_this(), host, promise = std::move(promise)]() mutable {
+        promise.set_value(QHostInfo::fromName(host));
+        PostToMainThread([weak] {
+            if (const auto connection = weak.lock())
+                connection->HostFound();
+        });
+    }).detach();
+}
+
+void TCPSocket::Connection::HostFound() {
+    if (!lookup_.valid()) // known by a Poll already
+        return;
+    addresses_ = lookup_.get().addresses();
     if (addresses_.isEmpty())
         Fail(QAbstractSocket::HostNotFoundError);
     else
         TryNextAddress();
 }
 
+// From the event loop the toolkit gives an address up after half a minute, in a Poll the system does so later.
 void TCPSocket::Connection::TryNextAddress() {
     socket_->connectToHost(addresses_.takeFirst(), port_);
 }
@@ -91,17 +117,24 @@ void TCPSocket::Connection::Write(std::string_view bytes) {
 void TCPSocket::Connection::Purge() {
     if (socket_->isOpen())
         socket_->readAll();
+    rescued_.clear();
     dataDue_ = false;
 }
 
 void TCPSocket::Connection::Serve() {
-    if (lookup_ != -1) {
-        QHostInfo::abortHostLookup(lookup_);
-        HostFound(QHostInfo::fromName(host_));
+    if (delivering_) {
+        Idle();
+        return;
     }
-    if (!connectedDue_ && !DataDue() && !endDue_)
+    if (lookup_.valid() && lookup_.wait_for(std::chrono::milliseconds(kPatience)) == std::future_status::ready)
+        HostFound();
+    if (!lookup_.valid() && !connectedDue_ && !DataDue() && !endDue_)
         ServeNotifiers();
     Deliver();
+}
+
+void TCPSocket::Connection::Idle() {
+    poll(nullptr, 0, kPatience);
 }
 
 // What the event loop would do for this socket alone. The toolkit's own waiting gives a connection up when its time has
@@ -110,7 +143,7 @@ void TCPSocket::Connection::ServeNotifiers() {
     std::vector<QPointer<QSocketNotifier>> notifiers;
     std::vector<pollfd> descriptors;
     for (QSocketNotifier* notifier : socket_->findChildren<QSocketNotifier*>()) {
-        if (notifier->isEnabled()) {
+        if (notifier->isEnabled() && notifier->type() != QSocketNotifier::Exception) {
             notifiers.emplace_back(notifier);
             descriptors.push_back({static_cast<int>(notifier->socket()), EventsOf(*notifier), 0});
         }
@@ -126,11 +159,15 @@ void TCPSocket::Connection::ServeNotifiers() {
 
 void TCPSocket::Connection::Due(bool& event) {
     event = true;
+    if (std::exchange(posted_, true))
+        return;
     QMetaObject::invokeMethod(
         socket_,
         [weak = weak_from_this()] {
-            if (const auto connection = weak.lock())
+            if (const auto connection = weak.lock()) {
+                connection->posted_ = false;
                 connection->Deliver();
+            }
         },
         Qt::QueuedConnection);
 }
@@ -147,7 +184,7 @@ void TCPSocket::Connection::Deliver() {
 }
 
 bool TCPSocket::Connection::DataDue() const {
-    return dataDue_ || (endDue_ && socket_->bytesAvailable() > 0);
+    return dataDue_ || !rescued_.isEmpty() || (endDue_ && socket_->bytesAvailable() > 0);
 }
 
 bool TCPSocket::Connection::DeliverNext(TCPSocket& owner) {
@@ -156,7 +193,9 @@ bool TCPSocket::Connection::DeliverNext(TCPSocket& owner) {
         EventEdge::Run("connected", [&owner] { owner.Event_Connected(); });
     } else if (DataDue()) {
         dataDue_ = false;
-        const QByteArray bytes = socket_->readAll();
+        QByteArray bytes = std::exchange(rescued_, {});
+        if (socket_->isOpen())
+            bytes += socket_->readAll();
         owner.received_.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
         EventEdge::Run("received data", [&owner] { owner.Event_DataAvailable(); });
     } else if (Taken(sentDue_)) {

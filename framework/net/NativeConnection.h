@@ -9,6 +9,7 @@
 #include <QTcpSocket>
 
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,14 +25,18 @@ public:
     Connection& operator=(const Connection&) = delete;
 
     void Open(const std::string& address, int32_t port);
+    // Ends the connection, now. Nothing of it reaches the owner any more.
+    void Abandon();
     void Write(std::string_view bytes);
     void Purge();
-    // Does what there is to do without the event loop; waits for it up to some milliseconds, and for the name of a host
-    // as long as its lookup takes.
+    // Does what there is to do without the event loop; waits for it up to some milliseconds.
     void Serve();
+    // Waits as long where there is nothing to come.
+    static void Idle();
 
 private:
-    void HostFound(const QHostInfo& host);
+    void LookUp(const QString& host);
+    void HostFound();
     void TryNextAddress();
     void Fail(QAbstractSocket::SocketError error);
     void ServeNotifiers();
@@ -44,11 +49,12 @@ private:
 
     const Ref<TCPSocket> owner_; // kept alive until it lets go of this
     QTcpSocket* const socket_;
-    QString host_; // being looked up
-    int lookup_ = -1;
+    std::future<QHostInfo> lookup_;
     QList<QHostAddress> addresses_; // still to be tried
     quint16 port_ = 0;
     QAbstractSocket::SocketError failure_ = QAbstractSocket::UnknownSocketError;
     bool connectedDue_ = false, dataDue_ = false, sentDue_ = false, endDue_ = false;
+    bool posted_ = false; // a call of Deliver
     bool delivering_ = false;
+    QByteArray rescued_; // received data that the toolkit was about to throw away
 };

@@ -12,10 +12,11 @@ public:
     int32_t Port = 0; // to connect to
 
     // Starts connecting, in place of any connection there is, and returns at once: Connected or Error tells the rest.
+    // Not from a constructor: nothing can hold an object that is still being made.
     virtual void Connect() = 0;
     // Ends the connection, if any, without a further event of it. What was received stays readable.
     virtual void Close() = 0;
-    // Drops all data that wait to be read or sent.
+    // Drops all data that wait to be read. What waits to be sent goes with Close.
     virtual void Purge() = 0;
     // Gives the socket a turn and raises the events that are due; waits for something to do, up to some milliseconds.
     // For loops that do not return to the event loop.

@@ -16,7 +16,8 @@ void TCPSocket::Connect() {
 
 void TCPSocket::Close() {
     connected_ = false;
-    connection_.reset();
+    if (const std::shared_ptr<Connection> connection = std::exchange(connection_, nullptr))
+        connection->Abandon();
 }
 
 void TCPSocket::Purge() {
@@ -28,6 +29,8 @@ void TCPSocket::Purge() {
 void TCPSocket::Poll() {
     if (const std::shared_ptr<Connection> connection = connection_)
         connection->Serve();
+    else
+        Connection::Idle();
 }
 
 bool TCPSocket::IsConnected() const {

@@ -56,6 +56,9 @@ TEST_F(HTTPReplyTest, TellsWhatItMakesOfAReply) {
          ok + "Transfer-Encoding: chunked\r\n\r\n1\r\na\r\n0\r\n\r\n",
          {"connected", "headers 200 1", "progress 11/0 1\r\na\r\n0\r\n\r\n", "page 200 1\r\na\r\n0\r\n\r\n"}},
         {"no status", "\xFFnonsense\r\n\r\nx", {"connected", "headers 0 0", "progress 1/0 x", "page 0 x"}},
+        {"line feeds, and a blank line of the other kind behind them",
+         "HTTP/1.0 200 OK\n\nx\r\n\r\ny",
+         {"connected", "headers 200 0", "progress 1/0 y", "page 200 y"}},
         {"no blank line", ok + "A: b\r\n", {"connected"}},
         {"not a byte", "", {"connected", "page 0 nil "}},
         {"nobody to ask for a password",
@@ -116,8 +119,11 @@ TEST_F(HTTPReplyTest, EndsWithItsConnectionOnly) {
 
 TEST_F(HTTPReplyTest, TellsWhyThereIsNone) {
     server.Stop();
-    for (const auto& [url, code] : std::initializer_list<std::pair<std::string, int>>{
-             {server.Url("/"), 100}, {"http://nowhere.invalid/", 102}, {"127.0.0.1:70000", 109}, {"", 102}}) {
+    for (const auto& [url, code] :
+         std::initializer_list<std::pair<std::string, int>>{{server.Url("/"), 100},
+                                                            {"http://" + std::string(64, 'a') + "/", 102},
+                                                            {"127.0.0.1:70000", 109},
+                                                            {"", 102}}) {
         client->log.clear();
         client->Get(url);
         EXPECT_TRUE(client->log.empty()) << "not from within the call";
@@ -169,6 +175,34 @@ TEST_F(HTTPReplyTest, OfAnEarlierRequestIsDropped) {
     EXPECT_EQ(inside, "three");
 }
 
+TEST_F(HTTPReplyTest, IsDroppedByAHandlerThatBeginsAnotherRequest) {
+    std::string inside;
+    std::thread second;
+    client->HeadersReceived = [&](auto&&...) {
+        client->HeadersReceived = nullptr;
+        second = std::thread([this] {
+            LoopbackPeer peer = server.Accept();
+            peer.ReadRequest();
+            peer.Send("HTTP/1.0 401 No\r\n\r\ntwo");
+        });
+        inside = client->Get(server.Url("/two"), 20);
+    };
+    client->Get(server.Url("/one"));
+    HTTPExchange one(server);
+    one.peer.Send("HTTP/1.0 200 OK\r\n\r\none");
+    ASSERT_TRUE(WaitUntil([&] { return client->ends == 1; }));
+    second.join();
+    EXPECT_EQ(inside, "two");
+    EXPECT_EQ(client->log, Log{"connected"}) << "no more of the first";
+
+    // A refusal whose connection is closed while its data are handled has its end there.
+    client->ReceiveProgress = [&](auto&&...) { client->Close(); };
+    client->Get(server.Url("/"));
+    HTTPExchange refused(server);
+    refused.peer.Send("HTTP/1.0 401 No\r\n\r\nno");
+    ASSERT_TRUE(WaitUntil([&] { return client->log.back() == "page 401 no"; }));
+}
+
 // While a handler serves events, what arrives waits for its end, and the end of the connection for that.
 TEST_F(HTTPReplyTest, WaitsForAHandlerThatTakesItsTime) {
     client->Get(server.Url("/"));
@@ -207,8 +241,13 @@ TEST_F(HTTPReplyTest, LivesByItsConnectionAlone) {
     }
     ASSERT_TRUE(WaitUntil([&] { return gone == 1; }));
     EXPECT_EQ(body, "x");
-    begin().Held()->Close();
-    EXPECT_EQ(gone, 2);
+    {
+        const Ref<Client> held = begin().Held();
+        HTTPExchange exchange(server);
+        held->Close();
+        EXPECT_TRUE(exchange.peer.HasInput()) << "the far side knows at once";
+    }
+    ASSERT_TRUE(WaitUntil([&] { return gone == 2; }));
 }
 
 TEST_F(HTTPReplyTest, TakesLittleMemoryIntoAFileAndLittleTimeInMemory) {

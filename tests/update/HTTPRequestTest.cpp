@@ -110,6 +110,18 @@ TEST_F(HTTPRequestTest, WaitsWithoutEvents) {
     EXPECT_TRUE(served);
     serving.join();
 
+    // A page that goes into a file does not count as a sign of life, however much of it comes.
+    std::thread talking([this] {
+        LoopbackPeer peer = server.Accept();
+        peer.ReadRequest();
+        peer.Send("HTTP/1.0 200 OK\r\n\r\n");
+        while (!peer.HasInput())
+            peer.Send("x");
+    });
+    EXPECT_FALSE(client->Get(server.Url("/"), folder.Item("film"), 1));
+    EXPECT_EQ(client->ErrorCode(), -1);
+    talking.join();
+
     // Out of time by silence; and with a file that can't be used, whose error is forgotten at the start of the wait.
     EXPECT_EQ(client->Get(server.Url("/"), 1), "");
     EXPECT_EQ(client->ErrorCode(), -1);
