@@ -76,17 +76,15 @@ std::vector<std::string> FilesToOpen(int count, char** words) {
 // Files come in before Event_Open, which serves them when the windows are there; a start without a file is told after
 // it.
 void Begin(const std::vector<std::string>& paths, const std::function<Ref<Application>()>& startup) {
-    const bool begun = EventEdge::Run("start", [&] {
+    const bool begun = EventEdge::Run("the program could not start", [&] {
         application = startup();
         FollowTheWindowInFront();
         for (const std::string& path : paths)
             application->Event_OpenDocument(New<FolderItem>(path));
         application->Event_Open();
     });
-    if (!begun) {
-        std::fprintf(stderr, "ombrivel: the program could not start\n");
+    if (!begun)
         EndProcess(1);
-    }
     if (paths.empty())
         OpenEvents::Instance().NewDocument();
     OpenEvents::Instance().Deliver();

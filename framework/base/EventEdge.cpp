@@ -1,6 +1,5 @@
 #include "framework/base/EventEdge.h"
 
-#include "framework/base/Ref.h"
 #include "framework/threads/Yield.h"
 
 #include <cstdio>
@@ -29,8 +28,6 @@ void EventEdge::Report(std::string_view where, Telling telling) noexcept {
         std::string reason = "unknown failure";
         try {
             throw;
-        } catch (const NilObjectException&) {
-            reason = "nil object";
         } catch (const std::exception& failure) {
             reason = failure.what();
         }

@@ -4,6 +4,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
+namespace fs = std::filesystem;
+
 // The program in a language, and the dialog that asks for one where the system's has no folder. Finnish has none.
 class Languages : public WholeProgramTest {
 protected:
@@ -82,6 +84,71 @@ TEST_F(Languages, LeavingTheChooserEndsTheProgramAndTouchesNoPreferences) {
         EXPECT_EQ(program.End(), 0) << key;
         EXPECT_EQ(ReadFile(PreferencesFile()), before) << key;
     }
+}
+
+namespace {
+
+// The program in a tree of its own, with what is wrong in its language folders.
+class BrokenLanguages : public Languages {
+protected:
+    // A tree with the real resources, and no folder of the languages.
+    BrokenLanguages() {
+        const fs::path program = executable;
+        const fs::path resources = program.parent_path().parent_path() / "Resources";
+        executable = Folder("bin") / program.filename();
+        fs::create_hard_link(program, executable); // the program finds its tree by its own true path
+        for (const fs::directory_entry& entry : fs::directory_iterator(resources)) {
+            if (entry.path().filename() != "Multilingual")
+                fs::create_symlink(entry.path(), Folder("Resources") / entry.path().filename());
+        }
+    }
+
+    fs::path Folder(const fs::path& name) const {
+        fs::create_directories(File(name));
+        return File(name);
+    }
+
+    void ExpectNoStart(const std::string& languages, const std::string& reason) {
+        Program& program = StartIn(languages, {});
+        EXPECT_EQ(program.End(), 1);
+        EXPECT_EQ(program.Run().Errors(), "ombrivel: the program could not start: " + reason + "\n");
+    }
+
+    const std::string multilingual = File("Resources/Multilingual");
+};
+
+} // namespace
+
+TEST_F(BrokenLanguages, EndTheStartWithALineThatTellsWhatIsMissing) {
+    const std::string noLanguage = "no language in " + multilingual;
+    const std::string noTexts = "can't open " + multilingual + "/English/strings.txt";
+    ExpectNoStart("en", noLanguage);
+    WriteFile(multilingual, "not a folder");
+    ExpectNoStart("fi", noLanguage);
+    fs::remove(multilingual);
+    Folder(multilingual);
+    ExpectNoStart("en", noLanguage);
+    WriteFile(multilingual + "/English", "not a folder either");
+    ExpectNoStart("en", noTexts);
+    ExpectNoStart("fi", noLanguage);
+    fs::remove(multilingual + "/English");
+    Folder(multilingual + "/English");
+    ExpectNoStart("en", noTexts);
+    ExpectNoStart("fi", noTexts);
+}
+
+// The files are read one after the other, so the key comes in between.
+TEST_F(BrokenLanguages, AKeyPressedWhileTheChooserReadsHugeFilesOfGarbageCountsInTheEnd) {
+    WriteFile(Folder("garbage") / "strings.txt", "ChooseString: Language\n" + Noise(50'000'000));
+    for (const char* const name : {"/One", "/Two", "/Three"})
+        fs::create_directory_symlink(File("garbage"), Folder(multilingual).string() + name);
+    Program& program = StartIn("fi", {});
+    EXPECT_TRUE(IsChooser(OnlyWindow(program)));
+    desktop.Press({"Return"});
+    AwaitMainWindow(program);
+    desktop.Press({"ctrl+q"});
+    EXPECT_EQ(program.End(), 0);
+    EXPECT_EQ(program.Run().Errors(), "");
 }
 
 using Menus = WholeProgramTest;
