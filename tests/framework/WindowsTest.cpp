@@ -96,7 +96,7 @@ TEST(Windows, AControlUpdatesOncePerFrameHoweverOftenAWorkerWritesToIt) {
         EXPECT_EQ(window->bar->Value(), value);
         EXPECT_LE(bar->value(), bar->maximum());
     }
-    window->Native().widget->resize(450, 370);
+    NativeWindow::Of(*window).widget->resize(450, 370);
     EXPECT_TRUE(WaitUntil([&] { return window->Width() == 450; }));
     EXPECT_EQ(bar->geometry(), QRect(10, 10, 350, 12)) << "held at both sides";
     EXPECT_EQ(window->label->Widget()->geometry(), QRect(60, 290, 300, 20)) << "held right and below";

@@ -176,6 +176,15 @@ TEST_F(Menus, CommandsGoToTheWindowInFront) {
               PreferencesBytes({.MovePartsToTrash = false, .SearchForUpdates = false}, "English"));
 }
 
+TEST_F(Menus, EscapeGivesTheFocusBackToTheControlThatHadIt) {
+    Program& program = Start({});
+    program.MainWindowInFront();
+    desktop.Press(
+        {"F10", "Escape", "Tab", "Tab", "F10", "Right", "Escape", "space"}); // from the first tool to the third
+    Await("the vendor's site", [&] { return desktop.Opened() == Words{OMBRIVEL_VENDOR_SITE}; });
+    EXPECT_EQ(desktop.WindowsOf(program.Run()).size(), 1U);
+}
+
 TEST_F(Menus, HelpAndAboutAnswer) {
     Program& program = Start({});
     const WindowId main = program.MainWindowInFront();
