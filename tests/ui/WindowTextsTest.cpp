@@ -38,9 +38,16 @@ std::vector<std::string> LanguageNames() {
     return names;
 }
 
+// A text of several lines leaves what lies over the lower part of its label free.
 bool HasRoom(const QLabel& label) {
-    if (label.wordWrap())
-        return label.heightForWidth(label.width()) <= label.height();
+    if (label.wordWrap()) {
+        int room = label.height();
+        for (const auto* const other : label.parentWidget()->findChildren<QLabel*>()) {
+            if (other != &label && label.geometry().intersects(other->geometry()))
+                room = other->y() - label.y();
+        }
+        return label.heightForWidth(label.width()) <= room;
+    }
     return label.sizeHint().width() <= label.width() &&
            label.sizeHint().height() <= label.height() + 2; // rows of the font that no letter reaches
 }
