@@ -4,6 +4,7 @@
 #include "ui/claStaticTextLink.h"
 #include "ui/winAbout.h"
 
+#include <QImage>
 #include <QLabel>
 
 #include <gtest/gtest.h>
@@ -42,6 +43,22 @@ TEST_F(LinkTest, OpensItsAddressOnlyIfThePressIsReleasedInside) {
         link.Event_MouseUp(x, y);
         EXPECT_EQ(AskedOfDesktop(), opens ? "url " + link.Text() + "\n" : "") << x << " " << y;
     }
+}
+
+// A line from side to side of the text, in the colour of the link.
+TEST_F(LinkTest, IsSeenToBeUnderlined) {
+    about->Show();
+    ShowOnScreen();
+    const QImage picture = widget->grab().toImage();
+    const int middle = picture.width() / 2, half = widget->fontMetrics().horizontalAdvance(widget->text()) / 2 - 2;
+    bool underlined = false;
+    for (int y = 0; y < picture.height(); ++y) {
+        bool line = true;
+        for (int x = middle - half; x < middle + half && line; ++x)
+            line = (picture.pixel(x, y) & 0xFFFFFFU) == 0x0000FF;
+        underlined = underlined || line;
+    }
+    EXPECT_TRUE(underlined);
 }
 
 TEST_F(LinkTest, TellsByItsColourWhatThePointerDoes) {
