@@ -1,7 +1,5 @@
 // Every text of every window, in every language, has room in its control.
 
-#include "core/App.h"
-#include "framework/app/Application.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/windows/Label.h"
@@ -12,7 +10,6 @@
 #include "settings/winChooseLanguage.h"
 #include "settings/winPreferences.h"
 #include "tests/support/Waiting.h"
-#include "ui/MainMenu.h"
 #include "ui/claDialogButton.h"
 #include "ui/winAbout.h"
 #include "ui/winCut.h"
@@ -113,14 +110,6 @@ TEST_P(WindowTextsTest, EveryTextHasRoomAndEveryControlItsName) {
     list->SetListIndex(0);
     EXPECT_NE(chooser->staMessage()->Text(), "");
     ExpectRoom(chooser);
-}
-
-TEST_P(WindowTextsTest, EveryMenuItemHasItsText) {
-    for (const auto& menu : Application::MenuBar()->Menus()) {
-        EXPECT_NE(menu->Text(), "");
-        for (const auto& item : menu->Items())
-            EXPECT_NE(item->Text(), "") << item->Name();
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, WindowTextsTest, testing::ValuesIn(LanguageNames()),
