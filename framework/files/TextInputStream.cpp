@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::size_t kBlock = 64 * 1024;
+constexpr std::size_t kBlock = std::size_t(64) * 1024;
 
 bool EndsLine(char byte) {
     return byte == '\n' || byte == '\r';

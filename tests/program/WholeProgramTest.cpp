@@ -30,7 +30,7 @@ std::string PString(const std::string& text) {
 } // namespace
 
 WholeProgramTest::WholeProgramTest()
-    : scratch_(Emptied(ScratchFolder())), files_(scratch_ / "files"), desktop(scratch_) {
+    : scratch_(Emptied(ScratchFolder())), files_(scratch_ / "files"), desktop(scratch_), executable(OMBRIVEL_PROGRAM) {
     Prefer({.SearchForUpdates = false}); // no test but those of the preferences has business with a network
 }
 

@@ -55,7 +55,7 @@ private:
 
 protected:
     Desktop desktop;
-    std::filesystem::path executable = OMBRIVEL_PROGRAM; // what is started
+    std::filesystem::path executable; // what is started
 
 private:
     Process::Setting NextSetting();

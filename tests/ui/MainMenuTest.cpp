@@ -65,8 +65,10 @@ TEST(MainMenu, TakesItsTextsFromTheKeysOfItsItems) {
                                                            {HelpAbout(), "MenuAppAbout"}};
     const TestFolder folder;
     std::string texts;
-    for (const auto& [item, key] : items)
-        texts += key == "MenuEditCut" ? "" : key + ": text of " + key + "\n";
+    for (const auto& [item, key] : items) {
+        if (key != "MenuEditCut")
+            texts.append(key).append(": text of ").append(key).append("\n");
+    }
     folder.Write("strings.txt", texts);
     Multilingual::LoadLanguageFile(folder.Item("strings.txt"));
     Multilingual::LocalizeMenu();
