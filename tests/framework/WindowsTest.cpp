@@ -5,6 +5,7 @@
 #include "framework/windows/Label.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/ProgressBar.h"
+#include "framework/windows/SingleWindow.h"
 #include "framework/windows/Toolbar.h"
 #include "framework/windows/Window.h"
 #include "tests/support/Waiting.h"
@@ -150,14 +151,13 @@ protected:
 };
 
 TEST(Windows, AToolbarIsPlacedByItsWindowAndShowsNoToolTips) {
-    const auto window = New<ToolWindow>();
-    window->Make();
+    const Ref<ToolWindow> window = SingleWindow<ToolWindow>();
     const auto item = New<ToolButton>();
     item->Caption = "Cut";
     window->tools->Append(item);
     window->Show();
     ShowOnScreen();
-    QWidget* const shown = window->Native().widget;
+    QWidget* const shown = NativeWindow::Of(*window).widget;
     const auto* const bar = shown->findChild<QToolBar*>();
     const QRect place = bar->geometry();
     EXPECT_EQ(place.width(), shown->width());
