@@ -37,12 +37,9 @@ Ref<App> App::Instance() {
 }
 
 void App::ApplicationAddMenuHandlers() {
-    const auto add = [this](const char* itemName, bool (App::*action)()) {
-        MenuHandlers().Add(itemName, [this, action] { return (this->*action)(); });
-    };
-    add("EditPreferences", &App::EditPreferences_Action);
-    add("HelpAbout", &App::HelpAbout_Action);
-    add("HelpHelp", &App::HelpHelp_Action);
+    MenuHandlers().Add("EditPreferences", this, &App::EditPreferences_Action);
+    MenuHandlers().Add("HelpAbout", this, &App::HelpAbout_Action);
+    MenuHandlers().Add("HelpHelp", this, &App::HelpHelp_Action);
 }
 
 void App::Event_Open() {

@@ -63,9 +63,11 @@ std::string CodeOf(const std::string& folderName) {
     return {};
 }
 
-// One row for each folder. Every language is read in full for the one text that names it.
-void FillRows(winChooseLanguage& window, const FolderItem& folder) {
-    for (int32_t i = 1; i <= folder.Count() && !window.Closed(); ++i) {
+// One row for each folder. Every language is read in full for the one text that names it; what the user does meanwhile
+// counts when the rows are there.
+void FillRows(const winChooseLanguage& window, const FolderItem& folder) {
+    const NoInput noInput;
+    for (int32_t i = 1; i <= folder.Count(); ++i) {
         const Ref<FolderItem> entry = folder.Item(i);
         if (entry->Directory()) {
             const Ref<FolderItem> file = entry->Child(kLanguageFile);
@@ -75,8 +77,8 @@ void FillRows(winChooseLanguage& window, const FolderItem& folder) {
         }
         RuntimeBackgroundTask();
     }
-    if (window.Closed()) // by the user, in the middle of it
-        return;
+    if (window.lstLanguage()->ListCount() == 0) // then the dialog would not have a word on it
+        throw NilObjectException("no language in " + folder.AbsolutePath());
     window.lstLanguage()->SortedColumn = 1; // one past the only column, and meant: the order is the list's own affair
     window.lstLanguage()->Sort();
     window.lstLanguage()->SetListIndex(0);

@@ -34,8 +34,11 @@ void Empty() {
     rowOfKey.clear();
 }
 
+// Of two rows with one key the first counts. The other could not be reached by anybody: it is left out, or millions of
+// lines that say nothing would fill the memory.
 void Append(const std::string& key, const std::string& value) {
-    rowOfKey.try_emplace(FoldedCase(key), StringName.size()); // of two rows with one key the first counts
+    if (!rowOfKey.try_emplace(FoldedCase(key), StringName.size()).second)
+        return;
     StringName.push_back(key);
     StringValue.push_back(value);
 }
@@ -71,7 +74,7 @@ private:
 
 void Multilingual::LoadLanguageFile(const Ref<FolderItem>& file) {
     Empty();
-    const Ref<TextInputStream> stream = file->OpenAsTextFile();
+    const Ref<TextInputStream> stream = Required(file->OpenAsTextFile(), "can't open " + file->AbsolutePath());
     LineReader reader;
     // A line may still hold a line feed: then the first one goes, and only that.
     // No yield in this loop: nobody may see half a language.

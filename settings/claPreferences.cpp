@@ -21,7 +21,7 @@ void claPreferences::Load() {
     }
     if (!file_->Exists())
         return;
-    const Ref<BinaryStream> stream = file_->OpenAsBinaryFile(false);
+    const Ref<BinaryStream> stream = Required(file_->OpenAsBinaryFile(false), "can't open " + file_->AbsolutePath());
     if (stream->ReadPString() == PreferencesVersion) { // to the byte
         // Not the order in which the settings are declared; Save keeps to it too. A file that is too short gives what a
         // read behind the end gives: empty, and false.

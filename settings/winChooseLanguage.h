@@ -12,11 +12,13 @@ class winChooseLanguage : public claDialogWindow {
 public:
     static Ref<winChooseLanguage> Instance();
 
+    const Ref<claDialogButton>& pusOK() const { return pusOK_; }
+    const Ref<claDialogButton>& pusCancel() const { return pusCancel_; }
     const Ref<Listbox>& lstLanguage() const { return lstLanguage_; }
+    const Ref<Label>& staMessage() const { return staMessage_; }
+
     // The language file that goes with the selected row; without a selected row, an out-of-range failure.
     Ref<FolderItem> SelectedFile() const;
-
-    const Ref<Label>& staMessage() const { return staMessage_; }
 
 protected:
     WindowLayout Layout() override;

@@ -30,7 +30,7 @@ void winPreferences::CreateControls() {
     explanation->Open = [label = explanation.Get()] {
         label->SetText(Multilingual::GetString("PreferencesAutoQuitExplanation"));
     };
-    Add(explanation, {.Left = 39, .Top = 140, .Width = 463, .Height = 20, .TabIndex = 4});
+    StaticText1_ = Add(explanation, {.Left = 39, .Top = 140, .Width = 463, .Height = 20, .TabIndex = 4});
 
     cheSearchForUpdates_ = AddBox({.Left = 20, .Top = 166, .Width = 482, .Height = 20, .TabIndex = 5},
                                   "PreferencesSearchForUpdates", &claPreferences::SearchForUpdates);
@@ -45,10 +45,12 @@ Ref<CheckBox> winPreferences::AddBox(const ControlLayout& layout, const std::str
 }
 
 void winPreferences::AddMenuHandlers() {
-    MenuHandlers().Add("FileCloseWindow", [this] {
-        Close();
-        return true;
-    });
+    MenuHandlers().Add("FileCloseWindow", this, &winPreferences::FileCloseWindow_Action);
+}
+
+bool winPreferences::FileCloseWindow_Action() {
+    Close();
+    return true;
 }
 
 // The boxes show the settings as they are at this moment. One that fires its Action meanwhile writes the same value

@@ -8,6 +8,12 @@ void AddSeparator(const Ref<MenuItem>& menu, const std::string& name) {
     menu->Append(New<MenuItem>(name, "-"));
 }
 
+// Nil if the bar in use has no item of that name and kind.
+template <class Kind>
+Ref<Kind> Item(const std::string& name) {
+    return Ref<Kind>(std::dynamic_pointer_cast<Kind>(Application::MenuBar()->Find(name).Shared()));
+}
+
 } // namespace
 
 Ref<MainMenu> MainMenu::Instance() {
@@ -34,12 +40,12 @@ void MainMenu::AddFileMenu() {
 
 void MainMenu::AddEditMenu() {
     const auto menu = New<MenuItem>("EditMenu", "");
-    menu->Append(New<MenuItem>("EditCut", "Ausschneiden", "Cmd+X"));
-    menu->Append(New<MenuItem>("EditCopy", "Kopieren", "Cmd+C"));
-    menu->Append(New<MenuItem>("EditPaste", "Einfügen", "Cmd+V"));
-    menu->Append(New<MenuItem>("EditClear", "Löschen"));
+    menu->Append(New<MenuItem>("EditCut", "Ausschneiden", "Cmd+X", MenuItem::Role::Cut));
+    menu->Append(New<MenuItem>("EditCopy", "Kopieren", "Cmd+C", MenuItem::Role::Copy));
+    menu->Append(New<MenuItem>("EditPaste", "Einfügen", "Cmd+V", MenuItem::Role::Paste));
+    menu->Append(New<MenuItem>("EditClear", "Löschen", "", MenuItem::Role::Clear));
     AddSeparator(menu, "UntitledSeparator");
-    menu->Append(New<MenuItem>("EditSelectAll", "Alles auswählen", "Cmd+A"));
+    menu->Append(New<MenuItem>("EditSelectAll", "Alles auswählen", "Cmd+A", MenuItem::Role::SelectAll));
     AddSeparator(menu, "UntitledSeparator1");
     menu->Append(New<PrefsMenuItem>("EditPreferences", "Einstellungen"));
     Append(menu);
@@ -56,65 +62,65 @@ void MainMenu::AddHelpMenu() {
 }
 
 Ref<MenuItem> FileMenu() {
-    return Application::MenuBar()->Find("FileMenu");
+    return Item<MenuItem>("FileMenu");
 }
 
 Ref<MenuItem> FileCloseWindow() {
-    return Application::MenuBar()->Find("FileCloseWindow");
+    return Item<MenuItem>("FileCloseWindow");
 }
 
 Ref<MenuItem> FileGlueFiles() {
-    return Application::MenuBar()->Find("FileGlueFiles");
+    return Item<MenuItem>("FileGlueFiles");
 }
 
 Ref<MenuItem> FileCutFile() {
-    return Application::MenuBar()->Find("FileCutFile");
+    return Item<MenuItem>("FileCutFile");
 }
 
-Ref<MenuItem> FileQuit() {
-    return Application::MenuBar()->Find("FileQuit");
+Ref<QuitMenuItem> FileQuit() {
+    return Item<QuitMenuItem>("FileQuit");
 }
 
 Ref<MenuItem> EditMenu() {
-    return Application::MenuBar()->Find("EditMenu");
+    return Item<MenuItem>("EditMenu");
 }
 
 Ref<MenuItem> EditCut() {
-    return Application::MenuBar()->Find("EditCut");
+    return Item<MenuItem>("EditCut");
 }
 
 Ref<MenuItem> EditCopy() {
-    return Application::MenuBar()->Find("EditCopy");
+    return Item<MenuItem>("EditCopy");
 }
 
 Ref<MenuItem> EditPaste() {
-    return Application::MenuBar()->Find("EditPaste");
+    return Item<MenuItem>("EditPaste");
 }
 
 Ref<MenuItem> EditClear() {
-    return Application::MenuBar()->Find("EditClear");
+    return Item<MenuItem>("EditClear");
 }
 
 Ref<MenuItem> EditSelectAll() {
-    return Application::MenuBar()->Find("EditSelectAll");
+    return Item<MenuItem>("EditSelectAll");
 }
 
-Ref<MenuItem> EditPreferences() {
-    return Application::MenuBar()->Find("EditPreferences");
+Ref<PrefsMenuItem> EditPreferences() {
+    return Item<PrefsMenuItem>("EditPreferences");
 }
 
 Ref<MenuItem> Help() {
-    return Application::MenuBar()->Find("Help");
+    return Item<MenuItem>("Help");
 }
 
 Ref<MenuItem> HelpHelp() {
-    return Application::MenuBar()->Find("HelpHelp");
+    return Item<MenuItem>("HelpHelp");
 }
 
 Ref<MenuItem> HelpSearchForUpdates() {
-    return Application::MenuBar()->Find("HelpSearchForUpdates");
+    return Item<MenuItem>("HelpSearchForUpdates");
 }
 
-Ref<MenuItem> HelpAbout() {
-    return Application::MenuBar()->Find("HelpAbout");
+Ref<AppleMenuItem> HelpAbout() {
+    return Item<AppleMenuItem>("HelpAbout");
 }

@@ -16,20 +16,20 @@ private:
     void AddHelpMenu();
 };
 
-// The items by name, looked up in the application's menu bar.
+// The items by name, looked up in the application's menu bar. Separators have none.
 Ref<MenuItem> FileMenu();
 Ref<MenuItem> FileCloseWindow();
 Ref<MenuItem> FileGlueFiles();
 Ref<MenuItem> FileCutFile();
-Ref<MenuItem> FileQuit();
+Ref<QuitMenuItem> FileQuit();
 Ref<MenuItem> EditMenu();
 Ref<MenuItem> EditCut();
 Ref<MenuItem> EditCopy();
 Ref<MenuItem> EditPaste();
 Ref<MenuItem> EditClear();
 Ref<MenuItem> EditSelectAll();
-Ref<MenuItem> EditPreferences();
+Ref<PrefsMenuItem> EditPreferences();
 Ref<MenuItem> Help();
 Ref<MenuItem> HelpHelp();
 Ref<MenuItem> HelpSearchForUpdates();
-Ref<MenuItem> HelpAbout();
+Ref<AppleMenuItem> HelpAbout();

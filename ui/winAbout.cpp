@@ -26,13 +26,14 @@ WindowLayout winAbout::Layout() {
 void winAbout::CreateControls() {
     const auto icon = New<Canvas>();
     icon->Backdrop = IconPicture();
-    Add(icon, {.Left = 114, .Top = 14, .Width = 120, .Height = 120, .TabIndex = 0});
+    icon->SetAccessibleName("Ombrivel");
+    Canvas1_ = Add(icon, {.Left = 114, .Top = 14, .Width = 120, .Height = 120, .TabIndex = 0});
 
     const auto name = New<Label>();
     name->TextAlign = kCentre;
     name->Bold = true;
     name->SetText("Ombrivel");
-    Add(name, {.Left = 20, .Top = 143, .Width = 309, .Height = 20, .TabIndex = 1});
+    staName_ = Add(name, {.Left = 20, .Top = 143, .Width = 309, .Height = 20, .TabIndex = 1});
 
     const auto copyright = New<Label>();
     copyright->TextFont = "SmallSystem";
@@ -46,14 +47,16 @@ void winAbout::CreateControls() {
     link->Underline = true;
     link->SetTextColor(claStaticTextLink::kResting);
     link->SetText(VendorSite());
-    Add(link, {.Left = 20, .Top = 228, .Width = 309, .Height = 14, .TabIndex = 0});
+    StaticText5_ = Add(link, {.Left = 20, .Top = 228, .Width = 309, .Height = 14, .TabIndex = 0});
 }
 
 void winAbout::AddMenuHandlers() {
-    MenuHandlers().Add("FileCloseWindow", [this] {
-        Close();
-        return true;
-    });
+    MenuHandlers().Add("FileCloseWindow", this, &winAbout::FileCloseWindow_Action);
+}
+
+bool winAbout::FileCloseWindow_Action() {
+    Close();
+    return true;
 }
 
 void winAbout::Event_Open() {

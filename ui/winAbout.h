@@ -2,6 +2,7 @@
 
 #include "framework/windows/Window.h"
 
+class Canvas;
 class Label;
 class claStaticTextLink;
 
@@ -10,7 +11,10 @@ class winAbout : public Window {
 public:
     static Ref<winAbout> Instance();
 
+    const Ref<Canvas>& Canvas1() const { return Canvas1_; }
+    const Ref<Label>& staName() const { return staName_; }
     const Ref<Label>& staCopyright() const { return staCopyright_; }
+    const Ref<claStaticTextLink>& StaticText5() const { return StaticText5_; }
 
 protected:
     WindowLayout Layout() override;
@@ -19,5 +23,10 @@ protected:
     void Event_Open() override;
 
 private:
+    bool FileCloseWindow_Action();
+
+    Ref<Canvas> Canvas1_;
+    Ref<Label> staName_;
     Ref<Label> staCopyright_;
+    Ref<claStaticTextLink> StaticText5_;
 };

@@ -35,12 +35,13 @@ void winCut::CreateControls() {
     comPartSize_->TextChanged = [this] { UpdateStatus(); };
     comPartSize_->KeyDown = [this](const std::string& key) { return comPartSize_KeyDown(key); };
 
-    AddLabel({.Left = 20, .Top = 14, .Width = 359, .Height = 20}, kCentre, "CutTitle", true);
-    AddLabel({.Left = 20, .Top = 46, .Width = 136, .Height = 20}, kLeft, "CutPartSize");
-    AddLabel({.Left = 20, .Top = 110, .Width = 171, .Height = 20}, kLeft, "CutSize");
-    staFileSize_ = AddLabel({.Left = 254, .Top = 110, .Width = 125, .Height = 20}, kRight, "");
-    staPartAmount_ = AddLabel({.Left = 254, .Top = 78, .Width = 125, .Height = 20}, kRight, "");
-    AddLabel({.Left = 20, .Top = 78, .Width = 171, .Height = 20}, kLeft, "CutPartCount");
+    StaticText1_ =
+        AddLabel({.Left = 20, .Top = 14, .Width = 359, .Height = 20, .TabIndex = 1}, kCentre, "CutTitle", true);
+    StaticText2_ = AddLabel({.Left = 20, .Top = 46, .Width = 136, .Height = 20, .TabIndex = 2}, kLeft, "CutPartSize");
+    StaticText3_ = AddLabel({.Left = 20, .Top = 110, .Width = 171, .Height = 20, .TabIndex = 3}, kLeft, "CutSize");
+    staFileSize_ = AddLabel({.Left = 254, .Top = 110, .Width = 125, .Height = 20, .TabIndex = 4}, kRight, "");
+    staPartAmount_ = AddLabel({.Left = 254, .Top = 78, .Width = 125, .Height = 20, .TabIndex = 5}, kRight, "");
+    StaticText6_ = AddLabel({.Left = 20, .Top = 78, .Width = 171, .Height = 20, .TabIndex = 6}, kLeft, "CutPartCount");
 
     const auto ok = New<claDialogButton>();
     ok->Default = true;
@@ -60,6 +61,7 @@ Ref<Label> winCut::AddLabel(const ControlLayout& layout, int32_t align, const st
 }
 
 void winCut::Event_DialogOpen() {
+    SetAccessibleName(Multilingual::GetString("CutTitle")); // its frame shows no title
     ActionButton = pusOK_;
     CancelButton = pusCancel_;
 }

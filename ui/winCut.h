@@ -19,8 +19,14 @@ public:
     int32_t FileSize = 0;
 
     const Ref<ComboBox>& comPartSize() const { return comPartSize_; }
+    const Ref<Label>& StaticText1() const { return StaticText1_; }
+    const Ref<Label>& StaticText2() const { return StaticText2_; }
+    const Ref<Label>& StaticText3() const { return StaticText3_; }
     const Ref<Label>& staFileSize() const { return staFileSize_; }
     const Ref<Label>& staPartAmount() const { return staPartAmount_; }
+    const Ref<Label>& StaticText6() const { return StaticText6_; }
+    const Ref<claDialogButton>& pusOK() const { return pusOK_; }
+    const Ref<claDialogButton>& pusCancel() const { return pusCancel_; }
 
     // Works out the figures anew, and whether the action button can be pressed.
     void UpdateStatus();
@@ -36,8 +42,12 @@ private:
     bool comPartSize_KeyDown(const std::string& key);
 
     Ref<ComboBox> comPartSize_;
+    Ref<Label> StaticText1_; // the four numbered ones are captions
+    Ref<Label> StaticText2_;
+    Ref<Label> StaticText3_;
     Ref<Label> staFileSize_;
     Ref<Label> staPartAmount_;
+    Ref<Label> StaticText6_;
     Ref<claDialogButton> pusOK_;
     Ref<claDialogButton> pusCancel_;
 };

@@ -58,6 +58,7 @@ void winMain::CreateControls() {
                                    .LockRight = true,
                                    .LockBottom = true,
                                    .TabIndex = 2});
+    Canvas1_->SetAccessibleName(Title());
     Canvas1_->Paint = [this](Graphics& graphics) { Canvas1_Paint(graphics); };
 
     canPerform_ = Add(New<claFilePerform>(), {.Left = 0,
@@ -87,6 +88,7 @@ void winMain::CreateControls() {
                                          .Visible = false});
 
     proBar_ = Add(New<claProBar>(0), claProBar::Layout());
+    proBar_->SetAccessibleName(Title());
 
     const auto status = New<Label>();
     status->TextAlign = kCentre;
@@ -104,19 +106,24 @@ void winMain::CreateControls() {
 }
 
 void winMain::AddMenuHandlers() {
-    const auto add = [this](const char* itemName, void (winMain::*command)()) {
-        MenuHandlers().Add(itemName, [this, command] {
-            (this->*command)();
-            return true;
-        });
-    };
-    add("FileCloseWindow", &winMain::CloseWindow);
-    add("FileCutFile", &winMain::Cut);
-    add("FileGlueFiles", &winMain::Glue);
+    MenuHandlers().Add("FileCloseWindow", this, &winMain::FileCloseWindow_Action);
+    MenuHandlers().Add("FileCutFile", this, &winMain::FileCutFile_Action);
+    MenuHandlers().Add("FileGlueFiles", this, &winMain::FileGlueFiles_Action);
 }
 
-void winMain::CloseWindow() {
+bool winMain::FileCloseWindow_Action() {
     Close();
+    return true;
+}
+
+bool winMain::FileCutFile_Action() {
+    Cut();
+    return true;
+}
+
+bool winMain::FileGlueFiles_Action() {
+    Glue();
+    return true;
 }
 
 void winMain::canPerform_Open() {

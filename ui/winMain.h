@@ -17,7 +17,12 @@ class winMain : public Window {
 public:
     static Ref<winMain> Instance();
 
+    const Ref<Canvas>& Canvas1() const { return Canvas1_; }
     const Ref<claFilePerform>& canPerform() const { return canPerform_; }
+    const Ref<claToolbar>& tolMain() const { return tolMain_; }
+    const Ref<ScrollBar>& ScrollBar1() const { return ScrollBar1_; }
+    // A member of the array of bars. All but member 0 are known to their rows alone; another index gives nil.
+    Ref<claProBar> proBar(int32_t index) const { return index == 0 ? proBar_ : nullptr; }
     const Ref<Label>& staStatus() const { return staStatus_; }
 
     // Ask for one file to cut, or for one part of a series to glue.
@@ -41,7 +46,9 @@ private:
     void canPerform_DropObject(const Ref<DragItem>& drag);
     void canPerform_SetStatus(const std::string& text);
     void staStatus_Open();
-    void CloseWindow();
+    bool FileCloseWindow_Action();
+    bool FileCutFile_Action();
+    bool FileGlueFiles_Action();
     bool ConfirmsQuit();
     void StopAll();
 

@@ -6,13 +6,14 @@
 #include "framework/app/RunningApplication.h"
 #include "framework/app/SessionBus.h"
 #include "framework/base/EventEdge.h"
+#include "framework/base/StandardError.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/ProgramFile.h"
 #include "framework/menus/MenuBar.h"
 #include "framework/menus/MenuCommands.h"
 #include "framework/threads/MainThreadQueue.h"
 #include "framework/windows/NativeGraphics.h"
-#include "framework/windows/Window.h"
+#include "framework/windows/OpenWindows.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -22,9 +23,7 @@
 
 #include <fontconfig/fontconfig.h>
 
-#include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <thread>
 #include <unistd.h>
@@ -68,7 +67,7 @@ std::vector<std::string> FilesToOpen(int count, char** words) {
         if (item->Exists())
             paths.push_back(item->AbsolutePath());
         else
-            std::fprintf(stderr, "ombrivel: %s: no such file\n", words[i]);
+            TellStandardError(std::string(words[i]) + ": no such file");
     }
     return paths;
 }
@@ -76,17 +75,15 @@ std::vector<std::string> FilesToOpen(int count, char** words) {
 // Files come in before Event_Open, which serves them when the windows are there; a start without a file is told after
 // it.
 void Begin(const std::vector<std::string>& paths, const std::function<Ref<Application>()>& startup) {
-    const bool begun = EventEdge::Run("start", [&] {
+    const bool begun = EventEdge::Run("the program could not start", [&] {
         application = startup();
         FollowTheWindowInFront();
         for (const std::string& path : paths)
             application->Event_OpenDocument(New<FolderItem>(path));
         application->Event_Open();
     });
-    if (!begun) {
-        std::fprintf(stderr, "ombrivel: the program could not start\n");
+    if (!begun)
         EndProcess(1);
-    }
     if (paths.empty())
         OpenEvents::Instance().NewDocument();
     OpenEvents::Instance().Deliver();
@@ -96,12 +93,6 @@ void Begin(const std::vector<std::string>& paths, const std::function<Ref<Applic
 
 Ref<Application> RunningApplication() {
     return application;
-}
-
-bool WindowsRefuse() {
-    const std::vector<Ref<Window>> windows = Window::All();
-    return std::any_of(windows.rbegin(), windows.rend(),
-                       [](const Ref<Window>& window) { return !window->Closed() && window->RefusesClose(true); });
 }
 
 void SaveAndEnd(int exitCode) {
@@ -180,16 +171,13 @@ int32_t Ticks() {
 }
 
 void Quit(int exitCode) {
-    const std::vector<Ref<Window>> windows = Window::All();
-    const auto asking = [](const Ref<Window>& window) { return window->IsAsking(); };
-    if (quitting || std::any_of(windows.begin(), windows.end(), asking))
+    if (quitting || OpenWindows::AnyIsAsking())
         return;
     quitting = true;
-    if (WindowsRefuse()) {
+    if (OpenWindows::Refuse()) {
         quitting = false;
         return;
     }
-    for (auto window = windows.rbegin(); window != windows.rend(); ++window)
-        (*window)->FinishClose();
+    OpenWindows::Close();
     SaveAndEnd(exitCode);
 }

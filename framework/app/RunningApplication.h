@@ -5,8 +5,5 @@
 // The application object of this process, nil before it is made. Main thread.
 Ref<Application> RunningApplication();
 
-// Asks the windows whether they let the program end, the front one first, until one refuses.
-bool WindowsRefuse();
-
 // Runs the application's Close event and ends the process.
 [[noreturn]] void SaveAndEnd(int exitCode);

@@ -3,6 +3,7 @@
 #include "framework/app/OpenEvents.h"
 #include "framework/files/FileUri.h"
 #include "framework/files/FolderItem.h"
+#include "framework/windows/OpenWindows.h"
 #include "framework/windows/Window.h"
 
 #include <QDBusConnection>
@@ -24,7 +25,7 @@ QString ObjectPath(const QString& programId) {
 }
 
 void BringProgramToFront() {
-    const auto windows = Window::All();
+    const auto windows = OpenWindows::All();
     for (const Ref<Window>& window : windows)
         window->BringToFront();
 }

@@ -1,9 +1,8 @@
 #include "framework/base/EventEdge.h"
 
-#include "framework/base/Ref.h"
+#include "framework/base/StandardError.h"
 #include "framework/threads/Yield.h"
 
-#include <cstdio>
 #include <exception>
 #include <mutex>
 #include <set>
@@ -29,15 +28,13 @@ void EventEdge::Report(std::string_view where, Telling telling) noexcept {
         std::string reason = "unknown failure";
         try {
             throw;
-        } catch (const NilObjectException&) {
-            reason = "nil object";
         } catch (const std::exception& failure) {
             reason = failure.what();
         }
-        const std::string line = "ombrivel: " + std::string(where) + ": " + reason + "\n";
+        const std::string line = std::string(where) + ": " + reason;
         if (telling == Telling::Always || IsFirstReport(line))
-            std::fputs(line.c_str(), stderr);
+            TellStandardError(line);
     } catch (...) {
-        std::fputs("ombrivel: out of memory\n", stderr);
+        TellStandardError("out of memory");
     }
 }

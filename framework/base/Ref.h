@@ -2,12 +2,17 @@
 
 #include <cstddef>
 #include <memory>
+#include <stdexcept>
+#include <string>
 #include <type_traits>
 #include <utility>
 
 // Thrown when a member of a nil object is touched. The program never catches it: the framework does, at the edge of
 // every event and of every thread.
-class NilObjectException {};
+class NilObjectException : public std::runtime_error {
+public:
+    explicit NilObjectException(const std::string& reason = "nil object") : std::runtime_error(reason) {}
+};
 
 // Base of everything that is shared by reference counting. Make one with New<T>().
 class Object : public std::enable_shared_from_this<Object> {
@@ -56,6 +61,14 @@ private:
 template <class T, class... Arguments>
 Ref<T> New(Arguments&&... arguments) {
     return Ref<T>(std::make_shared<T>(std::forward<Arguments>(arguments)...));
+}
+
+// The object itself. A nil one is a nil object failure that tells this reason.
+template <class T>
+Ref<T> Required(const Ref<T>& object, const std::string& reason) {
+    if (object.IsNil())
+        throw NilObjectException(reason);
+    return object;
 }
 
 // A counted reference to the object that runs the calling method.

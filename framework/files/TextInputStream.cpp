@@ -2,36 +2,56 @@
 
 #include <unistd.h>
 
-TextInputStream::TextInputStream(int descriptor) : file_(fdopen(descriptor, "rb")) {
-    if (file_ == nullptr)
-        ::close(descriptor);
+#include <algorithm>
+#include <cerrno>
+
+namespace {
+
+constexpr std::size_t kBlock = std::size_t(64) * 1024;
+
+bool EndsLine(char byte) {
+    return byte == '\n' || byte == '\r';
 }
+
+} // namespace
 
 std::string TextInputStream::ReadLine() {
     std::string line;
-    for (int byte = Next(); byte != EOF && byte != '\n'; byte = Next()) {
-        if (byte == '\r') {
-            const int following = Next();
-            if (following != '\n' && following != EOF)
-                std::ungetc(following, file_);
-            break;
-        }
-        line.push_back(static_cast<char>(byte));
+    while (HasMore()) {
+        const auto rest = block_.begin() + static_cast<std::ptrdiff_t>(next_);
+        const auto end = std::find_if(rest, block_.end(), EndsLine);
+        line.append(rest, end);
+        next_ = static_cast<std::size_t>(end - block_.begin());
+        if (end == block_.end())
+            continue;
+        const bool mayBePair = block_[next_++] == '\r';
+        if (mayBePair && HasMore() && block_[next_] == '\n')
+            ++next_;
+        break;
     }
     return line;
 }
 
 bool TextInputStream::AtEOF() {
-    const int byte = Next();
-    return byte == EOF || std::ungetc(byte, file_) == EOF;
+    return !HasMore();
 }
 
 void TextInputStream::Close() {
-    if (file_ != nullptr)
-        std::fclose(file_);
-    file_ = nullptr;
+    if (descriptor_ >= 0)
+        ::close(descriptor_);
+    descriptor_ = -1;
+    next_ = block_.size();
 }
 
-int TextInputStream::Next() {
-    return file_ == nullptr ? EOF : getc_unlocked(file_);
+bool TextInputStream::HasMore() {
+    if (next_ < block_.size())
+        return true;
+    block_.resize(kBlock);
+    ssize_t size = -1;
+    do
+        size = read(descriptor_, block_.data(), block_.size());
+    while (size < 0 && errno == EINTR);
+    block_.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+    next_ = 0;
+    return !block_.empty();
 }

@@ -2,7 +2,7 @@
 
 #include "framework/base/Ref.h"
 
-#include <cstdio>
+#include <cstddef>
 #include <string>
 
 // A text file read line by line, from its beginning. Used by one thread at a time; closes itself when the last
@@ -10,7 +10,7 @@
 class TextInputStream : public Object {
 public:
     // Takes over an open descriptor.
-    explicit TextInputStream(int descriptor);
+    explicit TextInputStream(int descriptor) : descriptor_(descriptor) {}
     ~TextInputStream() override { Close(); }
 
     // The next line without its end: a carriage return, a line feed, or the pair. Bytes that are not valid UTF-8 are
@@ -20,7 +20,10 @@ public:
     void Close();
 
 private:
-    int Next();
+    // Reads the next block if need be.
+    bool HasMore();
 
-    std::FILE* file_;
+    int descriptor_;
+    std::string block_;
+    std::size_t next_ = 0; // in the block
 };

@@ -3,7 +3,7 @@
 #include "framework/app/RunningApplication.h"
 #include "framework/base/EventEdge.h"
 #include "framework/menus/MenuBar.h"
-#include "framework/windows/Native.h"
+#include "framework/windows/OpenWindows.h"
 #include "framework/windows/Window.h"
 
 #include <QApplication>
@@ -11,15 +11,12 @@
 #include <QLineEdit>
 #include <QWindow>
 
-#include <algorithm>
 #include <array>
 
 namespace {
 
-constexpr const char* kQuitItem = "FileQuit";
-
 struct EditCommand {
-    const char* itemName;
+    MenuItem::Role role;
     bool changesText;
     void (*run)(QLineEdit&);
 };
@@ -30,16 +27,16 @@ void DeleteSelection(QLineEdit& field) {
 }
 
 constexpr std::array kEditCommands{
-    EditCommand{"EditCut", true, [](QLineEdit& field) { field.cut(); }},
-    EditCommand{"EditCopy", false, [](QLineEdit& field) { field.copy(); }},
-    EditCommand{"EditPaste", true, [](QLineEdit& field) { field.paste(); }},
-    EditCommand{"EditClear", true, DeleteSelection},
-    EditCommand{"EditSelectAll", false, [](QLineEdit& field) { field.selectAll(); }},
+    EditCommand{MenuItem::Role::Cut, true, [](QLineEdit& field) { field.cut(); }},
+    EditCommand{MenuItem::Role::Copy, false, [](QLineEdit& field) { field.copy(); }},
+    EditCommand{MenuItem::Role::Paste, true, [](QLineEdit& field) { field.paste(); }},
+    EditCommand{MenuItem::Role::Clear, true, DeleteSelection},
+    EditCommand{MenuItem::Role::SelectAll, false, [](QLineEdit& field) { field.selectAll(); }},
 };
 
-const EditCommand* EditCommandOf(const std::string& itemName) {
+const EditCommand* EditCommandOf(const MenuItem& item) {
     for (const EditCommand& command : kEditCommands) {
-        if (itemName == command.itemName)
+        if (item.Is(command.role))
             return &command;
     }
     return nullptr;
@@ -51,45 +48,36 @@ QLineEdit* FocusedField() {
     return box != nullptr ? box->lineEdit() : qobject_cast<QLineEdit*>(focused);
 }
 
-Ref<Window> WindowInFront() {
-    const QWidget* const active = QApplication::activeWindow();
-    const auto windows = Window::All();
-    const auto front = std::find_if(windows.begin(), windows.end(), [active](const Ref<Window>& window) {
-        return active != nullptr && window->Native().widget == active;
-    });
-    return front == windows.end() ? nullptr : *front;
-}
-
 } // namespace
 
-bool CommandCanRun(const std::string& itemName) {
-    if (const EditCommand* const command = EditCommandOf(itemName)) {
+bool CommandCanRun(const MenuItem& item) {
+    if (const EditCommand* const command = EditCommandOf(item)) {
         const QLineEdit* const field = FocusedField();
         return field != nullptr && (!command->changesText || !field->isReadOnly());
     }
     if (QApplication::activeModalWidget() != nullptr)
         return false; // until the user has answered it, a dialog keeps everything else waiting
-    if (itemName == kQuitItem)
+    if (item.Is(MenuItem::Role::Quit))
         return true;
-    const Ref<Window> front = WindowInFront();
-    return (!front.IsNil() && front->MenuHandlers().Has(itemName)) ||
-           (!RunningApplication().IsNil() && RunningApplication()->MenuHandlers().Has(itemName));
+    const Ref<Window> front = OpenWindows::InFront();
+    return (!front.IsNil() && front->MenuHandlers().Has(item.Name())) ||
+           (!RunningApplication().IsNil() && RunningApplication()->MenuHandlers().Has(item.Name()));
 }
 
-void RunCommand(const std::string& itemName) {
-    if (const EditCommand* const command = EditCommandOf(itemName)) {
+void RunCommand(const MenuItem& item) {
+    if (const EditCommand* const command = EditCommandOf(item)) {
         if (QLineEdit* const field = FocusedField())
             command->run(*field);
         return;
     }
-    if (!CommandCanRun(itemName))
+    if (!CommandCanRun(item))
         return;
-    EventEdge::Run("menu command", [&itemName] {
-        const Ref<Window> front = WindowInFront();
-        if (itemName == kQuitItem)
+    EventEdge::Run("menu command", [&item] {
+        const Ref<Window> front = OpenWindows::InFront();
+        if (item.Is(MenuItem::Role::Quit))
             Quit(0);
-        else if (front.IsNil() || !front->MenuHandlers().Run(itemName))
-            RunningApplication()->MenuHandlers().Run(itemName);
+        else if (front.IsNil() || !front->MenuHandlers().Run(item.Name()))
+            RunningApplication()->MenuHandlers().Run(item.Name());
     });
 }
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <string>
+class MenuItem;
 
-// What a menu command comes to at this moment: the window in front is asked first, then the application. The items of
-// the Edit menu and the quit are the framework's own. Main thread.
+// What a menu command comes to at this moment: the window in front is asked first, then the application. What edits a
+// text field, and the quit, are the framework's own. Main thread.
 
 // The command has somebody who takes it.
-bool CommandCanRun(const std::string& itemName);
-void RunCommand(const std::string& itemName);
+bool CommandCanRun(const MenuItem& item);
+void RunCommand(const MenuItem& item);
 
 // Keeps the menu bar's items in step with the window in front and the focused field. Once, after the application is
 // there.

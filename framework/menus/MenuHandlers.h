@@ -11,6 +11,11 @@ public:
     using Handler = std::function<bool()>;
 
     void Add(const std::string& itemName, Handler handler) { handlers_[itemName] = std::move(handler); }
+    // The same for a method of an object, which must live as long as this does.
+    template <class Owner>
+    void Add(const std::string& itemName, Owner* owner, bool (Owner::*action)()) {
+        Add(itemName, [owner, action] { return (owner->*action)(); });
+    }
     bool Has(const std::string& itemName) const { return handlers_.count(itemName) > 0; }
     // Runs the handler of that name; false if there is none, or if it did not take the command.
     bool Run(const std::string& itemName) const {

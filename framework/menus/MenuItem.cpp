@@ -7,37 +7,59 @@
 #include "framework/text/Text.h"
 #include "framework/windows/Native.h"
 
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMenuBar>
+
 #include <algorithm>
 
 namespace {
 
 constexpr const char* kSeparator = "-";
 
-QAction::MenuRole RoleOf(MenuItem::Place place) {
-    switch (place) {
-    case MenuItem::Place::ApplicationQuit:
+QAction::MenuRole PlaceOf(MenuItem::Role role) {
+    switch (role) {
+    case MenuItem::Role::Quit:
         return QAction::QuitRole;
-    case MenuItem::Place::ApplicationPreferences:
+    case MenuItem::Role::Preferences:
         return QAction::PreferencesRole;
-    case MenuItem::Place::ApplicationAbout:
+    case MenuItem::Role::About:
         return QAction::AboutRole;
     default:
         return QAction::NoRole;
     }
 }
 
+// An Escape that closes a menu gives the focus back to the control that had it. The toolkit's own would leave it in the
+// menu bar.
+class MenuWidget : public QMenu {
+public:
+    using QMenu::QMenu;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        QMenu::keyPressEvent(event);
+        auto* const bar = qobject_cast<QMenuBar*>(QApplication::focusWidget());
+        if (event->key() != Qt::Key_Escape || bar == nullptr)
+            return;
+        QKeyEvent leaving(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(bar, &leaving);
+        bar->clearFocus(); // where no control had it
+    }
+};
+
 } // namespace
 
-MenuItem::MenuItem(std::string name, const std::string& text, const std::string& keyboardShortcut, Place place)
-    : name_(std::move(name)), keyboardShortcut_(keyboardShortcut), native_(std::make_unique<Native>()) {
+MenuItem::MenuItem(std::string name, const std::string& text, const std::string& keyboardShortcut, Role role)
+    : name_(std::move(name)), keyboardShortcut_(keyboardShortcut), role_(role), native_(std::make_unique<Native>()) {
     QAction& action = native_->action;
     action.setObjectName(QString::fromStdString(name_));
-    action.setMenuRole(RoleOf(place));
+    action.setMenuRole(PlaceOf(role));
     if (!keyboardShortcut_.empty()) {
         action.setShortcut(QKeySequence(QString::fromStdString(Replace(keyboardShortcut_, "Cmd", "Ctrl"))));
         action.setShortcutContext(Qt::ApplicationShortcut);
     }
-    QObject::connect(&action, &QAction::triggered, &action, [this] { Choose(); });
+    QObject::connect(&action, &QAction::triggered, &action, [this] { RunCommand(*this); });
     SetText(text);
 }
 
@@ -66,7 +88,7 @@ bool MenuItem::Enabled() const {
 
 void MenuItem::Append(const Ref<MenuItem>& item) {
     if (!native_->menu) {
-        native_->menu = std::make_unique<QMenu>(ToCaption(text_));
+        native_->menu = std::make_unique<MenuWidget>(ToCaption(text_));
         QObject::connect(native_->menu.get(), &QMenu::aboutToShow, native_->menu.get(), [this] {
             EventEdge::Run("enable menu items", [] { RunningApplication()->Event_EnableMenuItems(); });
             UpdateEnabled();
@@ -91,9 +113,5 @@ void MenuItem::UpdateEnabled() {
     for (const Ref<MenuItem>& item : items_)
         item->UpdateEnabled();
     if (items_.empty() && !IsSeparator())
-        native_->action.setEnabled(CommandCanRun(name_));
-}
-
-void MenuItem::Choose() const {
-    RunCommand(name_);
+        native_->action.setEnabled(CommandCanRun(*this));
 }

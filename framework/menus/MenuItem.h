@@ -10,12 +10,13 @@
 // the application, holds a handler of that name. Main thread.
 class MenuItem : public Object {
 public:
-    // Where a platform with an application menu puts the item instead of its own menu.
-    enum class Place { Menu, ApplicationQuit, ApplicationPreferences, ApplicationAbout };
+    // What the framework itself does with an item. A platform with an application menu places the last three there; the
+    // others but Plain act on the focused text field, and Quit ends the program.
+    enum class Role { Plain, Cut, Copy, Paste, Clear, SelectAll, Quit, Preferences, About };
 
     // A text of "-" makes a separator.
     MenuItem(std::string name, const std::string& text, const std::string& keyboardShortcut = "",
-             Place place = Place::Menu);
+             Role role = Role::Plain);
     ~MenuItem() override;
 
     const std::string& Name() const { return name_; }
@@ -34,17 +35,17 @@ public:
     Ref<MenuItem> Find(const std::string& name);
 
     // For the framework's sources.
+    bool Is(Role role) const { return role_ == role; }
     struct Native;
     Native& ForFramework() const { return *native_; }
     // Enables the item and those below by what can be reached now.
     void UpdateEnabled();
 
 private:
-    void Choose() const;
-
     std::string name_;
     std::string text_;
     std::string keyboardShortcut_;
+    Role role_;
     std::vector<Ref<MenuItem>> items_;
     std::unique_ptr<Native> native_;
 };
@@ -53,17 +54,15 @@ private:
 class QuitMenuItem : public MenuItem {
 public:
     QuitMenuItem(const std::string& name, const std::string& text, const std::string& keyboardShortcut)
-        : MenuItem(name, text, keyboardShortcut, Place::ApplicationQuit) {}
+        : MenuItem(name, text, keyboardShortcut, Role::Quit) {}
 };
 
 class PrefsMenuItem : public MenuItem {
 public:
-    PrefsMenuItem(const std::string& name, const std::string& text)
-        : MenuItem(name, text, "", Place::ApplicationPreferences) {}
+    PrefsMenuItem(const std::string& name, const std::string& text) : MenuItem(name, text, "", Role::Preferences) {}
 };
 
 class AppleMenuItem : public MenuItem {
 public:
-    AppleMenuItem(const std::string& name, const std::string& text)
-        : MenuItem(name, text, "", Place::ApplicationAbout) {}
+    AppleMenuItem(const std::string& name, const std::string& text) : MenuItem(name, text, "", Role::About) {}
 };

@@ -3,6 +3,7 @@
 #include "framework/threads/MainThread.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 
 #include <chrono>
 
@@ -13,8 +14,9 @@ using Clock = std::chrono::steady_clock;
 // About one display frame.
 constexpr std::chrono::milliseconds kServeEvery{16};
 
-// Both belong to the main thread.
+// All belong to the main thread.
 int forbidden = 0;
+int inputHeldBack = 0;
 Clock::time_point servedLast;
 
 } // namespace
@@ -25,6 +27,14 @@ NoYield::NoYield() {
 
 NoYield::~NoYield() {
     --forbidden;
+}
+
+NoInput::NoInput() {
+    ++inputHeldBack;
+}
+
+NoInput::~NoInput() {
+    --inputHeldBack;
 }
 
 void EventsAreServed() {
@@ -39,6 +49,6 @@ void RuntimeBackgroundTask() {
     if (now - servedLast < kServeEvery)
         return;
     if (QCoreApplication::instance() != nullptr)
-        QCoreApplication::processEvents();
+        QCoreApplication::processEvents(inputHeldBack > 0 ? QEventLoop::ExcludeUserInputEvents : QEventLoop::AllEvents);
     servedLast = Clock::now();
 }

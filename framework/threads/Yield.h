@@ -6,6 +6,16 @@
 // nothing.
 void RuntimeBackgroundTask();
 
+// While one of these lives on the main thread, RuntimeBackgroundTask leaves what the user presses, clicks or closes
+// waiting, and in order, for the next event loop: for a window that is not ready for it yet.
+class NoInput {
+public:
+    NoInput();
+    ~NoInput();
+    NoInput(const NoInput&) = delete;
+    NoInput& operator=(const NoInput&) = delete;
+};
+
 // The event loop has just got round to an event. Does nothing on a worker. For the framework's own use.
 void EventsAreServed();
 

@@ -91,7 +91,7 @@ void Control::Attach(::Window& window, const ControlLayout& layout) {
     window_ = window.weak_from_this();
 
     native_ = std::make_unique<NativeControl>();
-    native_->parent = window.Native().content;
+    native_->parent = NativeWindow::Of(window).content;
     MakeWidget(*native_);
     native_->widget->setAccessibleName(ToScreen(accessibleName_));
     SetEnabled(enabled_ && layout.Enabled);

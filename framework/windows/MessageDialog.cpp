@@ -131,5 +131,5 @@ Ref<MessageDialogButton> MessageDialog::ShowModal() {
 }
 
 Ref<MessageDialogButton> MessageDialog::ShowModalWithin(const Ref<Window>& parent) {
-    return Run(*this, parent->Native().widget);
+    return Run(*this, NativeWindow::Of(*parent).widget);
 }

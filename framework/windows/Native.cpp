@@ -13,17 +13,21 @@ namespace {
 constexpr int kSystemPixels = 13;
 constexpr int kSmallSystemPixels = 11;
 
+// Measuring a text of many megabytes takes the toolkit minutes, and no screen shows it.
+constexpr std::size_t kMostBytes = std::size_t(64) * 1024;
+
 } // namespace
 
 QString ToScreen(std::string_view text) {
-    const std::string shown = Displayable(text);
+    const std::string shown = Displayable(text.substr(0, kMostBytes));
     return QString::fromUtf8(shown.data(), static_cast<qsizetype>(shown.size()));
 }
 
 QString ToParagraphs(const std::string& text) {
     QStringList lines;
-    for (std::size_t from = 0; from <= text.size();) {
-        const std::size_t end = std::min(text.find('\n', from), text.size());
+    const std::size_t size = std::min(text.size(), kMostBytes);
+    for (std::size_t from = 0; from <= size;) {
+        const std::size_t end = std::min(text.find('\n', from), size);
         lines << ToScreen(std::string_view(text).substr(from, end - from));
         from = end + 1;
     }

@@ -52,13 +52,15 @@ struct NativeWindow {
     QPointer<ContentWidget> content;
     std::vector<QEventLoop*> modalRuns; // innermost last
 
+    static NativeWindow& Of(const Window& window);
+
     void EndModalRuns() const {
         for (QEventLoop* run : modalRuns)
             run->quit();
     }
 };
 
-// Text for the screen: what is not valid is made so.
+// Text for the screen: what is not valid is made so, and of a text of more than 64 KiB the beginning is shown.
 QString ToScreen(std::string_view text);
 // The same with its line breaks kept.
 QString ToParagraphs(const std::string& text);

@@ -10,6 +10,7 @@
 #include "framework/windows/Graphics.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"
+#include "framework/windows/OpenWindows.h"
 #include "framework/windows/PushButton.h"
 
 #include <QApplication>
@@ -32,11 +33,6 @@ constexpr int32_t kMiddleOfScreen = 2;
 constexpr int32_t kStaggered = 4;
 constexpr int kStagger = 32;
 constexpr std::string_view kNoTitle = " "; // for an empty one the toolkit puts the program's name into the frame
-
-std::vector<Ref<Window>>& OpenWindows() {
-    static std::vector<Ref<Window>> windows;
-    return windows;
-}
 
 bool IsModal(const WindowLayout& layout) {
     return layout.Frame == kModalFrame || layout.Frame == kAttachedFrame;
@@ -67,6 +63,7 @@ void SizeToLayout(NativeWindow& native, const WindowLayout& layout) {
 void HoldMenuBar(QMainWindow& window) {
     if (Application::MenuBar().IsNil())
         return;
+    window.menuBar()->setAccessibleName(window.windowTitle());
     for (const Ref<MenuItem>& menu : Application::MenuBar()->Menus()) {
         if (menu->ForFramework().menu)
             window.menuBar()->addMenu(menu->ForFramework().menu.get());
@@ -75,10 +72,8 @@ void HoldMenuBar(QMainWindow& window) {
 
 // Opens the first menu, from where the arrow keys go on: our menus have no mnemonics.
 void EnterMenuBar(QMenuBar& bar) {
-    if (bar.actions().isEmpty())
-        return;
-    bar.setFocus(Qt::MenuBarFocusReason);
-    bar.setActiveAction(bar.actions().constFirst());
+    if (!bar.actions().isEmpty())
+        bar.setActiveAction(bar.actions().constFirst());
 }
 
 void CentreOn(QWidget& window, const QRect& area) {
@@ -128,6 +123,10 @@ void WindowWidget::keyPressEvent(QKeyEvent* event) {
         QMainWindow::keyPressEvent(event);
 }
 
+NativeWindow& NativeWindow::Of(const Window& window) {
+    return *window.native_;
+}
+
 Window::Window() : native_(std::make_unique<NativeWindow>()) {}
 
 Window::~Window() = default;
@@ -143,7 +142,7 @@ void Window::Make() {
     native_->widget->setFont(SystemFont(false, false));
     SetTitle(layout_.Title);
     native_->content->resize(layout_.Width, layout_.Height);
-    OpenWindows().push_back(Self(this));
+    OpenWindows::Add(Self(this));
 
     if (layout_.HoldsMenuBar)
         HoldMenuBar(*native_->widget);
@@ -178,9 +177,9 @@ void Window::Show() {
 void Window::ShowWithin(const Ref<Window>& parent, int32_t /*facing*/) {
     if (!native_->widget || native_->widget->isVisible())
         return;
-    native_->widget->setParent(parent->Native().widget, native_->widget->windowFlags());
+    native_->widget->setParent(parent->native_->widget, native_->widget->windowFlags());
     native_->widget->adjustSize();
-    CentreOn(*native_->widget, parent->Native().widget->frameGeometry());
+    CentreOn(*native_->widget, parent->native_->widget->frameGeometry());
     native_->widget->show();
 }
 
@@ -228,7 +227,7 @@ void Window::FinishClose() {
     closed_ = true;
     Hide();
     EventEdge::Run("window close", [this] { Event_Close(); });
-    std::erase(OpenWindows(), self);
+    OpenWindows::Remove(self);
     if (native_->widget)
         DeleteLater(*native_->widget, self);
 }
@@ -239,6 +238,11 @@ void Window::BringToFront() {
     native_->widget->setWindowState(native_->widget->windowState() & ~Qt::WindowMinimized);
     native_->widget->raise();
     native_->widget->activateWindow();
+}
+
+void Window::SetAccessibleName(const std::string& name) {
+    if (native_->widget)
+        native_->widget->setAccessibleName(ToScreen(name));
 }
 
 void Window::SetTitle(const std::string& title) {
@@ -257,10 +261,6 @@ int32_t Window::Height() const {
 
 void Window::Refresh(bool /*eraseBackground*/) {
     RequestUpdate();
-}
-
-std::vector<Ref<Window>> Window::All() {
-    return OpenWindows();
 }
 
 void Window::UpdateScreen() {

@@ -11,6 +11,9 @@
 class Graphics;
 struct NativeWindow;
 
+template <class W>
+Ref<W> SingleWindow();
+
 // What a window is at its making.
 struct WindowLayout {
     int32_t Width = 400, Height = 300; // of the content, in pixels; a toolbar adds to it
@@ -48,6 +51,9 @@ public:
     bool Closed() const { return closed_; }
     void BringToFront();
 
+    // What a screen reader calls the window, where it has no title.
+    void SetAccessibleName(const std::string& name);
+
     const std::string& Title() const { return layout_.Title; }
     void SetTitle(const std::string& title);
     int32_t Width() const; // of the content, now
@@ -66,17 +72,10 @@ public:
         return control;
     }
 
-    // For the framework: runs the making. For the close path of Quit: asks, and runs Event_Close.
-    void Make();
-    bool RefusesClose(bool quitting);
-    bool IsAsking() const { return asking_; }
-    void FinishClose();
-    static std::vector<Ref<Window>> All(); // every open window, in the order of their making
-
-    // The toolkit's side, for the framework's sources.
-    NativeWindow& Native() const { return *native_; }
-
 protected:
+    // Runs the making. For SingleWindow.
+    void Make();
+
     virtual WindowLayout Layout() { return {}; }
     virtual void CreateControls() {}
     virtual void AddMenuHandlers() {}
@@ -90,9 +89,15 @@ protected:
     void UpdateScreen() override;
 
 private:
+    template <class W>
+    friend Ref<W> SingleWindow();
+    friend class OpenWindows;
+    friend struct NativeWindow;
     friend class WindowWidget;
     friend class ContentWidget;
     friend class Control;
+    bool RefusesClose(bool quitting);
+    void FinishClose();
     void AddControl(const Ref<Control>& control, const ControlLayout& layout);
     void Remove(const Ref<Control>& control);
     void Uncover(const Control& above);

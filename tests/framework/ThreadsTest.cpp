@@ -115,7 +115,8 @@ TEST(Threads, ATimerFiresWhileItIsHeldAndAFailureEndsNothingElse) {
     other = 0;
     YieldForAWhile();
     EXPECT_EQ(other, 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "ombrivel: timer: nil object\nombrivel: thread: nil object\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "framework_tests: timer: nil object\nframework_tests: thread: nil object\n");
 }
 
 } // namespace

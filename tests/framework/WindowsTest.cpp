@@ -5,6 +5,7 @@
 #include "framework/windows/Label.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/ProgressBar.h"
+#include "framework/windows/SingleWindow.h"
 #include "framework/windows/Toolbar.h"
 #include "framework/windows/Window.h"
 #include "tests/support/Waiting.h"
@@ -96,7 +97,7 @@ TEST(Windows, AControlUpdatesOncePerFrameHoweverOftenAWorkerWritesToIt) {
         EXPECT_EQ(window->bar->Value(), value);
         EXPECT_LE(bar->value(), bar->maximum());
     }
-    window->Native().widget->resize(450, 370);
+    NativeWindow::Of(*window).widget->resize(450, 370);
     EXPECT_TRUE(WaitUntil([&] { return window->Width() == 450; }));
     EXPECT_EQ(bar->geometry(), QRect(10, 10, 350, 12)) << "held at both sides";
     EXPECT_EQ(window->label->Widget()->geometry(), QRect(60, 290, 300, 20)) << "held right and below";
@@ -150,14 +151,13 @@ protected:
 };
 
 TEST(Windows, AToolbarIsPlacedByItsWindowAndShowsNoToolTips) {
-    const auto window = New<ToolWindow>();
-    window->Make();
+    const Ref<ToolWindow> window = SingleWindow<ToolWindow>();
     const auto item = New<ToolButton>();
     item->Caption = "Cut";
     window->tools->Append(item);
     window->Show();
     ShowOnScreen();
-    QWidget* const shown = window->Native().widget;
+    QWidget* const shown = NativeWindow::Of(*window).widget;
     const auto* const bar = shown->findChild<QToolBar*>();
     const QRect place = bar->geometry();
     EXPECT_EQ(place.width(), shown->width());

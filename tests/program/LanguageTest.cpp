@@ -4,6 +4,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
+namespace fs = std::filesystem;
+
 // The program in a language, and the dialog that asks for one where the system's has no folder. Finnish has none.
 class Languages : public WholeProgramTest {
 protected:
@@ -84,6 +86,71 @@ TEST_F(Languages, LeavingTheChooserEndsTheProgramAndTouchesNoPreferences) {
     }
 }
 
+namespace {
+
+// The program in a tree of its own, with what is wrong in its language folders.
+class BrokenLanguages : public Languages {
+protected:
+    // A tree with the real resources, and no folder of the languages.
+    BrokenLanguages() {
+        const fs::path program = executable;
+        const fs::path resources = program.parent_path().parent_path() / "Resources";
+        executable = Folder("bin") / program.filename();
+        fs::create_hard_link(program, executable); // the program finds its tree by its own true path
+        for (const fs::directory_entry& entry : fs::directory_iterator(resources)) {
+            if (entry.path().filename() != "Multilingual")
+                fs::create_symlink(entry.path(), Folder("Resources") / entry.path().filename());
+        }
+    }
+
+    fs::path Folder(const fs::path& name) const {
+        fs::create_directories(File(name));
+        return File(name);
+    }
+
+    void ExpectNoStart(const std::string& languages, const std::string& reason) {
+        Program& program = StartIn(languages, {});
+        EXPECT_EQ(program.End(), 1);
+        EXPECT_EQ(program.Run().Errors(), "ombrivel: the program could not start: " + reason + "\n");
+    }
+
+    const std::string multilingual = File("Resources/Multilingual");
+};
+
+} // namespace
+
+TEST_F(BrokenLanguages, EndTheStartWithALineThatTellsWhatIsMissing) {
+    const std::string noLanguage = "no language in " + multilingual;
+    const std::string noTexts = "can't open " + multilingual + "/English/strings.txt";
+    ExpectNoStart("en", noLanguage);
+    WriteFile(multilingual, "not a folder");
+    ExpectNoStart("fi", noLanguage);
+    fs::remove(multilingual);
+    Folder(multilingual);
+    ExpectNoStart("en", noLanguage);
+    WriteFile(multilingual + "/English", "not a folder either");
+    ExpectNoStart("en", noTexts);
+    ExpectNoStart("fi", noLanguage);
+    fs::remove(multilingual + "/English");
+    Folder(multilingual + "/English");
+    ExpectNoStart("en", noTexts);
+    ExpectNoStart("fi", noTexts);
+}
+
+// The files are read one after the other, so the key comes in between.
+TEST_F(BrokenLanguages, AKeyPressedWhileTheChooserReadsHugeFilesOfGarbageCountsInTheEnd) {
+    WriteFile(Folder("garbage") / "strings.txt", "ChooseString: Language\n" + Noise(50'000'000));
+    for (const char* const name : {"/One", "/Two", "/Three"})
+        fs::create_directory_symlink(File("garbage"), Folder(multilingual).string() + name);
+    Program& program = StartIn("fi", {});
+    EXPECT_TRUE(IsChooser(OnlyWindow(program)));
+    desktop.Press({"Return"});
+    AwaitMainWindow(program);
+    desktop.Press({"ctrl+q"});
+    EXPECT_EQ(program.End(), 0);
+    EXPECT_EQ(program.Run().Errors(), "");
+}
+
 using Menus = WholeProgramTest;
 
 TEST_F(Menus, CommandsGoToTheWindowInFront) {
@@ -107,6 +174,15 @@ TEST_F(Menus, CommandsGoToTheWindowInFront) {
     EXPECT_EQ(program.End(), 0);
     EXPECT_EQ(ReadFile(PreferencesFile()),
               PreferencesBytes({.MovePartsToTrash = false, .SearchForUpdates = false}, "English"));
+}
+
+TEST_F(Menus, EscapeGivesTheFocusBackToTheControlThatHadIt) {
+    Program& program = Start({});
+    program.MainWindowInFront();
+    desktop.Press(
+        {"F10", "Escape", "Tab", "Tab", "F10", "Right", "Escape", "space"}); // from the first tool to the third
+    Await("the vendor's site", [&] { return desktop.Opened() == Words{OMBRIVEL_VENDOR_SITE}; });
+    EXPECT_EQ(desktop.WindowsOf(program.Run()).size(), 1U);
 }
 
 TEST_F(Menus, HelpAndAboutAnswer) {

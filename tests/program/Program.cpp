@@ -13,15 +13,10 @@ constexpr int kStopFromRight = 30;
 constexpr int kStopTop = 19;
 constexpr int kToolMiddle = 35;
 
-Words Command(Words files) {
-    files.insert(files.begin(), OMBRIVEL_PROGRAM);
-    return files;
-}
-
 } // namespace
 
-Program::Program(const Desktop& desktop, const Words& files, const Process::Setting& setting)
-    : desktop_(desktop), process_(Command(files), setting) {}
+Program::Program(const Desktop& desktop, const Words& command, const Process::Setting& setting)
+    : desktop_(desktop), process_(command, setting) {}
 
 WindowId Program::MainWindow() {
     const auto isOlder = [](const WindowId& one, const WindowId& other) { return std::stoul(one) < std::stoul(other); };

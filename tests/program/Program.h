@@ -5,7 +5,7 @@
 // One run of the program on a desktop.
 class Program {
 public:
-    Program(const Desktop& desktop, const Words& files, const Process::Setting& setting);
+    Program(const Desktop& desktop, const Words& command, const Process::Setting& setting);
 
     Process& Run() { return process_; }
     // Waits for the end of the program and gives its exit code.

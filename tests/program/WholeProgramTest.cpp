@@ -30,7 +30,7 @@ std::string PString(const std::string& text) {
 } // namespace
 
 WholeProgramTest::WholeProgramTest()
-    : scratch_(Emptied(ScratchFolder())), files_(scratch_ / "files"), desktop(scratch_) {
+    : scratch_(Emptied(ScratchFolder())), files_(scratch_ / "files"), desktop(scratch_), executable(OMBRIVEL_PROGRAM) {
     Prefer({.SearchForUpdates = false}); // no test but those of the preferences has business with a network
 }
 
@@ -53,27 +53,34 @@ Process::Setting WholeProgramTest::NextSetting() {
     return {desktop.Variables(), files_, scratch_ / "logs" / ("program" + std::to_string(++starts_))};
 }
 
-Program& WholeProgramTest::Start(const Words& files) {
-    programs_.push_back(std::make_unique<Program>(desktop, files, NextSetting()));
+Words WholeProgramTest::Command(Words files) const {
+    files.insert(files.begin(), executable);
+    return files;
+}
+
+Program& WholeProgramTest::StartWith(const Process::Setting& setting, const Words& files) {
+    programs_.push_back(std::make_unique<Program>(desktop, Command(files), setting));
     return *programs_.back();
+}
+
+Program& WholeProgramTest::Start(const Words& files) {
+    return StartWith(NextSetting(), files);
 }
 
 Program& WholeProgramTest::StartIn(const std::string& languages, const Words& files) {
     Process::Setting setting = NextSetting();
     setting.environment["LANGUAGE"] = languages;
-    programs_.push_back(std::make_unique<Program>(desktop, files, setting));
-    return *programs_.back();
+    return StartWith(setting, files);
 }
 
 Program& WholeProgramTest::StartWithoutBus(const Words& files) {
     Process::Setting setting = NextSetting();
     setting.environment.erase("DBUS_SESSION_BUS_ADDRESS");
-    programs_.push_back(std::make_unique<Program>(desktop, files, setting));
-    return *programs_.back();
+    return StartWith(setting, files);
 }
 
 int WholeProgramTest::StartAgain(const Words& files) {
-    return Program(desktop, files, NextSetting()).End();
+    return Program(desktop, Command(files), NextSetting()).End();
 }
 
 bool WholeProgramTest::Holds(const fs::path& file, const std::string& bytes) {

@@ -55,9 +55,12 @@ private:
 
 protected:
     Desktop desktop;
+    std::filesystem::path executable; // what is started
 
 private:
     Process::Setting NextSetting();
+    Words Command(Words files) const;
+    Program& StartWith(const Process::Setting& setting, const Words& files);
 
     std::vector<std::unique_ptr<Program>> programs_; // end before their desktop does
     int starts_ = 0;

@@ -45,7 +45,7 @@ void Settle() {
 QPixmap PictureOf(const Ref<Window>& window) {
     window->Show();
     Settle();
-    const QPixmap picture = window->Native().widget->grab();
+    const QPixmap picture = NativeWindow::Of(*window).widget->grab();
     window->Hide();
     return picture;
 }

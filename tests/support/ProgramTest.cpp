@@ -75,7 +75,7 @@ void ProgramTest::Glue(const std::string& name) const {
 }
 
 void ProgramTest::ClickStop(int row) {
-    QWidget* const list = winMain::Instance()->Native().content->childAt(1, 1);
+    QWidget* const list = NativeWindow::Of(*winMain::Instance()).content->childAt(1, 1);
     const QPoint button(list->width() - 22, 50 * row + 26);
     QTest::mouseMove(list, button);
     QTest::mouseClick(list, Qt::LeftButton, Qt::NoModifier, button);

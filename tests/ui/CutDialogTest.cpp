@@ -61,7 +61,7 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
     const Ref<winCut> dialog = winCut::Instance();
     dialog->ShowWithin(winMain::Instance(), -1);
     dialog->UpdateStatus();
-    auto* const box = dialog->Native().widget->findChild<QComboBox*>();
+    auto* const box = NativeWindow::Of(*dialog).widget->findChild<QComboBox*>();
     QLineEdit* const field = box->lineEdit();
     EXPECT_TRUE(WaitUntil([box] { return QApplication::focusWidget() == box; }));
     // What the field holds after a key between the digits 10 and 50, with the cursor shown.
@@ -108,7 +108,7 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
     box->hidePopup();
 
     const auto pressed = [&](const std::vector<Qt::Key>& keys) {
-        PostToMainThread([keys, window = dialog->Native().widget] {
+        PostToMainThread([keys, window = NativeWindow::Of(*dialog).widget] {
             for (const Qt::Key key : keys) {
                 QWidget* const focused = window->focusWidget();
                 QTest::keyClick(focused == nullptr ? window.data() : focused, key);
@@ -125,7 +125,7 @@ TEST_F(CutDialogTest, TheFieldTakesDigitsOnlyAndLeavesTheDialogItsKeys) {
 
 TEST_F(CutDialogTest, GivesTheButtonThatEndedItOrThatOfAnEarlierRun) {
     const auto runToTheCloseBox = [](const Ref<winCut>& dialog) {
-        PostToMainThread([&dialog] { dialog->Native().widget->close(); });
+        PostToMainThread([&dialog] { NativeWindow::Of(*dialog).widget->close(); });
         return dialog->ShowModal();
     };
     EXPECT_TRUE(runToTheCloseBox(winCut::Instance()).IsNil());
@@ -138,12 +138,12 @@ TEST_F(CutDialogTest, GivesTheButtonThatEndedItOrThatOfAnEarlierRun) {
     PostToMainThread([&dialog] {
         dialog->ActionButton->Push();
         dialog->ActionButton->Push();
-        EXPECT_TRUE(dialog->Native().widget->isVisible()) << "the handler has taken over";
+        EXPECT_TRUE(NativeWindow::Of(*dialog).widget->isVisible()) << "the handler has taken over";
         dialog->ActionButton->Push();
     });
     EXPECT_EQ(dialog->ShowModal(), dialog->ActionButton);
     EXPECT_FALSE(dialog->Closed()) << "it is hidden only: its controls can still be read";
-    EXPECT_FALSE(dialog->Native().widget->isVisible());
+    EXPECT_FALSE(NativeWindow::Of(*dialog).widget->isVisible());
     EXPECT_EQ(runToTheCloseBox(dialog), dialog->ActionButton);
     EXPECT_THROW(New<claDialogButton>()->Push(), NilObjectException) << "it reports to nobody";
 }

@@ -83,7 +83,7 @@ TEST_F(ListTest, OnlyMovesOnAButtonAndAnUpdateRepaint) {
     const Ref<claFilePerformInfo> row = AddRow();
     ShowOnScreen();
     PaintCount count;
-    winMain::Instance()->Native().content->childAt(1, 1)->installEventFilter(&count);
+    NativeWindow::Of(*winMain::Instance()).content->childAt(1, 1)->installEventFilter(&count);
     for (const auto& [fromRight, repaints] : {std::pair(100, false), {22, true}, {21, true}, {100, false}}) {
         count.paints = 0;
         List().Event_MouseMove(List().Width() - fromRight, 26);

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "framework/base/Ref.h"
+
+#include <vector>
+
+class Window;
+
+// The open windows, and their side of a quit. For the framework's sources. Main thread.
+class OpenWindows {
+public:
+    static std::vector<Ref<Window>> All(); // in the order of their making
+    static Ref<Window> InFront();          // nil if none of ours is
+
+    static void Add(const Ref<Window>& window);
+    static void Remove(const Ref<Window>& window);
+
+    // A window waits for the user's word about its close.
+    static bool AnyIsAsking();
+    // Asks the windows whether they let the program end, the front one first, until one refuses.
+    static bool Refuse();
+    // Closes all of them without a further question.
+    static void Close();
+};
