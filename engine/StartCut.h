@@ -15,7 +15,7 @@ class FolderItem;
 // glued.
 void StartCut(const Ref<FolderItem>& file);
 
-// A base name under which none of the parts 1 to `count` exists in the folder, and that no other cut is about to use:
-// the given one, or a numbered variant of it. Each variant is made from the one before, so numbers pile up: "film.mov",
-// "film 1.mov", "film 1 2.mov". That is meant.
+// A base name under which no part with a number up to `count` exists in the folder, and that no other cut is about to
+// use: the given one, or a numbered variant of it. Each variant is made from the one before, so numbers pile up:
+// "film.mov", "film 1.mov", "film 1 2.mov". That is meant.
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count);
