@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QTextCursor>
+#include <QTextEdit>
 #include <QWindow>
 
 #include <array>
@@ -18,7 +20,12 @@ namespace {
 struct EditCommand {
     MenuItem::Role role;
     bool changesText;
-    void (*run)(QLineEdit&);
+    void (*runInField)(QLineEdit&);
+    void (*runInArea)(QTextEdit&);
+
+    template <class Run>
+    constexpr EditCommand(MenuItem::Role ofItem, bool changes, Run run)
+        : role(ofItem), changesText(changes), runInField(run), runInArea(run) {}
 };
 
 void DeleteSelection(QLineEdit& field) {
@@ -26,12 +33,16 @@ void DeleteSelection(QLineEdit& field) {
         field.del();
 }
 
+void DeleteSelection(QTextEdit& area) {
+    area.textCursor().removeSelectedText();
+}
+
 constexpr std::array kEditCommands{
-    EditCommand{MenuItem::Role::Cut, true, [](QLineEdit& field) { field.cut(); }},
-    EditCommand{MenuItem::Role::Copy, false, [](QLineEdit& field) { field.copy(); }},
-    EditCommand{MenuItem::Role::Paste, true, [](QLineEdit& field) { field.paste(); }},
-    EditCommand{MenuItem::Role::Clear, true, DeleteSelection},
-    EditCommand{MenuItem::Role::SelectAll, false, [](QLineEdit& field) { field.selectAll(); }},
+    EditCommand{MenuItem::Role::Cut, true, [](auto& text) { text.cut(); }},
+    EditCommand{MenuItem::Role::Copy, false, [](auto& text) { text.copy(); }},
+    EditCommand{MenuItem::Role::Paste, true, [](auto& text) { text.paste(); }},
+    EditCommand{MenuItem::Role::Clear, true, [](auto& text) { DeleteSelection(text); }},
+    EditCommand{MenuItem::Role::SelectAll, false, [](auto& text) { text.selectAll(); }},
 };
 
 const EditCommand* EditCommandOf(const MenuItem& item) {
@@ -48,13 +59,30 @@ QLineEdit* FocusedField() {
     return box != nullptr ? box->lineEdit() : qobject_cast<QLineEdit*>(focused);
 }
 
+QTextEdit* FocusedArea() {
+    return qobject_cast<QTextEdit*>(QApplication::focusWidget());
+}
+
+bool CanEdit(const EditCommand& command) {
+    if (const QLineEdit* const field = FocusedField())
+        return !command.changesText || !field->isReadOnly();
+    if (const QTextEdit* const area = FocusedArea())
+        return !command.changesText || !area->isReadOnly();
+    return false;
+}
+
+void Edit(const EditCommand& command) {
+    if (QLineEdit* const field = FocusedField())
+        command.runInField(*field);
+    else if (QTextEdit* const area = FocusedArea())
+        command.runInArea(*area);
+}
+
 } // namespace
 
 bool CommandCanRun(const MenuItem& item) {
-    if (const EditCommand* const command = EditCommandOf(item)) {
-        const QLineEdit* const field = FocusedField();
-        return field != nullptr && (!command->changesText || !field->isReadOnly());
-    }
+    if (const EditCommand* const command = EditCommandOf(item))
+        return CanEdit(*command);
     if (QApplication::activeModalWidget() != nullptr)
         return false; // until the user has answered it, a dialog keeps everything else waiting
     if (item.Is(MenuItem::Role::Quit))
@@ -66,8 +94,7 @@ bool CommandCanRun(const MenuItem& item) {
 
 void RunCommand(const MenuItem& item) {
     if (const EditCommand* const command = EditCommandOf(item)) {
-        if (QLineEdit* const field = FocusedField())
-            command->run(*field);
+        Edit(*command);
         return;
     }
     if (!CommandCanRun(item))
