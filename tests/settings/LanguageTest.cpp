@@ -67,7 +67,7 @@ constexpr const char* kKeys =
     "PreferencesMovePartsToTrash PreferencesSearchForUpdates PreferencesShowFilesAfter PreferencesTitle "
     "SearchForUpdatesApp SearchForUpdatesConnectionError* SearchForUpdatesFilename* SearchForUpdatesLanguage "
     "SearchForUpdatesNewVersion SearchForUpdatesNoNewVersion SearchForUpdatesSearchAtStartup "
-    "SearchForUpdatesServerError";
+    "SearchForUpdatesServerError SearchForUpdatesVersion";
 
 // The keys of a language file that count in a build, each as often as it stands there, starred like those above.
 std::multiset<std::string> KeysOf(const Ref<FolderItem>& file, const std::string& tag, const std::string& otherTag) {
