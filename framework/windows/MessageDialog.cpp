@@ -127,7 +127,9 @@ MessageDialog::MessageDialog() : ActionButton(New<MessageDialogButton>()), Cance
 }
 
 Ref<MessageDialogButton> MessageDialog::ShowModal() {
-    return Run(*this, QApplication::activeWindow());
+    // A dialog of a program that is not in front still belongs to the one that it comes up over.
+    QWidget* const front = QApplication::activeWindow();
+    return Run(*this, front != nullptr ? front : QApplication::activeModalWidget());
 }
 
 Ref<MessageDialogButton> MessageDialog::ShowModalWithin(const Ref<Window>& parent) {

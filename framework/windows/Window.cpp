@@ -103,6 +103,8 @@ void WindowWidget::closeEvent(QCloseEvent* event) {
     event->ignore(); // the window goes when Close says so
     if (EndOfSessionIsAgreed())
         EndWithSession();
+    if (!window_.layout_.CloseButton)
+        return; // left by its own buttons, also where the desktop has another way to close windows
     EventEdge::Run("window close", [window = Self(&window_)] { window->Close(); });
 }
 
