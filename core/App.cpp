@@ -16,6 +16,7 @@
 #include "ui/Pictures.h"
 #include "ui/winAbout.h"
 #include "ui/winMain.h"
+#include "update/claSearchForUpdates.h"
 
 namespace {
 
@@ -40,6 +41,7 @@ void App::ApplicationAddMenuHandlers() {
     MenuHandlers().Add("EditPreferences", this, &App::EditPreferences_Action);
     MenuHandlers().Add("HelpAbout", this, &App::HelpAbout_Action);
     MenuHandlers().Add("HelpHelp", this, &App::HelpHelp_Action);
+    MenuHandlers().Add("HelpSearchForUpdates", this, &App::HelpSearchForUpdates_Action);
 }
 
 void App::Event_Open() {
@@ -59,6 +61,8 @@ void App::Event_Open() {
         Route(item);
     }
     started_ = true;
+    if (Preferences->SearchForUpdates)
+        claSearchForUpdates::Check(false);
 }
 
 void App::Event_EnableMenuItems() {
@@ -128,6 +132,11 @@ bool App::HelpHelp_Action() {
     dialog->Message = Multilingual::GetString("AppNoHelpMessage");
     dialog->Explanation = Multilingual::GetString("AppNoHelpMessageExplanation");
     dialog->ShowModal();
+    return true;
+}
+
+bool App::HelpSearchForUpdates_Action() {
+    claSearchForUpdates::Check(true);
     return true;
 }
 

@@ -36,6 +36,7 @@ public:
     virtual bool EditPreferences_Action();
     virtual bool HelpAbout_Action();
     virtual bool HelpHelp_Action();
+    virtual bool HelpSearchForUpdates_Action();
 
     // The one way into a glue and into a cut. See StartGlue and StartCut.
     virtual void DecodeFile(const Ref<FolderItem>& file);
