@@ -18,6 +18,7 @@ public:
 
     const Environment& Variables() const { return environment_; }
     std::filesystem::path Configuration() const { return folder_ / "home/.config"; }
+    std::filesystem::path Downloads() const { return folder_ / "home/Downloads"; } // not made at first
     // The files that the user would find in the Trash.
     std::filesystem::path Trash() const { return folder_ / "home/.local/share/Trash/files"; }
 

@@ -31,7 +31,7 @@ std::string PString(const std::string& text) {
 
 WholeProgramTest::WholeProgramTest()
     : scratch_(Emptied(ScratchFolder())), files_(scratch_ / "files"), desktop(scratch_), executable(OMBRIVEL_PROGRAM) {
-    Prefer({.SearchForUpdates = false}); // no test but those of the preferences has business with a network
+    Prefer({.SearchForUpdates = false}); // most tests have no business with a network
 }
 
 WholeProgramTest::~WholeProgramTest() {
@@ -50,7 +50,9 @@ void WholeProgramTest::TearDown() {
 }
 
 Process::Setting WholeProgramTest::NextSetting() {
-    return {desktop.Variables(), files_, scratch_ / "logs" / ("program" + std::to_string(++starts_))};
+    Environment environment = desktop.Variables();
+    environment["OMBRIVEL_TEST_UPDATE_HOST"] = updateHost_;
+    return {environment, files_, scratch_ / "logs" / ("program" + std::to_string(++starts_))};
 }
 
 Words WholeProgramTest::Command(Words files) const {

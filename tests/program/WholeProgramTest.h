@@ -25,6 +25,8 @@ protected:
     // The same on a desktop that is set to other languages, "de_AT:fr".
     Program& StartIn(const std::string& languages, const Words& files);
     Program& StartWithoutBus(const Words& files);
+    // The host of the update server for the starts to come. At first it is a place where nobody listens.
+    void UseUpdateServer(const std::string& host) { updateHost_ = host; }
     // Starts the program while another one runs, and waits until it ends, having handed its files over.
     int StartAgain(const Words& files);
 
@@ -64,4 +66,5 @@ private:
 
     std::vector<std::unique_ptr<Program>> programs_; // end before their desktop does
     int starts_ = 0;
+    std::string updateHost_ = "127.0.0.1:1";
 };

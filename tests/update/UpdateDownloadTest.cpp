@@ -1,0 +1,174 @@
+#include "tests/update/UpdateTest.h"
+
+#include "framework/files/FolderItem.h"
+#include "framework/windows/Native.h"
+#include "framework/windows/ProgressBar.h"
+#include "tests/support/TestFolder.h"
+#include "tests/support/Waiting.h"
+#include "ui/claDialogButton.h"
+#include "update/HTTPSocket.h"
+
+#include <arpa/inet.h>
+#include <fstream>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kServerError = "An error has occurred.The server's reply could not be understood.";
+
+std::string ConnectionError(int code) {
+    return "An error has occurred.The server could not be reached (error " + std::to_string(code) + ").";
+}
+
+class UpdateDownload : public UpdateTest {
+protected:
+    std::string Downloaded(const std::string& name) const { return ReadFile(downloads / name); }
+    bool IsThere(const std::string& name) const { return fs::exists(downloads / name); }
+    void WaitFor(const std::string& name, std::size_t size) const {
+        EXPECT_TRUE(WaitUntil([&] { return IsThere(name) && fs::file_size(downloads / name) == size; }));
+    }
+    std::vector<std::string> Told() { return std::exchange(messages, {}); }
+};
+
+// A server that is there and takes no connection: its queue is full.
+class DeafServer {
+public:
+    DeafServer() {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* const plain = reinterpret_cast<sockaddr*>(&address);
+        EXPECT_EQ(bind(listening_, plain, size), 0);
+        getsockname(listening_, plain, &size);
+        EXPECT_EQ(listen(listening_, 0), 0);
+        EXPECT_EQ(connect(waiting_, plain, size), 0);
+        port_ = ntohs(address.sin_port);
+    }
+    ~DeafServer() {
+        close(waiting_);
+        close(listening_);
+    }
+    DeafServer(const DeafServer&) = delete;
+    DeafServer& operator=(const DeafServer&) = delete;
+    std::string Host() const { return "127.0.0.1:" + std::to_string(port_); }
+
+private:
+    int listening_ = socket(AF_INET, SOCK_STREAM, 0);
+    int waiting_ = socket(AF_INET, SOCK_STREAM, 0);
+    uint16_t port_ = 0;
+};
+
+} // namespace
+
+TEST_F(UpdateDownload, GoesIntoTheFolderAndIsOpenedThere) {
+    const std::string bytes = Pattern(300'000);
+    std::ofstream(downloads / "o.zip") << std::string(400'000, 'x'); // to be overwritten
+    New<FolderItem>(downloads / "o.zip")->SetMacType("Bitt");
+    Download("o.zip", [&](winUpdate& window) {
+        EXPECT_FALSE(window.pusDownload()->Visible());
+        EXPECT_EQ(window.pusCancel()->Left(), 377);
+        EXPECT_TRUE(window.proDownload()->Visible());
+        EXPECT_EQ(window.proDownload()->Maximum(), 0);
+        LoopbackPeer peer = Served();
+        EXPECT_TRUE(request.starts_with("GET /file HTTP/1.0\r\n")) << request;
+        peer.Send("HTTP/1.0 200 OK\r\nContent-Length: 300000\r\n\r\n" + bytes.substr(0, 100'000));
+        EXPECT_TRUE(WaitUntil([&] { return window.proDownload()->Value() == 100'000; }));
+        EXPECT_EQ(window.proDownload()->Maximum(), 300'000);
+        EXPECT_EQ(AskedOfDesktop(), "");
+        peer.Send(bytes.substr(100'000));
+        peer.Close();
+        EXPECT_TRUE(WaitUntil([&] { return !NativeWindow::Of(window).widget->isVisible(); }));
+        EXPECT_EQ(window.proDownload()->Maximum(), 0);
+    });
+    EXPECT_EQ(Downloaded("o.zip"), bytes);
+    EXPECT_EQ(New<FolderItem>(downloads / "o.zip")->MacType(), "????");
+    std::string asked;
+    EXPECT_TRUE(WaitUntil([&] { return std::count(asked.begin(), (asked += AskedOfDesktop()).end(), '\n') == 2; }));
+    EXPECT_EQ(asked, "open " + (downloads / "o.zip").string() + "\nopen " + downloads.string() + "\n");
+    EXPECT_TRUE(messages.empty());
+}
+
+// The status alone counts; without a length the bar has no measure; what the connection cuts off counts as whole.
+TEST_F(UpdateDownload, EndsAsItsStatusSays) {
+    DownloadAll("cut.zip", "HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nabc");
+    EXPECT_EQ(Downloaded("cut.zip"), "abc");
+    DownloadAll("plain.zip", Reply("abc"));
+    EXPECT_EQ(Downloaded("plain.zip"), "abc");
+    EXPECT_EQ(Told(), std::vector<std::string>{});
+    AskedOfDesktop();
+
+    for (const char* const status : {"404 Not Found", "302 Found", "401 Unauthorized", "407 Proxy", "500 Oh"}) {
+        DownloadAll("page.html", Reply("error page", status));
+        EXPECT_FALSE(IsThere("page.html")) << status;
+        EXPECT_EQ(Told(), std::vector<std::string>{kServerError}) << status;
+    }
+    DownloadAll("nothing", "");
+    EXPECT_FALSE(IsThere("nothing"));
+    EXPECT_EQ(Told(), std::vector<std::string>{kServerError});
+    EXPECT_EQ(AskedOfDesktop(), "");
+}
+
+TEST_F(UpdateDownload, WhoseFileCannotBeMadeFailsWithCode1AndWritesNowhere) {
+    fs::create_directory(downloads / "folder");
+    const auto fails = [this](const std::string& name) {
+        Download(name, [](winUpdate& window) {
+            EXPECT_TRUE(WaitUntil([&] { return !NativeWindow::Of(window).widget->isVisible(); }));
+        });
+        EXPECT_EQ(Told(), std::vector<std::string>{ConnectionError(1)}) << name;
+        EXPECT_FALSE(server.HasClient()) << name;
+    };
+    for (const char* const name :
+         {"", ".", "..", "../escaped", "../../.bashrc", "/tmp/ombrivel-escaped", "folder", "folder/inside"})
+        fails(name);
+    fails(std::string(300, 'n'));
+    EXPECT_FALSE(fs::exists(home / "escaped"));
+    EXPECT_FALSE(fs::exists("/tmp/ombrivel-escaped"));
+    EXPECT_TRUE(fs::is_empty(downloads / "folder"));
+
+    fs::remove_all(downloads);
+    fails("o.zip");
+    EXPECT_FALSE(fs::exists(downloads));
+    std::ofstream(downloads) << "a file";
+    fails("o.zip");
+    EXPECT_EQ(ReadFile(downloads), "a file");
+}
+
+TEST_F(UpdateDownload, ThatFindsNoServerTellsTheCodeAndLeavesTheEmptyFile) {
+    Check(Reply("Ombrivel 9\nVersion\n127.0.0.1:1/o\no.zip"), false, [](winUpdate& window) {
+        window.pusDownload()->Push();
+        EXPECT_TRUE(WaitUntil([&] { return !NativeWindow::Of(window).widget->isVisible(); }));
+    });
+    EXPECT_EQ(Told(), std::vector<std::string>{ConnectionError(100)});
+    EXPECT_TRUE(IsThere("o.zip"));
+    EXPECT_EQ(Downloaded("o.zip"), "");
+}
+
+TEST_F(UpdateDownload, ThatIsCancelledLeavesWhatThereIsAndOpensNothing) {
+    Download("o.zip", [&](winUpdate& window) {
+        LoopbackPeer peer = Served();
+        peer.Send(Reply("abc"));
+        WaitFor("o.zip", 3);
+        window.CancelButton->Push();
+        EXPECT_FALSE(window.tcpDownload()->IsConnected());
+        EXPECT_TRUE(peer.HasInput()) << "the end of the connection";
+        peer.Send("def");
+    });
+    EXPECT_EQ(Downloaded("o.zip"), "abc");
+
+    const DeafServer deaf;
+    Check(Reply("Ombrivel 9\nVersion\n" + deaf.Host() + "/o\nearly.zip"), false, [&](winUpdate& window) {
+        window.pusDownload()->Push();
+        EXPECT_TRUE(IsThere("early.zip"));
+        EXPECT_FALSE(window.tcpDownload()->IsConnected());
+        window.CancelButton->Push();
+        EXPECT_FALSE(NativeWindow::Of(window).widget->isVisible());
+    });
+    EXPECT_EQ(Downloaded("early.zip"), "");
+    EXPECT_EQ(Told(), std::vector<std::string>{});
+    EXPECT_EQ(AskedOfDesktop(), "");
+}
