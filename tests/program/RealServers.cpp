@@ -10,6 +10,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kTries = 5;
+constexpr const char* kWebServer = "/usr/sbin/nginx";
+constexpr const char* kProxy = "/usr/bin/tinyproxy";
 
 sockaddr_in Loopback(uint16_t port) {
     sockaddr_in address{};
@@ -47,17 +49,21 @@ Words WebServerCommand(const fs::path& folder, uint16_t port) {
     settings += "access_log off;\nserver {\nlisten 127.0.0.1:" + std::to_string(port) + ";\nroot " + place +
                 "/site;\ndefault_type text/plain;\n}\n}\n";
     WriteFile(folder / "web.conf", settings);
-    return {"/usr/sbin/nginx", "-e", folder / "web-errors", "-c", folder / "web.conf"};
+    return {kWebServer, "-e", folder / "web-errors", "-c", folder / "web.conf"};
 }
 
 Words ProxyCommand(const fs::path& folder, uint16_t port) {
     WriteFile(folder / "proxy.conf", "Listen 127.0.0.1\nPort " + std::to_string(port) +
                                          "\nMaxClients 10\nAllow 127.0.0.1\nLogFile \"" +
                                          (folder / "proxy.log").string() + "\"\n");
-    return {"/usr/bin/tinyproxy", "-d", "-c", folder / "proxy.conf"};
+    return {kProxy, "-d", "-c", folder / "proxy.conf"};
 }
 
 } // namespace
+
+bool RealServer::AreThere() {
+    return fs::exists(kWebServer) && fs::exists(kProxy);
+}
 
 RealServer::RealServer(const fs::path& folder, const std::function<Words(uint16_t port)>& command) {
     for (int i = 0; i < kTries; ++i) {

@@ -10,6 +10,9 @@
 // object.
 class RealServer {
 public:
+    // Whether both of those below are installed.
+    static bool AreThere();
+
     uint16_t Port() const { return port_; }
     std::string Host() const { return "127.0.0.1:" + std::to_string(port_); }
 

@@ -94,6 +94,10 @@ TEST_F(LanguageTest, EveryLanguageHasEveryKeyOnceForBothBuilds) {
         const Ref<FolderItem> file = languages->Item(i)->Child("strings.txt");
         EXPECT_EQ(KeysOf(file, "MAC ", "WIN "), keys) << file->AbsolutePath();
         EXPECT_EQ(KeysOf(file, "WIN ", "MAC "), keys) << file->AbsolutePath();
+        // These two go into an address as they stand.
+        Multilingual::LoadLanguageFile(file);
+        EXPECT_EQ(Multilingual::GetString("SearchForUpdatesApp"), "Ombrivel") << file->AbsolutePath();
+        EXPECT_LE(Multilingual::GetString("SearchForUpdatesLanguage").size(), 5U) << "a code, not a sentence";
     }
 }
 

@@ -10,6 +10,7 @@
 #include "framework/windows/Listbox.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/ProgressBar.h"
+#include "framework/windows/TextArea.h"
 #include "settings/Multilingual.h"
 #include "settings/winChooseLanguage.h"
 #include "settings/winPreferences.h"
@@ -20,6 +21,7 @@
 #include "ui/winAbout.h"
 #include "ui/winCut.h"
 #include "ui/winMain.h"
+#include "update/winUpdate.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -73,6 +75,15 @@ void FillChooser(winChooseLanguage& chooser) {
     chooser.lstLanguage()->SetListIndex(0);
 }
 
+void FillUpdate(const winUpdate& window) {
+    const std::string file = "Ombrivel-1.1.tar.gz";
+    window.txtMessage()->SetSelBold(true);
+    window.txtMessage()->SetSelText("Ombrivel 1.1\n");
+    window.txtMessage()->SetSelBold(false);
+    window.txtMessage()->SetSelText(Multilingual::GetString("SearchForUpdatesVersion") + "\n" +
+                                    Multilingual::GetString("SearchForUpdatesFilename", file));
+}
+
 std::vector<QPixmap> Windows() {
     std::vector<QPixmap> pictures;
 
@@ -90,6 +101,11 @@ std::vector<QPixmap> Windows() {
     winPreferences::Instance()->Close();
     pictures.push_back(PictureOf(winAbout::Instance()));
     winAbout::Instance()->Close();
+
+    const Ref<winUpdate> update = winUpdate::Instance();
+    FillUpdate(*update);
+    pictures.push_back(PictureOf(update));
+    update->Close();
 
     const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
     FillChooser(*chooser);

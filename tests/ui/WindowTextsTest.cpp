@@ -14,6 +14,7 @@
 #include "ui/winAbout.h"
 #include "ui/winCut.h"
 #include "ui/winMain.h"
+#include "update/winUpdate.h"
 
 #include <gtest/gtest.h>
 
@@ -102,6 +103,7 @@ TEST_P(WindowTextsTest, EveryTextHasRoomAndEveryControlItsName) {
     ExpectRoom(winCut::Instance());
     ExpectRoom(winPreferences::Instance());
     ExpectRoom(winAbout::Instance());
+    ExpectRoom(winUpdate::Instance());
 
     const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
     const Ref<Listbox>& list = chooser->lstLanguage();
