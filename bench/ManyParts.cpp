@@ -11,18 +11,24 @@ namespace {
 
 constexpr int32_t kPartSize = 64 * 1024;
 
-void RemoveParts(const Scratch& scratch) {
+void RemoveParts(const Scratch& scratch, int parts) {
     scratch.RemoveAll("film.", "film");
+    WarmMemory(uint64_t(parts) * kPartSize);
 }
 
-Cost CutOnce(const Scratch& scratch) {
-    RemoveParts(scratch);
+void RemoveTarget(const Scratch& scratch, int parts) {
+    unlink(scratch.At("film").c_str());
+    sync();
+    WarmMemory(uint64_t(parts) * kPartSize);
+}
+
+Cost CutOnce(const Scratch& scratch, int parts) {
+    RemoveParts(scratch, parts);
     return CostOf([&] { Cut(scratch.At("film"), kPartSize); });
 }
 
-Cost GlueOnce(const Scratch& scratch) {
-    unlink(scratch.At("film").c_str());
-    sync();
+Cost GlueOnce(const Scratch& scratch, int parts) {
+    RemoveTarget(scratch, parts);
     return CostOf([&] { Glue(scratch.At("film.001")); });
 }
 
@@ -35,8 +41,8 @@ Pair TimesFor(const std::string& folder, int parts) {
     MakeFile(scratch.At("film"), uint64_t(parts) * kPartSize);
     Pair least{1e9, 1e9};
     for (int run = 0; run < 3; ++run) {
-        least.cut = std::min(least.cut, CutOnce(scratch).wall);
-        least.glue = std::min(least.glue, GlueOnce(scratch).wall);
+        least.cut = std::min(least.cut, CutOnce(scratch, parts).wall);
+        least.glue = std::min(least.glue, GlueOnce(scratch, parts).wall);
     }
     return least;
 }
@@ -50,20 +56,19 @@ void MeasureManyParts(const BenchOptions& options, Report& report) {
         const Scratch scratch(options.folder);
         MakeFile(scratch.At("film"), uint64_t(parts) * kPartSize);
         const Comparison cut = Compare(
-            options.rounds, [&] { return CutOnce(scratch); },
+            options.rounds, [&] { return CutOnce(scratch, parts); },
             [&] {
-                RemoveParts(scratch);
+                RemoveParts(scratch, parts);
                 return CostOfCommand({"split", "-b", std::to_string(kPartSize), "-d", "-a", "6", "film", "film."},
                                      scratch.Path());
             });
         report.Add("cut into" + measure, "wall, ratio to split", cut.wallRatio, 1.5);
-        RemoveParts(scratch);
+        RemoveParts(scratch, parts);
         Cut(scratch.At("film"), kPartSize);
         const Comparison glue = Compare(
-            options.rounds, [&] { return GlueOnce(scratch); },
+            options.rounds, [&] { return GlueOnce(scratch, parts); },
             [&] {
-                unlink(scratch.At("film").c_str());
-                sync();
+                RemoveTarget(scratch, parts);
                 // In the order of the numbers, which is not that of the names from part 1000 on.
                 return CostOfCommand({"sh", "-c", "ls -v film.* | xargs -n 100000 cat > film"}, scratch.Path());
             });

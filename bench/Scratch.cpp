@@ -1,11 +1,15 @@
 #include "bench/Scratch.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/statvfs.h>
+#include <sys/sysinfo.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <random>
 #include <vector>
@@ -63,6 +67,18 @@ uint64_t FreeBytes(const std::string& path) {
     fstatvfs(descriptor, &status);
     close(descriptor);
     return uint64_t(status.f_bavail) * status.f_frsize;
+}
+
+void WarmMemory(uint64_t bytes) {
+    struct sysinfo system {};
+    sysinfo(&system);
+    const std::size_t size = std::min<uint64_t>(bytes, uint64_t(system.freeram) * system.mem_unit / 10 * 9);
+    void* const memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED)
+        return;
+    madvise(memory, size, MADV_HUGEPAGE);
+    std::memset(memory, 1, size);
+    munmap(memory, size);
 }
 
 std::optional<std::string> LoopMount::Mount(const std::string& kind, const std::string& folder, uint64_t bytes) {

@@ -27,6 +27,11 @@ void MakeFile(const std::string& path, uint64_t bytes);
 // Bytes free on the file system of that path, after everything has been written out.
 uint64_t FreeBytes(const std::string& path);
 
+// Takes that much memory, as far as it is free, and gives it back. To be called before a run that is measured and will
+// fill the page cache: the host of a virtual machine takes away what lies free, and getting it back costs several times
+// what copying into it does, to the one side or the other as it happens.
+void WarmMemory(uint64_t bytes);
+
 // A file system of that kind ("btrfs", "xfs") in an image file, mounted while this lives.
 class LoopMount {
 public:

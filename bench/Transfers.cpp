@@ -21,14 +21,18 @@ void MeasureOn(const std::string& place, const std::string& folder, uint64_t siz
     MakeFile(scratch.At("film"), size);
     const std::string measure = " " + std::to_string(size / 1048576) + " MiB, " + place;
 
+    const auto clearParts = [&] {
+        scratch.RemoveAll("film", "film");
+        WarmMemory(size);
+    };
     const Comparison cut = Compare(
         options.rounds,
         [&] {
-            scratch.RemoveAll("film", "film");
+            clearParts();
             return CostOf([&] { Cut(scratch.At("film"), kPartSize); });
         },
         [&] {
-            scratch.RemoveAll("film", "film");
+            clearParts();
             return CostOfCommand({"split", "-b", std::to_string(kPartSize), "-d", "-a", "3", "film", "film."},
                                  scratch.Path());
         });
@@ -48,16 +52,19 @@ void MeasureOn(const std::string& place, const std::string& folder, uint64_t siz
     const std::string catCommand =
         shares ? "cat film.[0-9][0-9][0-9] | cat > film" : "exec cat film.[0-9][0-9][0-9] > film";
     const std::string peer = shares ? "ratio to cat through a pipe" : "ratio to cat";
+    const auto clearTarget = [&] {
+        unlink(scratch.At("film").c_str());
+        sync();
+        WarmMemory(size);
+    };
     const Comparison glue = Compare(
         options.rounds,
         [&] {
-            unlink(scratch.At("film").c_str());
-            sync();
+            clearTarget();
             return CostOf([&] { Glue(scratch.At("film.001")); });
         },
         [&] {
-            unlink(scratch.At("film").c_str());
-            sync();
+            clearTarget();
             return CostOfCommand({"sh", "-c", catCommand}, scratch.Path());
         });
     report.Add("glue" + measure, "wall, " + peer, glue.wallRatio, bounds.glue);

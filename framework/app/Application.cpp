@@ -13,6 +13,7 @@
 #include "framework/menus/MenuCommands.h"
 #include "framework/threads/MainThreadQueue.h"
 #include "framework/windows/NativeGraphics.h"
+#include "framework/windows/NativeStyle.h"
 #include "framework/windows/OpenWindows.h"
 
 #include <QApplication>
@@ -45,6 +46,7 @@ void DescribeToToolkit() {
     QApplication::setApplicationVersion(QString::fromStdString(program.LongVersion));
     QApplication::setDesktopFileName(QString::fromStdString(program.Id));
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setStyle(new NativeStyle);
     AnswerEndOfSession();
 }
 

@@ -8,21 +8,29 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
-#include <vector>
+#include <memory>
 
 namespace {
 
-// Large enough to make system calls cheap, small enough to stay in the processor's cache.
-constexpr int64_t kCopyBuffer = int64_t{128} * 1024;
+// Large enough to make system calls cheap and to let the file system take memory in large pieces, small enough to stay
+// in the processor's cache.
+constexpr int64_t kCopyBuffer = int64_t{256} * 1024;
+constexpr std::size_t kPage = 4096;
 // Sharing may have to write the source's fresh data out first, and a stop has to wait for it: so not a whole part at
 // once.
 constexpr int64_t kShareAtOnce = int64_t{64} * 1024 * 1024;
 constexpr std::size_t kLongestPString = 255;
 
-std::vector<char>& CopyBuffer() {
-    thread_local std::vector<char> buffer(kCopyBuffer);
-    return buffer;
+// Page upon page: the kernel copies noticeably faster between places that lie alike.
+struct alignas(kPage) CopyBuffer {
+    std::array<char, kCopyBuffer> bytes;
+};
+
+char* BytesToCopyThrough() {
+    thread_local const auto buffer = std::make_unique_for_overwrite<CopyBuffer>();
+    return buffer->bytes.data();
 }
 
 // File systems of this machine, on which reading and writing through a buffer costs less than copy_file_range.
@@ -123,13 +131,13 @@ int64_t BinaryStream::DelegateFrom(BinaryStream& source, int64_t count) {
 }
 
 void BinaryStream::CopyFrom(BinaryStream& source, int64_t count) {
-    std::vector<char>& buffer = CopyBuffer();
+    char* const buffer = BytesToCopyThrough();
     while (count > 0) {
-        const int64_t size = source.ReadInto(buffer.data(), std::min(count, kCopyBuffer));
+        const int64_t size = source.ReadInto(buffer, std::min(count, kCopyBuffer));
         if (size == 0)
             return;
         count -= size;
-        if (!WriteAll(buffer.data(), size)) {
+        if (!WriteAll(buffer, size)) {
             source.SkipTo(source.position_ + count);
             return;
         }

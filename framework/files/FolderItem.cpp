@@ -6,10 +6,10 @@
 #include "framework/files/SpecialFolder.h"
 #include "framework/files/TextInputStream.h"
 #include "framework/files/TextOutputStream.h"
+#include "framework/files/Trash.h"
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <gio/gio.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -222,9 +222,7 @@ void FolderItem::MoveFileTo(const Ref<FolderItem>& destination) const {
     if (path_.empty())
         return;
     if (destination == SpecialFolder::Trash()) {
-        GFile* file = g_file_new_for_path(path_.c_str());
-        g_file_trash(file, nullptr, nullptr);
-        g_object_unref(file);
+        MoveToTrash(path_);
         return;
     }
     const std::string target = destination->Child(Name())->path_;

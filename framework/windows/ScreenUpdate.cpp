@@ -31,7 +31,8 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    static constexpr std::chrono::milliseconds kFrame{16};
+    // Every second frame of a common display: smooth enough for bars and texts, and half as dear to a fast transfer.
+    static constexpr std::chrono::milliseconds kFrame{33};
 
     void ServeWithNextFrame() {
         const auto next = std::chrono::ceil<std::chrono::milliseconds>(servedLast_ + kFrame - Clock::now());
