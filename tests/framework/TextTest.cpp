@@ -1,5 +1,5 @@
-#include "framework/text/Encoding.h"
 #include "framework/text/Text.h"
+#include "framework/text/Encoding.h"
 
 #include <gtest/gtest.h>
 
