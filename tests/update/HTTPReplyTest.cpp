@@ -266,7 +266,7 @@ TEST_F(HTTPReplyTest, TakesLittleMemoryIntoAFileAndLittleTimeInMemory) {
         sender.join();
     };
     client->ReceiveProgress = nullptr;
-    const int64_t before = PeakMemory();
+    [[maybe_unused]] const int64_t before = PeakMemory();
     client->Get(server.Url("/"), folder.Item("film"));
     receive(256);
     EXPECT_EQ(folder.Item("film")->Length(), 256 * kPiece);
