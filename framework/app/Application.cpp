@@ -50,10 +50,15 @@ void DescribeToToolkit() {
     AnswerEndOfSession();
 }
 
-// The font library reads its settings on a thread of its own meanwhile: the first text would have to wait for that.
-void BeginReadingFonts() {
-    std::thread([] { FcInit(); }).detach();
-}
+// The font library reads its settings on a thread of its own while the toolkit connects to the desktop. Whoever asks
+// for a font before it is done would read them all once more.
+class ReadingFonts {
+public:
+    void Await() { thread_.join(); }
+
+private:
+    std::jthread thread_{[] { FcInit(); }};
+};
 
 void ListenToQueue() {
     MainThreadQueue& queue = MainThreadQueue::Instance();
@@ -145,7 +150,7 @@ bool Application::EventsWait() {
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup) {
     program = identity;
-    BeginReadingFonts();
+    ReadingFonts readingFonts;
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
     DescribeToToolkit();
     const std::vector<std::string> paths = FilesToOpen(argumentCount, arguments);
@@ -153,6 +158,7 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
         return 0;
     ListenToEndSignals([] { SaveAndEnd(0); });
     ListenToQueue();
+    readingFonts.Await();
     Begin(paths, startup);
     QApplication::exec();
     SaveAndEnd(0);

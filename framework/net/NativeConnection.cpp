@@ -61,14 +61,23 @@ void TCPSocket::Connection::Abandon() {
     socket_->abort();
 }
 
-void TCPSocket::Connection::Open(const std::string& address, int32_t port) {
-    if (port < 0 || port > UINT16_MAX) {
-        Fail(QAbstractSocket::SocketAddressNotAvailableError);
+void TCPSocket::Connection::Begin(const std::string& address, int32_t port) {
+    address_ = address;
+    port_ = port;
+    begun_ = true;
+    PostToMainThread([weak = weak_from_this()] {
+        if (const auto connection = weak.lock())
+            connection->Open();
+    });
+}
+
+void TCPSocket::Connection::Open() {
+    if (!Taken(begun_))
         return;
-    }
-    port_ = static_cast<quint16>(port);
-    const QString host = QString::fromStdString(address);
-    if (const QHostAddress number(host); !number.isNull()) {
+    const QString host = QString::fromStdString(address_);
+    if (port_ < 0 || port_ > UINT16_MAX) {
+        Fail(QAbstractSocket::SocketAddressNotAvailableError);
+    } else if (const QHostAddress number(host); !number.isNull()) {
         addresses_ = {number};
         TryNextAddress();
     } else {
@@ -102,7 +111,7 @@ void TCPSocket::Connection::HostFound() {
 
 // From the event loop the toolkit gives an address up after half a minute, in a Poll the system does so later.
 void TCPSocket::Connection::TryNextAddress() {
-    socket_->connectToHost(addresses_.takeFirst(), port_);
+    socket_->connectToHost(addresses_.takeFirst(), static_cast<quint16>(port_));
 }
 
 void TCPSocket::Connection::Fail(QAbstractSocket::SocketError error) {
@@ -126,6 +135,7 @@ void TCPSocket::Connection::Serve() {
         Idle();
         return;
     }
+    Open();
     if (lookup_.valid() && lookup_.wait_for(std::chrono::milliseconds(kPatience)) == std::future_status::ready)
         HostFound();
     if (!lookup_.valid() && !connectedDue_ && !DataDue() && !endDue_)

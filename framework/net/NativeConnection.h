@@ -24,7 +24,8 @@ public:
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    void Open(const std::string& address, int32_t port);
+    // Opens the connection with the next turn of the event loop, or the next Serve.
+    void Begin(const std::string& address, int32_t port);
     // Ends the connection, now. Nothing of it reaches the owner any more.
     void Abandon();
     void Write(std::string_view bytes);
@@ -35,6 +36,7 @@ public:
     static void Idle();
 
 private:
+    void Open();
     void LookUp(const QString& host);
     void HostFound();
     void TryNextAddress();
@@ -49,9 +51,11 @@ private:
 
     const Ref<TCPSocket> owner_; // kept alive until it lets go of this
     QTcpSocket* const socket_;
+    std::string address_;
+    int32_t port_ = 0;
+    bool begun_ = false; // and not yet opened
     std::future<QHostInfo> lookup_;
     QList<QHostAddress> addresses_; // still to be tried
-    quint16 port_ = 0;
     QAbstractSocket::SocketError failure_ = QAbstractSocket::UnknownSocketError;
     bool connectedDue_ = false, dataDue_ = false, sentDue_ = false, endDue_ = false;
     bool posted_ = false; // a call of Deliver

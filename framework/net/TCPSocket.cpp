@@ -11,7 +11,7 @@ TCPSocket::~TCPSocket() = default;
 void TCPSocket::Connect() {
     Close();
     connection_ = std::make_shared<Connection>(Self(this));
-    connection_->Open(Address, Port);
+    connection_->Begin(Address, Port);
 }
 
 void TCPSocket::Close() {
