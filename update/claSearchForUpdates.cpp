@@ -75,7 +75,7 @@ void claSearchForUpdates::Offer(const std::string& record) {
     window->cheCheckAtStartup()->SetValue(preferences->SearchForUpdates);
     window->FileName = line(4);
     window->DownloadUrl = line(3);
-    window->ShowModal();
+    window->ShowModal(); // no code runs after a quit: the box then counts for nothing
     preferences->SearchForUpdates = window->cheCheckAtStartup()->Value();
     window->Close();
 }

@@ -129,6 +129,7 @@ void winUpdate::Action(const Ref<claDialogButton>& button) {
 
 void winUpdate::Event_Close() {
     tcpDownload_->Close();
+    tcpDownload_ = New<HTTPSocket>(); // the other one goes, and lets go of the file
 }
 
 void winUpdate::tcpDownload_ReceiveProgress(int32_t soFar, int32_t total) {
@@ -136,8 +137,8 @@ void winUpdate::tcpDownload_ReceiveProgress(int32_t soFar, int32_t total) {
     proDownload_->SetValue(soFar);
 }
 
-// The status alone tells whether the download is good: a connection that broke after it leaves a file that is cut off
-// and counts as whole. A file of another status is the server's error page.
+// The status alone tells whether the download is good: a connection that broke after it, or a full disk, leaves a file
+// that is cut off and counts as whole. A file of another status is the server's error page.
 void winUpdate::tcpDownload_DownloadComplete(int32_t status, const Ref<FolderItem>& file) {
     const Ref<winUpdate> self = Self(this); // a dialog may outlast the window
     proDownload_->SetMaximum(0);
@@ -149,6 +150,7 @@ void winUpdate::tcpDownload_DownloadComplete(int32_t status, const Ref<FolderIte
     }
     file->SetMacType(kNoCode);
     file->SetMacCreator(kNoCode);
+    // Side by side: which of the two comes to the front is the desktop's business.
     file->Launch(true);
     file->Parent()->Launch(true);
     Action(pusDownload_);

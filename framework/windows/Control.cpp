@@ -40,8 +40,11 @@ void Control::SetEnabled(bool enabled) {
 
 void Control::SetVisible(bool visible) {
     visible_ = visible;
-    if (native_ && native_->widget)
-        native_->widget->setVisible(visible);
+    if (!native_ || !native_->widget)
+        return;
+    if (!visible)
+        native_->widget->clearFocus(); // which the toolkit would hand to the next control, for which no key is meant
+    native_->widget->setVisible(visible);
 }
 
 void Control::SetAccessibleName(const std::string& name) {

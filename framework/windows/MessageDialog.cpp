@@ -12,6 +12,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QPainter>
+#include <QPointer>
 #include <QPushButton>
 
 namespace {
@@ -110,14 +111,17 @@ void LayOut(QDialog& dialog, const MessageDialog& message) {
 }
 
 Ref<MessageDialogButton> Run(MessageDialog& message, QWidget* parent) {
-    QDialog dialog(parent);
-    dialog.setWindowTitle(message.Title.empty() ? QApplication::applicationName() : ToScreen(message.Title));
-    dialog.setAccessibleName(ToScreen(message.Message));
-    dialog.setAccessibleDescription(ToScreen(message.Explanation));
-    dialog.setWindowModality(Qt::ApplicationModal);
-    LayOut(dialog, message);
+    // The window beneath may go while the dialog is up, and takes its dialogs along.
+    const QPointer<QDialog> dialog = new QDialog(parent);
+    dialog->setWindowTitle(message.Title.empty() ? QApplication::applicationName() : ToScreen(message.Title));
+    dialog->setAccessibleName(ToScreen(message.Message));
+    dialog->setAccessibleDescription(ToScreen(message.Explanation));
+    dialog->setWindowModality(Qt::ApplicationModal);
+    LayOut(*dialog, message);
     const ModalRun modalRun;
-    return dialog.exec() == QDialog::Accepted ? message.ActionButton : message.CancelButton;
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    delete dialog.data();
+    return accepted ? message.ActionButton : message.CancelButton;
 }
 
 } // namespace

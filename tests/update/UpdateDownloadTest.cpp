@@ -8,6 +8,8 @@
 #include "ui/claDialogButton.h"
 #include "update/HTTPSocket.h"
 
+#include <QTest>
+
 #include <arpa/inet.h>
 #include <fstream>
 #include <netinet/in.h>
@@ -96,7 +98,7 @@ TEST_F(UpdateDownload, GoesIntoTheFolderAndIsOpenedThere) {
     EXPECT_TRUE(messages.empty());
 }
 
-// The status alone counts; without a length the bar has no measure; what the connection cuts off counts as whole.
+// The status alone counts; what the connection cuts off counts as whole.
 TEST_F(UpdateDownload, EndsAsItsStatusSays) {
     DownloadAll("cut.zip", "HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nabc");
     EXPECT_EQ(Downloaded("cut.zip"), "abc");
@@ -156,6 +158,8 @@ TEST_F(UpdateDownload, ThatIsCancelledLeavesWhatThereIsAndOpensNothing) {
         LoopbackPeer peer = Served();
         peer.Send(Reply("abc"));
         WaitFor("o.zip", 3);
+        EXPECT_TRUE(WaitUntil([&] { return window.proDownload()->Value() == 3; }));
+        EXPECT_EQ(window.proDownload()->Maximum(), 0) << "no measure without a length";
         window.CancelButton->Push();
         EXPECT_FALSE(window.tcpDownload()->IsConnected());
         EXPECT_TRUE(peer.HasInput()) << "the end of the connection";
@@ -165,7 +169,11 @@ TEST_F(UpdateDownload, ThatIsCancelledLeavesWhatThereIsAndOpensNothing) {
 
     const DeafServer deaf;
     Check(Reply("Ombrivel 9\nVersion\n" + deaf.Host() + "/o\nearly.zip"), false, [&](winUpdate& window) {
-        window.pusDownload()->Push();
+        QWidget& shown = *NativeWindow::Of(window).widget;
+        EXPECT_TRUE(WaitUntil([&] { return shown.isActiveWindow() && shown.focusWidget() != nullptr; }));
+        QTest::keyClick(shown.focusWidget(), Qt::Key_Return);
+        QTest::keyClick(shown.focusWidget() == nullptr ? &shown : shown.focusWidget(), Qt::Key_Return);
+        EXPECT_TRUE(shown.isVisible()) << "the button has gone, and no other takes its place";
         EXPECT_TRUE(IsThere("early.zip"));
         EXPECT_FALSE(window.tcpDownload()->IsConnected());
         window.CancelButton->Push();
