@@ -1,7 +1,7 @@
 # Every header compiles by itself and bears being included twice. What the program sees of the framework does so without
 # the toolkit in reach; only headers named Native* may need it.
 
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus Multimedia Network Test)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus Multimedia Test)
 find_package(GTest REQUIRED)
 
 function(ombrivel_headers_alone target)
@@ -28,7 +28,7 @@ list(FILTER headers EXCLUDE REGEX "/Native[^/]*$")
 list(FILTER native_headers INCLUDE REGEX "/Native[^/]*$")
 file(GLOB_RECURSE test_headers RELATIVE ${CMAKE_SOURCE_DIR} CONFIGURE_DEPENDS tests/*.h bench/*.h fuzz/*.h)
 
-set(toolkit Qt6::Core Qt6::Gui Qt6::Widgets Qt6::DBus Qt6::Multimedia Qt6::Network Qt6::Test)
+set(toolkit Qt6::Core Qt6::Gui Qt6::Widgets Qt6::DBus Qt6::Multimedia Qt6::Test)
 add_custom_target(headers_alone)
 ombrivel_headers_alone(headers_alone_plain HEADERS ${headers})
 ombrivel_headers_alone(headers_alone_native HEADERS ${native_headers} LIBRARIES ${toolkit})

@@ -23,7 +23,8 @@ public:
     virtual void Poll() = 0;
 
     virtual bool IsConnected() const = 0;
-    // Why the last connection failed or ended: 100 and the toolkit's number, so never 1 or -1. 0 before.
+    // Why the last connection failed or ended: 100 refused, 101 ended by the other side, 102 host not known, 103 not
+    // the number of a port, else 200 and the system's error number. 0 before.
     virtual int32_t LastErrorCode() const = 0;
 
 protected:

@@ -1,6 +1,6 @@
 #include "framework/net/TCPSocket.h"
 
-#include "framework/net/NativeConnection.h"
+#include "framework/net/Connection.h"
 
 #include <algorithm>
 #include <utility>

@@ -36,7 +36,7 @@ protected:
     virtual void Event_Connected() {}
 
 private:
-    class Connection; // the toolkit's side of one connection
+    class Connection; // on the system's sockets
 
     std::shared_ptr<Connection> connection_; // nil while there is none
     std::string received_;

@@ -122,7 +122,7 @@ TEST_F(HTTPReplyTest, TellsWhyThereIsNone) {
     for (const auto& [url, code] :
          std::initializer_list<std::pair<std::string, int>>{{server.Url("/"), 100},
                                                             {"http://" + std::string(64, 'a') + "/", 102},
-                                                            {"127.0.0.1:70000", 109},
+                                                            {"127.0.0.1:70000", 103},
                                                             {"", 102}}) {
         client->log.clear();
         client->Get(url);

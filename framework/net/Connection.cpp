@@ -1,0 +1,280 @@
+#include "framework/net/Connection.h"
+
+#include "framework/base/EventEdge.h"
+#include "framework/threads/MainThread.h"
+
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <netdb.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <climits>
+#include <thread>
+#include <utility>
+
+namespace {
+
+constexpr int kPatience = 10;                            // of a Poll, in milliseconds
+constexpr std::chrono::seconds kPatienceToConnect{30};   // with one address, while the event loop runs
+constexpr std::size_t kReadAhead = std::size_t(1) << 20; // fetched before the program has its turn
+constexpr std::size_t kPiece = std::size_t(64) * 1024;
+
+constexpr int32_t kRefused = 100;
+constexpr int32_t kEnded = 101;
+constexpr int32_t kUnknownHost = 102;
+constexpr int32_t kNoSuchPort = 103;
+constexpr int32_t kSystemError = 200; // and its number
+
+int32_t CodeOf(int error) {
+    return error == ECONNREFUSED ? kRefused : kSystemError + error;
+}
+
+bool IsForLater(int error) {
+    return error == EAGAIN || error == EINTR;
+}
+
+} // namespace
+
+// What the event loop watches of a connection. It is taken down by its own events, so it goes when the loop comes
+// round.
+class TCPSocket::Connection::Attention : public QObject {
+public:
+    Attention(Connection& connection, int descriptor)
+        : readable_(descriptor, QSocketNotifier::Read), writable_(descriptor, QSocketNotifier::Write) {
+        Turn(false, true);
+        patience_.setSingleShot(true);
+        patience_.start(kPatienceToConnect);
+        const auto held = [&connection](void (Connection::*handle)()) {
+            return [&connection, handle] { (connection.shared_from_this().get()->*handle)(); };
+        };
+        connect(&readable_, &QSocketNotifier::activated, this, held(&Connection::Readable));
+        connect(&writable_, &QSocketNotifier::activated, this, held(&Connection::Writable));
+        connect(&patience_, &QTimer::timeout, this, held(&Connection::TimeOut));
+    }
+
+    void End() {
+        Turn(false, false);
+        EndPatience();
+        deleteLater();
+    }
+
+    void Turn(bool toReading, bool toWriting) {
+        readable_.setEnabled(toReading);
+        writable_.setEnabled(toWriting);
+    }
+
+    void EndPatience() { patience_.stop(); }
+
+private:
+    QSocketNotifier readable_, writable_;
+    QTimer patience_;
+};
+
+TCPSocket::Connection::Connection(const Ref<TCPSocket>& owner) : owner_(owner) {}
+
+TCPSocket::Connection::~Connection() {
+    Disregard();
+}
+
+void TCPSocket::Connection::Begin(const std::string& address, int32_t port) {
+    address_ = address;
+    port_ = port;
+    begun_ = true;
+    PostToMainThread([weak = weak_from_this()] {
+        if (const auto connection = weak.lock())
+            connection->Open();
+    });
+}
+
+void TCPSocket::Connection::Abandon() {
+    begun_ = false;
+    lookup_ = {};
+    Disregard();
+}
+
+void TCPSocket::Connection::Open() {
+    if (!std::exchange(begun_, false))
+        return;
+    if (port_ < 0 || port_ > UINT16_MAX)
+        End(kNoSuchPort);
+    else
+        LookUp();
+}
+
+// On a thread of its own, since it may take long and can't be broken off.
+void TCPSocket::Connection::LookUp() {
+    std::promise<Addresses> promise;
+    lookup_ = promise.get_future();
+    std::thread([weak = weak_from_this(), host = address_, port = port_, promise = std::move(promise)]() mutable {
+        promise.set_value(Resolve(host, port));
+        PostToMainThread([weak] {
+            if (const auto connection = weak.lock())
+                connection->HostFound();
+        });
+    }).detach();
+}
+
+TCPSocket::Connection::Addresses TCPSocket::Connection::Resolve(const std::string& host, int32_t port) {
+    addrinfo wanted{};
+    wanted.ai_socktype = SOCK_STREAM;
+    wanted.ai_flags = AI_NUMERICSERV | AI_IDN;
+    addrinfo* found = nullptr;
+    const bool nameIsText = host.find('\0') == std::string::npos;
+    if (!nameIsText || getaddrinfo(host.c_str(), std::to_string(port).c_str(), &wanted, &found) != 0)
+        return nullptr;
+    return {found, freeaddrinfo};
+}
+
+void TCPSocket::Connection::HostFound() {
+    if (!lookup_.valid()) // known by a Poll already
+        return;
+    addresses_ = lookup_.get();
+    next_ = addresses_.get();
+    TryNextAddress(kUnknownHost);
+}
+
+void TCPSocket::Connection::TryNextAddress(int32_t failure) {
+    while (next_ != nullptr) {
+        const addrinfo& address = *std::exchange(next_, next_->ai_next);
+        descriptor_ = socket(address.ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+        if (descriptor_ >= 0 &&
+            (connect(descriptor_, address.ai_addr, address.ai_addrlen) == 0 || errno == EINPROGRESS)) {
+            connecting_ = true;
+            attention_ = new Attention(*this, descriptor_);
+            return;
+        }
+        failure = CodeOf(errno);
+        Disregard();
+    }
+    End(failure);
+}
+
+// In a Poll only the system gives an address up.
+void TCPSocket::Connection::TimeOut() {
+    Disregard();
+    TryNextAddress(CodeOf(ETIMEDOUT));
+}
+
+void TCPSocket::Connection::Disregard() {
+    if (Attention* const attention = std::exchange(attention_, nullptr))
+        attention->End();
+    if (descriptor_ >= 0)
+        close(std::exchange(descriptor_, -1));
+    connecting_ = false;
+}
+
+void TCPSocket::Connection::Write(std::string_view bytes) {
+    outgoing_.append(bytes);
+    Attend();
+}
+
+void TCPSocket::Connection::Purge() {
+    outgoing_.clear();
+    if (descriptor_ >= 0)
+        recv(descriptor_, nullptr, INT_MAX, MSG_TRUNC); // takes what is there, to nowhere
+}
+
+void TCPSocket::Connection::Serve() {
+    Open();
+    if (lookup_.valid() && lookup_.wait_for(std::chrono::milliseconds(kPatience)) == std::future_status::ready)
+        HostFound();
+    if (delivering_ || attention_ == nullptr) {
+        Idle();
+        return;
+    }
+    pollfd ready{descriptor_, POLLIN, 0};
+    if (WantsToWrite())
+        ready.events |= POLLOUT;
+    if (poll(&ready, 1, kPatience) <= 0)
+        return;
+    if (WantsToWrite() && (ready.revents & ~POLLIN) != 0)
+        Writable();
+    if (attention_ != nullptr && !connecting_ && (ready.revents & ~POLLOUT) != 0)
+        Readable();
+}
+
+void TCPSocket::Connection::Idle() {
+    poll(nullptr, 0, kPatience);
+}
+
+bool TCPSocket::Connection::WantsToWrite() const {
+    return connecting_ || !outgoing_.empty();
+}
+
+void TCPSocket::Connection::Attend() {
+    if (attention_ != nullptr)
+        attention_->Turn(!delivering_ && !connecting_, !delivering_ && WantsToWrite());
+}
+
+void TCPSocket::Connection::Writable() {
+    if (connecting_)
+        Connected();
+    else
+        Send();
+}
+
+void TCPSocket::Connection::Connected() {
+    int error = 0;
+    socklen_t size = sizeof error;
+    getsockopt(descriptor_, SOL_SOCKET, SO_ERROR, &error, &size);
+    if (error != 0) {
+        Disregard();
+        TryNextAddress(CodeOf(error));
+        return;
+    }
+    connecting_ = false;
+    attention_->EndPatience();
+    owner_->connected_ = true;
+    Deliver("connected", [this] { owner_->Event_Connected(); });
+}
+
+void TCPSocket::Connection::Send() {
+    const ssize_t count = send(descriptor_, outgoing_.data() + sent_, outgoing_.size() - sent_, MSG_NOSIGNAL);
+    if (count < 0 && IsForLater(errno))
+        return;
+    // What can't be sent any more is dropped: the connection has ended, which shows once all that came is read.
+    sent_ = count < 0 ? outgoing_.size() : sent_ + static_cast<std::size_t>(count);
+    if (sent_ < outgoing_.size())
+        return;
+    outgoing_.clear();
+    sent_ = 0;
+    Deliver("sent data", [this] { owner_->Event_SendComplete(false); });
+}
+
+void TCPSocket::Connection::Readable() {
+    std::array<char, kPiece> piece;
+    std::size_t fetched = 0;
+    ssize_t count = 0;
+    do {
+        count = recv(descriptor_, piece.data(), piece.size(), 0);
+        if (count > 0) {
+            owner_->received_.append(piece.data(), static_cast<std::size_t>(count));
+            fetched += static_cast<std::size_t>(count);
+        }
+    } while (count > 0 && fetched < kReadAhead);
+    if (fetched > 0)
+        Deliver("received data", [this] { owner_->Event_DataAvailable(); });
+    else if (count == 0 || !IsForLater(errno))
+        End(count == 0 ? kEnded : CodeOf(errno));
+}
+
+void TCPSocket::Connection::Deliver(const char* what, const std::function<void()>& event) {
+    delivering_ = true;
+    Attend();
+    EventEdge::Run(what, event);
+    delivering_ = false;
+    Attend();
+}
+
+void TCPSocket::Connection::End(int32_t failure) {
+    const Ref<TCPSocket> owner = owner_;
+    owner->lastErrorCode_ = failure;
+    owner->Close();
+    EventEdge::Run("end of a connection", [&owner] { owner->Event_Error(); });
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+// A TCPSocket's way to the system's sockets. Included by the framework's sources only.
+
+#include "framework/net/TCPSocket.h"
+
+#include <cstdint>
+#include <functional>
+#include <future>
+#include <memory>
+#include <string>
+#include <string_view>
+
+struct addrinfo;
+
+// One connection, from the lookup of the host to its end. What happens to it reaches the owner as events: one after the
+// other, the end last, and never from within a call of the program other than Poll. While a handler serves events
+// itself, those of its own connection wait, and nothing is fetched. Main thread.
+class TCPSocket::Connection : public std::enable_shared_from_this<Connection> {
+public:
+    explicit Connection(const Ref<TCPSocket>& owner);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    // Opens the connection with the next turn of the event loop, or the next Serve.
+    void Begin(const std::string& address, int32_t port);
+    // Ends the connection, now. Nothing of it reaches the owner any more.
+    void Abandon();
+    // Sends the bytes as soon as the system takes them.
+    void Write(std::string_view bytes);
+    // Drops what waits to be fetched or sent.
+    void Purge();
+    // Does what there is to do without the event loop; waits for it up to some milliseconds.
+    void Serve();
+    // Waits as long where there is nothing to come.
+    static void Idle();
+
+private:
+    class Attention;
+    using Addresses = std::shared_ptr<addrinfo>; // the first of a list
+
+    static Addresses Resolve(const std::string& host, int32_t port);
+
+    void Open();
+    void LookUp();
+    void HostFound();
+    void TryNextAddress(int32_t failure); // of the last one
+    void TimeOut();
+    void Disregard();
+    void Attend();
+    bool WantsToWrite() const;
+
+    void Readable();
+    void Writable();
+    void Connected();
+    void Send();
+    void Deliver(const char* what, const std::function<void()>& event);
+    void End(int32_t failure);
+
+    const Ref<TCPSocket> owner_; // kept alive until it lets go of this
+    std::string address_;
+    int32_t port_ = 0;
+    bool begun_ = false; // and not yet opened
+    std::future<Addresses> lookup_;
+    Addresses addresses_;
+    const addrinfo* next_ = nullptr; // of those, to be tried
+    int descriptor_ = -1;
+    Attention* attention_ = nullptr; // to the descriptor, while there is one
+    bool connecting_ = false;
+    bool delivering_ = false;
+    std::string outgoing_;
+    std::size_t sent_ = 0; // of those bytes
+};
