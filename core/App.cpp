@@ -7,7 +7,6 @@
 #include "framework/desktop/Desktop.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Text.h"
-#include "framework/threads/MainThread.h"
 #include "framework/windows/MessageDialog.h"
 #include "settings/Multilingual.h"
 #include "settings/claPreferences.h"
@@ -45,7 +44,7 @@ void App::ApplicationAddMenuHandlers() {
 }
 
 void App::Event_Open() {
-    PostToMainThread([] { SetIcon(IconPicture()); }); // when the first window shows: it takes a while
+    AfterFirstPaint([] { SetIcon(IconPicture()); });
     Preferences = New<claPreferences>();
     Preferences->Load();
     // Whatever has just been read: the language follows the system at every start.

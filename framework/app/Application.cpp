@@ -11,6 +11,7 @@
 #include "framework/files/ProgramFile.h"
 #include "framework/menus/MenuBar.h"
 #include "framework/menus/MenuCommands.h"
+#include "framework/threads/MainThread.h"
 #include "framework/threads/MainThreadQueue.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/NativeStyle.h"
@@ -28,6 +29,7 @@
 #include <cstdlib>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -58,6 +60,25 @@ public:
 
 private:
     std::jthread thread_{[] { FcInit(); }};
+};
+
+// Waits for the first window to come to the screen; the paint that follows goes before the call.
+class FirstExposure : public QObject {
+public:
+    explicit FirstExposure(std::function<void()> call) : QObject(QApplication::instance()), call_(std::move(call)) {
+        parent()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Expose && call_) {
+            PostToMainThread(std::exchange(call_, nullptr));
+            deleteLater();
+        }
+        return false;
+    }
+
+private:
+    std::function<void()> call_;
 };
 
 void ListenToQueue() {
@@ -143,6 +164,10 @@ void Application::SetIcon(const Ref<Picture>& icon) {
         QApplication::setWindowIcon(icon->ForFramework().Icon());
 }
 
+void Application::AfterFirstPaint(std::function<void()> call) {
+    new FirstExposure(std::move(call)); // goes when it has come
+}
+
 bool Application::EventsWait() {
     return OpenEvents::Instance().Wait();
 }
@@ -154,11 +179,11 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
     DescribeToToolkit();
     const std::vector<std::string> paths = FilesToOpen(argumentCount, arguments);
+    readingFonts.Await();
     if (HandOver(identity.Id, paths))
         return 0;
     ListenToEndSignals([] { SaveAndEnd(0); });
     ListenToQueue();
-    readingFonts.Await();
     Begin(paths, startup);
     QApplication::exec();
     SaveAndEnd(0);

@@ -75,6 +75,13 @@ bool BusIsThere() {
                0;
 }
 
+// The toolkit asks for the bus again and again, but remembers what came of it.
+void RememberThatNoneIsThere() {
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+    QDBusConnection::sessionBus();
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+}
+
 QDBusMessage Request(const QString& programId, const std::vector<std::string>& paths) {
     const bool activate = paths.empty();
     auto message = QDBusMessage::createMethodCall(programId, ObjectPath(programId), kInterface,
@@ -92,8 +99,10 @@ QDBusMessage Request(const QString& programId, const std::vector<std::string>& p
 } // namespace
 
 bool HandOver(const std::string& programId, const std::vector<std::string>& paths) {
-    if (!BusIsThere())
+    if (!BusIsThere()) {
+        RememberThatNoneIsThere();
         return false;
+    }
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return false;
