@@ -111,16 +111,14 @@ void claDecodeThread::WaitForDownload(const std::string& name) {
     Ref<claDecodeDownloadingTimer> timer; // works for as long as this holds it
     Suspend([&] {
         timer = New<claDecodeDownloadingTimer>(Self(this), Folder, name);
-        info_->Status = Multilingual::GetString("MainStatusWaiting", Str(FileCount));
+        info_->SetStatus("MainStatusWaiting", FileCount);
         return !Stop; // a stop that came just before would find nobody asleep to wake
     });
 }
 
 void claDecodeThread::Append(const Ref<FolderItem>& part) {
     const Ref<BinaryStream> stream = part->OpenAsBinaryFile(false);
-    PostToMainThread([info = info_, number = FileCount] {
-        info->Status = Multilingual::GetString("MainStatusAddingPart", Str(number));
-    });
+    info_->SetStatus("MainStatusAddingPart", FileCount);
     while (!stream->AtEOF()) {
         StreamOut->WriteFrom(*stream, kTransferBlock, kWholePart);
         ProgressStep(*info_->Bar);

@@ -29,8 +29,7 @@ void claEncodeThread::Event_RunThread() {
         // tail of an older series. That is accepted.
         part = file->CreateBinaryFile(FileTypes::OmbrivelPart()->Operator_Convert());
         promise = nullptr;
-        PostToMainThread(
-            [info, counter] { info->Status = Multilingual::GetString("MainStatusCreatingPart", Str(counter)); });
+        info->SetStatus("MainStatusCreatingPart", counter);
         FillPart(*part, *info);
         part->Close();
         fileDone_.push_back(file);

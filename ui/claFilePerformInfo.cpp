@@ -3,7 +3,9 @@
 #include "core/App.h"
 #include "engine/OnTheWay.h"
 #include "framework/files/FolderItem.h"
+#include "framework/text/Number.h"
 #include "framework/windows/ProgressBar.h"
+#include "settings/Multilingual.h"
 #include "settings/claPreferences.h"
 #include "ui/ShowFileInFinder.h"
 #include "ui/claFilePerform.h"
@@ -22,11 +24,27 @@ void TakeOut(std::vector<Ref<claFilePerformInfo>>& rows, const Ref<claFilePerfor
 
 } // namespace
 
+void claFilePerformInfo::SetStatus(const char* key, int32_t part) {
+    {
+        const std::lock_guard lock(mutex_);
+        statusKey_ = key;
+        statusPart_ = part;
+    }
+    RequestUpdate();
+}
+
+void claFilePerformInfo::UpdateScreen() {
+    const std::lock_guard lock(mutex_);
+    if (statusKey_ != nullptr)
+        Status = Multilingual::GetString(statusKey_, Str(statusPart_));
+}
+
 void claFilePerformInfo::Update() {
     Parent->Refresh(true);
 }
 
 void claFilePerformInfo::Close() {
+    UpdateScreen();
     TakeOut(Parent->Info, Self(this));
     Parent->UpdateStatus();
     const Ref<App> app = App::Instance();

@@ -84,7 +84,8 @@ TEST_F(CutTest, WhatCannotBeCutLeavesItsRow) {
     EXPECT_EQ(StatusText(), "4 operations running");
     for (const Ref<claFilePerformInfo>& row : List().Info) {
         const bool unread = row->Name == "empty" || row->Name == "folder";
-        EXPECT_EQ(row->Status, unread ? "Preparing…" : "Creating part 1…") << row->Name;
+        EXPECT_TRUE(WaitUntil([&] { return row->Status == (unread ? "Preparing…" : "Creating part 1…"); }))
+            << row->Name;
     }
 }
 
