@@ -24,6 +24,17 @@ double Now() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
+// The first pair warmed the caches.
+Ratio RatioOf(const std::vector<Cost>& ours, const std::vector<Cost>& peers, double Cost::*figure) {
+    std::vector<double> ratios, mine, theirs;
+    for (std::size_t i = 1; i < ours.size(); ++i) {
+        mine.push_back(ours[i].*figure);
+        theirs.push_back(peers[i].*figure);
+        ratios.push_back(mine.back() / theirs.back());
+    }
+    return {Median(ratios), Median(mine), Median(theirs)};
+}
+
 [[noreturn]] void Become(const std::vector<std::string>& words, const std::string& folder) {
     std::vector<char*> pointers;
     pointers.reserve(words.size() + 1);
@@ -71,19 +82,11 @@ double Median(std::vector<double> values) {
 }
 
 Comparison Compare(int rounds, const std::function<Cost()>& ours, const std::function<Cost()>& peer) {
-    std::vector<double> walls;
-    std::vector<double> cpus;
-    std::vector<double> oursWall;
-    std::vector<double> peerWall;
+    std::vector<Cost> mine;
+    std::vector<Cost> theirs;
     for (int round = 0; round <= rounds; ++round) {
-        const Cost a = ours();
-        const Cost b = peer();
-        if (round == 0)
-            continue; // warms the caches
-        walls.push_back(a.wall / b.wall);
-        cpus.push_back(a.cpu / b.cpu);
-        oursWall.push_back(a.wall);
-        peerWall.push_back(b.wall);
+        mine.push_back(ours());
+        theirs.push_back(peer());
     }
-    return {Median(walls), Median(cpus), Median(oursWall), Median(peerWall)};
+    return {RatioOf(mine, theirs, &Cost::wall), RatioOf(mine, theirs, &Cost::cpu)};
 }

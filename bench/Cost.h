@@ -18,11 +18,14 @@ Cost CostOfCommand(const std::vector<std::string>& words, const std::string& fol
 
 double Median(std::vector<double> values);
 
-// Pair by pair, A B A B ..., after one pair that is not counted. Gives the medians of the ratios.
-struct Comparison {
-    double wallRatio = 0;
-    double cpuRatio = 0;
-    double ours = 0; // median wall seconds
-    double peer = 0;
+// Two sides of a measure.
+struct Ratio {
+    double ratio = 0;           // median of the pairs' ratios
+    double ours = 0, peers = 0; // medians, seconds
 };
+struct Comparison {
+    Ratio wall, cpu;
+};
+
+// Pair by pair, A B A B ..., after one pair that is not counted.
 Comparison Compare(int rounds, const std::function<Cost()>& ours, const std::function<Cost()>& peer);

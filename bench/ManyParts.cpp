@@ -62,7 +62,7 @@ void MeasureManyParts(const BenchOptions& options, Report& report) {
                 return CostOfCommand({"split", "-b", std::to_string(kPartSize), "-d", "-a", "6", "film", "film."},
                                      scratch.Path());
             });
-        report.Add("cut into" + measure, "wall, ratio to split", cut.wallRatio, 1.5);
+        report.Add("cut into" + measure, "wall, ratio to split", cut.wall, 1.5);
         RemoveParts(scratch, parts);
         Cut(scratch.At("film"), kPartSize);
         const Comparison glue = Compare(
@@ -72,7 +72,7 @@ void MeasureManyParts(const BenchOptions& options, Report& report) {
                 // In the order of the numbers, which is not that of the names from part 1000 on.
                 return CostOfCommand({"sh", "-c", "ls -v film.* | xargs -n 100000 cat > film"}, scratch.Path());
             });
-        report.Add("glue from" + measure, "wall, ratio to cat", glue.wallRatio, 1.5);
+        report.Add("glue from" + measure, "wall, ratio to cat", glue.wall, 1.5);
     }
     const Pair few = TimesFor(options.folder, parts / 10);
     const Pair many = TimesFor(options.folder, parts);

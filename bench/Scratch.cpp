@@ -12,9 +12,30 @@
 #include <cstring>
 #include <filesystem>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kMostLooks = 100;
+constexpr useconds_t kBetweenLooks = 50'000;
+
+uint64_t FreeBytesAtOnce(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY);
+    syncfs(descriptor);
+    struct statvfs status {};
+    fstatvfs(descriptor, &status);
+    close(descriptor);
+    return uint64_t(status.f_bavail) * status.f_frsize;
+}
+
+bool Succeeds(const std::string& command) {
+    return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
+}
+
+} // namespace
 
 Scratch::Scratch(const std::string& parent) {
     fs::create_directories(parent);
@@ -61,12 +82,13 @@ void MakeFile(const std::string& path, uint64_t bytes) {
 }
 
 uint64_t FreeBytes(const std::string& path) {
-    const int descriptor = open(path.c_str(), O_RDONLY);
-    syncfs(descriptor);
-    struct statvfs status {};
-    fstatvfs(descriptor, &status);
-    close(descriptor);
-    return uint64_t(status.f_bavail) * status.f_frsize;
+    uint64_t before = 0;
+    uint64_t now = FreeBytesAtOnce(path);
+    for (int look = 0; look < kMostLooks && now != before; ++look) {
+        usleep(kBetweenLooks);
+        before = std::exchange(now, FreeBytesAtOnce(path));
+    }
+    return now;
 }
 
 void WarmMemory(uint64_t bytes) {
@@ -81,18 +103,14 @@ void WarmMemory(uint64_t bytes) {
     munmap(memory, size);
 }
 
-std::optional<std::string> LoopMount::Mount(const std::string& kind, const std::string& folder, uint64_t bytes) {
-    const std::string image = folder + "/" + kind + ".img";
-    const std::string point = folder + "/" + kind;
-    fs::create_directories(point);
-    const std::string command = "truncate -s " + std::to_string(bytes) + " '" + image + "' && mkfs." + kind + " -q '" +
-                                image + "' && mount -o loop '" + image + "' '" + point + "'";
-    if (std::system((command + " >/dev/null 2>&1").c_str()) != 0)
-        return std::nullopt;
-    return point;
+LoopMount::LoopMount(const std::string& kind, const std::string& folder, uint64_t bytes) : point_(folder + "/" + kind) {
+    const std::string image = point_ + ".img";
+    fs::create_directories(point_);
+    mounted_ = Succeeds("truncate -s " + std::to_string(bytes) + " '" + image + "' && mkfs." + kind + " -q '" + image +
+                        "' && mount -o loop '" + image + "' '" + point_ + "'");
 }
 
-void LoopMount::Unmount(const std::string& mountPoint) {
-    if (std::system(("umount '" + mountPoint + "'").c_str()) != 0)
-        std::fprintf(stderr, "%s could not be unmounted\n", mountPoint.c_str());
+LoopMount::~LoopMount() {
+    if (mounted_ && !Succeeds("umount '" + point_ + "'"))
+        std::fprintf(stderr, "%s could not be unmounted\n", point_.c_str());
 }

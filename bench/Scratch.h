@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
 // A folder of its own for one measure, removed with what is in it at the end.
@@ -24,7 +23,8 @@ private:
 // A file of that size without holes, and its data on the disk rather than on its way there.
 void MakeFile(const std::string& path, uint64_t bytes);
 
-// Bytes free on the file system of that path, after everything has been written out.
+// Bytes free on the file system of that path, once everything has been written out and the figure stands still: what
+// deleted files held comes back late.
 uint64_t FreeBytes(const std::string& path);
 
 // Takes that much memory, as far as it is free, and gives it back. To be called before a run that is measured and will
@@ -35,7 +35,15 @@ void WarmMemory(uint64_t bytes);
 // A file system of that kind ("btrfs", "xfs") in an image file, mounted while this lives.
 class LoopMount {
 public:
-    // Nothing if it can't be had here.
-    static std::optional<std::string> Mount(const std::string& kind, const std::string& folder, uint64_t bytes);
-    static void Unmount(const std::string& mountPoint);
+    LoopMount(const std::string& kind, const std::string& folder, uint64_t bytes);
+    ~LoopMount();
+    LoopMount(const LoopMount&) = delete;
+    LoopMount& operator=(const LoopMount&) = delete;
+
+    bool Mounted() const { return mounted_; } // false where it can't be had
+    const std::string& Point() const { return point_; }
+
+private:
+    std::string point_;
+    bool mounted_ = false;
 };

@@ -23,6 +23,7 @@ void MeasureOn(const std::string& place, const std::string& folder, uint64_t siz
 
     const auto clearParts = [&] {
         scratch.RemoveAll("film", "film");
+        FreeBytes(scratch.Path()); // waits for the space to be free
         WarmMemory(size);
     };
     const Comparison cut = Compare(
@@ -36,8 +37,8 @@ void MeasureOn(const std::string& place, const std::string& folder, uint64_t siz
             return CostOfCommand({"split", "-b", std::to_string(kPartSize), "-d", "-a", "3", "film", "film."},
                                  scratch.Path());
         });
-    report.Add("cut" + measure, "wall, ratio to split", cut.wallRatio, bounds.cut);
-    report.Add("cut" + measure, "processor, ratio to split", cut.cpuRatio, bounds.cut);
+    report.Add("cut" + measure, "wall, ratio to split", cut.wall, bounds.cut);
+    report.Add("cut" + measure, "processor, ratio to split", cut.cpu, bounds.cut);
 
     scratch.RemoveAll("film", "film");
     const uint64_t before = FreeBytes(scratch.Path());
@@ -54,7 +55,7 @@ void MeasureOn(const std::string& place, const std::string& folder, uint64_t siz
     const std::string peer = shares ? "ratio to cat through a pipe" : "ratio to cat";
     const auto clearTarget = [&] {
         unlink(scratch.At("film").c_str());
-        sync();
+        FreeBytes(scratch.Path());
         WarmMemory(size);
     };
     const Comparison glue = Compare(
@@ -67,19 +68,17 @@ void MeasureOn(const std::string& place, const std::string& folder, uint64_t siz
             clearTarget();
             return CostOfCommand({"sh", "-c", catCommand}, scratch.Path());
         });
-    report.Add("glue" + measure, "wall, " + peer, glue.wallRatio, bounds.glue);
-    report.Add("glue" + measure, "processor, " + peer, glue.cpuRatio, bounds.glue);
+    report.Add("glue" + measure, "wall, " + peer, glue.wall, bounds.glue);
+    report.Add("glue" + measure, "processor, " + peer, glue.cpu, bounds.glue);
 }
 
 void MeasureOnSharing(const std::string& kind, uint64_t size, const BenchOptions& options, Report& report) {
     const Scratch scratch(options.folder);
-    const auto mounted = LoopMount::Mount(kind, scratch.Path(), size * 5 / 2 + kGiB);
-    if (!mounted) {
+    const LoopMount mount(kind, scratch.Path(), size * 5 / 2 + kGiB);
+    if (mount.Mounted())
+        MeasureOn(kind, mount.Point(), size, options, {0.05, 0.05}, report);
+    else
         report.Skip("cut and glue, " + kind, "no such file system can be mounted here");
-        return;
-    }
-    MeasureOn(kind, *mounted, size, options, {0.05, 0.05}, report);
-    LoopMount::Unmount(*mounted);
 }
 
 } // namespace

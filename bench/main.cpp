@@ -25,9 +25,9 @@ struct Arguments {
 
 Arguments Parse(int count, char** words) {
     Arguments arguments{{"build/bench", 1, 3, ""}, "build/bench.json"};
-    for (int i = 1; i + 1 < count; i += 2) {
-        const std::string name = words[i];
-        const std::string value = words[i + 1];
+    for (int i = 1; i < count; i += 2) {
+        const std::string name = i + 1 < count ? words[i] : "";
+        const std::string value = i + 1 < count ? words[i + 1] : "";
         if (name == "--folder")
             arguments.options.folder = value;
         else if (name == "--scale")
