@@ -8,6 +8,7 @@
 namespace {
 
 constexpr int kArrowSize = 12;
+constexpr int kLightUpper = 104, kDarkEdge = 140; // per cent of the window's own lightness and darkness
 
 QIcon Arrow(const QStyle& style, QStyle::PrimitiveElement direction) {
     QPixmap picture(QSize(kArrowSize, kArrowSize) * qApp->devicePixelRatio());
@@ -22,6 +23,17 @@ QIcon Arrow(const QStyle& style, QStyle::PrimitiveElement direction) {
     return QIcon(picture);
 }
 
+void DrawToolbar(QPainter& painter, const QStyleOption& option) {
+    const QColor window = option.palette.window().color();
+    QLinearGradient background(option.rect.topLeft(), option.rect.bottomLeft());
+    background.setColorAt(0, window.lighter(kLightUpper));
+    background.setColorAt(1, window);
+    QRect edge = option.rect;
+    edge.setTop(edge.bottom());
+    painter.fillRect(option.rect, background);
+    painter.fillRect(edge, window.darker(kDarkEdge));
+}
+
 } // namespace
 
 QIcon NativeStyle::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const {
@@ -30,4 +42,12 @@ QIcon NativeStyle::standardIcon(StandardPixmap which, const QStyleOption* option
     if (which == SP_ToolBarHorizontalExtensionButton)
         return Arrow(*this, QGuiApplication::isRightToLeft() ? PE_IndicatorArrowLeft : PE_IndicatorArrowRight);
     return QProxyStyle::standardIcon(which, option, widget);
+}
+
+void NativeStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                              const QWidget* widget) const {
+    if (element == CE_ToolBar)
+        DrawToolbar(*painter, *option);
+    else
+        QProxyStyle::drawControl(element, option, painter, widget);
 }

@@ -4,10 +4,12 @@
 
 #include <QProxyStyle>
 
-// The desktop's own style, apart from one picture: bars ask at their making for the arrow that they show when they grow
-// too narrow. The toolkit would read it from a file, and first load its plug-ins for all formats of pictures, which a
-// start would have to wait for. This draws it.
+// The desktop's own style, apart from two things that a start would have to wait for. Bars ask at their making for the
+// arrow that they show when they grow too narrow: the toolkit would read it from a file, and first load its plug-ins
+// for all formats of pictures. And the lines around a toolbar go through threads, which are made for the first of them.
 class NativeStyle : public QProxyStyle {
 public:
     QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
 };
