@@ -1,34 +1,12 @@
 #include "tests/program/Desktop.h"
 
 #include <cstdlib>
-#include <sstream>
 
 namespace {
 
 namespace fs = std::filesystem;
 
 constexpr const char* kFilePrefix = "file://";
-
-constexpr const char* kWindowManagerSettings = R"(<?xml version="1.0"?>
-<openbox_config xmlns="http://openbox.org/3.4/rc">
-  <focus><focusNew>yes</focusNew></focus>
-  <keyboard><keybind key="A-F4"><action name="Close"/></keybind></keyboard>
-</openbox_config>
-)";
-
-// No service folders: nothing of the machine's own desktop is started by a question on this bus.
-constexpr const char* kBusSettings = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>session</type>
-  <listen>unix:tmpdir=/tmp</listen>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-)";
 
 constexpr const char* kOpenerEntry = R"([Desktop Entry]
 Type=Application
@@ -121,16 +99,14 @@ void Desktop::StartDisplay() {
 }
 
 void Desktop::StartBus() {
-    WriteFile(folder_ / "bus.conf", kBusSettings);
-    Process& bus = Start(
-        "bus", {"dbus-daemon", "--nofork", "--print-address=1", "--config-file=" + (folder_ / "bus.conf").string()});
+    Process& bus =
+        Start("bus", {"dbus-daemon", "--nofork", "--print-address=1", "--config-file=" OMBRIVEL_BUS_SETTINGS});
     bus.Await("a session bus", [&] { return bus.Output().ends_with('\n'); });
     environment_["DBUS_SESSION_BUS_ADDRESS"] = Lines(bus.Output()).at(0);
 }
 
 void Desktop::StartWindowManager() {
-    WriteFile(folder_ / "openbox.xml", kWindowManagerSettings);
-    Process& manager = Start("window-manager", {"openbox", "--config-file", folder_ / "openbox.xml"});
+    Process& manager = Start("window-manager", {"openbox"});
     manager.Await("a window manager that xdotool finds", [this] { return !Run({"xdotool", "get_desktop"}).empty(); });
 }
 
@@ -173,59 +149,37 @@ WindowId Desktop::ActiveWindow() const {
 }
 
 Desktop::Size Desktop::SizeOf(const WindowId& window) const {
-    Size size;
-    for (const std::string& line : Lines(Run({"xdotool", "getwindowgeometry", "--shell", window}))) {
-        if (line.starts_with("WIDTH="))
-            size.width = std::stoi(line.substr(6));
-        if (line.starts_with("HEIGHT="))
-            size.height = std::stoi(line.substr(7));
-    }
-    return size;
+    const auto lines = Lines(Run({"xdotool", "getwindowgeometry", "--shell", window})); // WINDOW, X, Y, WIDTH, HEIGHT
+    return lines.size() < 5 ? Size() : Size{std::stoi(lines[3].substr(6)), std::stoi(lines[4].substr(7))};
 }
 
 std::string Desktop::TitleOf(const WindowId& window) const {
     return Lines(Run({"xdotool", "getwindowname", window})).at(0);
 }
 
-void Desktop::Press(const Words& keys) const {
-    Words command{"xdotool", "key"};
-    command.insert(command.end(), keys.begin(), keys.end());
+void Desktop::Do(Words command) const {
+    command.insert(command.begin(), "xdotool");
     Run(command);
 }
 
-void Desktop::Hold(const std::string& key) const {
-    Run({"xdotool", "keydown", key});
-}
-
-void Desktop::Release(const std::string& key) const {
-    Run({"xdotool", "keyup", key});
-}
-
-void Desktop::Type(const std::string& text) const {
-    Run({"xdotool", "type", text});
+void Desktop::Press(Words keys) const {
+    keys.insert(keys.begin(), "key");
+    Do(keys);
 }
 
 void Desktop::MoveTo(const WindowId& window, int x, int y) const {
-    Run({"xdotool", "mousemove", "--window", window, std::to_string(x), std::to_string(y)});
+    Do({"mousemove", "--window", window, std::to_string(x), std::to_string(y)});
 }
 
 void Desktop::ClickAt(const WindowId& window, int x, int y) const {
     MoveTo(window, x, y);
-    Run({"xdotool", "click", "1"});
-}
-
-void Desktop::PressMouse() const {
-    Run({"xdotool", "mousedown", "1"});
-}
-
-void Desktop::ReleaseMouse() const {
-    Run({"xdotool", "mouseup", "1"});
+    Do({"click", "1"});
 }
 
 std::string Desktop::Picture(const WindowId& window, int x, int y, int width, int height) const {
-    std::ostringstream area;
-    area << width << 'x' << height << '+' << x << '+' << y;
-    return Run({"import", "-silent", "-window", window, "-crop", area.str(), "ppm:-"});
+    std::string area = std::to_string(width) + "x" + std::to_string(height);
+    area += "+" + std::to_string(x) + "+" + std::to_string(y);
+    return Run({"import", "-silent", "-window", window, "-crop", area, "ppm:-"});
 }
 
 void Desktop::SavePicture(const fs::path& file) const {

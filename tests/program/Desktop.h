@@ -38,14 +38,11 @@ public:
     Size SizeOf(const WindowId& window) const;
     std::string TitleOf(const WindowId& window) const;
 
-    void Press(const Words& keys) const;
-    void Hold(const std::string& key) const;
-    void Release(const std::string& key) const;
-    void Type(const std::string& text) const;
+    void Press(Words keys) const;
+    // Another command of xdotool's.
+    void Do(Words command) const;
     void MoveTo(const WindowId& window, int x, int y) const;
     void ClickAt(const WindowId& window, int x, int y) const;
-    void PressMouse() const;
-    void ReleaseMouse() const;
 
     // What a part of a window looks like, to be compared with what it looked like before.
     std::string Picture(const WindowId& window, int x, int y, int width, int height) const;

@@ -2,13 +2,10 @@
 
 #include <csignal>
 
-using namespace std::chrono_literals;
-
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto kAtOnce = 2s; // with room for a busy machine
 constexpr const char* kLanguage = "English";
 
 } // namespace
@@ -48,10 +45,10 @@ TEST_F(Preferences, ArePutToUseAndKept) {
 TEST_F(Preferences, ShiftHeldAtTheStartResetsThem) {
     Prefer({.AutoQuit = false, .MovePartsToTrash = false, .ShowFilesAfter = false});
     WriteSeries("film.mov");
-    desktop.Hold("shift");
+    desktop.Do({"keydown", "shift"});
     Program& program = Start({"film.mov.001"});
     EXPECT_EQ(program.End(), 0);
-    desktop.Release("shift");
+    desktop.Do({"keyup", "shift"});
     EXPECT_TRUE(fs::exists(Trashed("film.mov.001")));
     EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes({}, kLanguage));
 }

@@ -1,10 +1,7 @@
 #include "tests/program/Process.h"
 
-#include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <sys/prctl.h>
@@ -41,20 +38,6 @@ void Await(const std::string& what, const std::function<bool()>& isSo, std::chro
     }
 }
 
-std::string ReadFile(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << stream.rdbuf();
-    return bytes.str();
-}
-
-void WriteFile(const std::filesystem::path& file, const std::string& bytes) {
-    std::ofstream stream(file, std::ios::binary);
-    stream << bytes;
-    if (!stream.flush())
-        throw std::runtime_error("could not write " + file.string());
-}
-
 std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;
     std::istringstream stream(text);
@@ -86,8 +69,6 @@ Process::Process(const Words& command, const Setting& setting) : name_(command.a
     SendTo(errors, STDERR_FILENO);
     if (chdir(folder.c_str()) == 0)
         execvpe(wordPointers[0], wordPointers.data(), environmentPointers.data());
-    const char* const reason = strerror(errno);
-    [[maybe_unused]] const auto written = write(STDERR_FILENO, reason, strlen(reason));
     _exit(127);
 }
 

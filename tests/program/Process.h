@@ -1,11 +1,11 @@
 #pragma once
 
+#include "tests/support/Bytes.h"
+
 #include <chrono>
-#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
-#include <string>
 #include <sys/types.h>
 #include <vector>
 
@@ -13,13 +13,11 @@ using Environment = std::map<std::string, std::string>;
 using Words = std::vector<std::string>;
 
 constexpr std::chrono::seconds kPatience{20};
+constexpr std::chrono::seconds kAtOnce{2}; // with room for a busy machine
 
 // Looks again and again until it is so. Throws, which fails the test, when the time limit passes first.
 void Await(const std::string& what, const std::function<bool()>& isSo, std::chrono::milliseconds limit = kPatience);
 
-// The bytes of a file, empty if there is none.
-std::string ReadFile(const std::filesystem::path& file);
-void WriteFile(const std::filesystem::path& file, const std::string& bytes);
 std::vector<std::string> Lines(const std::string& text);
 
 // A child process. Its output goes to files, in which the tests look. It never outlives the test binary, not even one

@@ -8,9 +8,8 @@ namespace {
 // toolbar.
 constexpr int kContentHeight = 302;
 constexpr int kRowHeight = 50;
-constexpr int kStopSize = 15;
-constexpr int kStopFromRight = 30;
-constexpr int kStopTop = 19;
+constexpr int kStopFromRight = 23;
+constexpr int kStopMiddle = 26;
 constexpr int kToolMiddle = 35;
 
 } // namespace
@@ -63,6 +62,15 @@ WindowId Program::MainWindowInFront() {
     return main;
 }
 
+WindowId Program::OnlyWindow() {
+    WindowId window;
+    process_.Await("one window, which is in front", [&] {
+        window = desktop_.ActiveWindow();
+        return desktop_.WindowsOf(process_) == std::vector{window};
+    });
+    return window;
+}
+
 void Program::CloseMainWindow() {
     MainWindowInFront();
     desktop_.Press({"alt+F4"});
@@ -80,21 +88,11 @@ std::string Program::PictureOfContent() {
 }
 
 void Program::PointAtStop(int row) {
-    const Point button = StopButton(row);
-    desktop_.MoveTo(main_, button.x + kStopSize / 2, button.y + kStopSize / 2);
+    const Desktop::Size size = desktop_.SizeOf(MainWindow());
+    desktop_.MoveTo(main_, size.width - kStopFromRight, size.height - kContentHeight + kRowHeight * row + kStopMiddle);
 }
 
 void Program::ClickStop(int row) {
-    const Point button = StopButton(row);
-    desktop_.ClickAt(main_, button.x + kStopSize / 2, button.y + kStopSize / 2);
-}
-
-std::string Program::PictureOfStop(int row) {
-    const Point button = StopButton(row);
-    return desktop_.Picture(main_, button.x, button.y, kStopSize, kStopSize);
-}
-
-Program::Point Program::StopButton(int row) {
-    const Desktop::Size size = desktop_.SizeOf(MainWindow());
-    return {size.width - kStopFromRight, size.height - kContentHeight + kRowHeight * row + kStopTop};
+    PointAtStop(row);
+    desktop_.Do({"click", "1"});
 }

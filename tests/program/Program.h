@@ -15,6 +15,8 @@ public:
     WindowId MainWindow();
     // Waits until it gets the keys.
     WindowId MainWindowInFront();
+    // Waits until the program has just one window, and that is in front.
+    WindowId OnlyWindow();
     // Waits until another window of the program than the main one is in front.
     WindowId Dialog();
     // Waits for a dialog, presses the keys in it and waits until it has gone.
@@ -33,14 +35,8 @@ public:
     std::string PictureOfContent();
     void PointAtStop(int row);
     void ClickStop(int row);
-    std::string PictureOfStop(int row);
 
 private:
-    struct Point {
-        int x = 0, y = 0;
-    };
-    Point StopButton(int row);
-
     const Desktop& desktop_;
     Process process_;
     WindowId main_;

@@ -1,15 +1,5 @@
 #include "tests/program/WholeProgramTest.h"
 
-#include <csignal>
-
-using namespace std::chrono_literals;
-
-namespace {
-
-constexpr auto kAtOnce = 2s; // with room for a busy machine
-
-} // namespace
-
 using AutoQuit = WholeProgramTest;
 
 TEST_F(AutoQuit, WaitsForTheFilesThatWaitBehindADialog) {
@@ -65,33 +55,27 @@ TEST_F(QuitQuestion, QuitEndsManyOperationsAtOnceAndLeavesTheirFilesAsTheyStand)
 }
 
 // The list has become empty behind the question, which neither goes away nor lets the program end by itself.
-class QuitQuestionOfNothing : public WholeProgramTest {
-protected:
-    Program& AskAndFinish() {
-        const std::string film = WriteUnfinishedSeries("film.mov");
-        Program& program = Start({"film.mov.001"});
-        AwaitUnfinished("film.mov");
+TEST_F(QuitQuestion, StandsOnWhenNothingIsLeftAndBothAnswersCount) {
+    Words shown;
+    for (const std::string key : {"Escape", "Return"}) {
+        const std::string base = key + ".mov";
+        shown.push_back(File(base));
+        const std::string film = WriteUnfinishedSeries(base);
+        Program& program = Start({base + ".001"});
+        AwaitUnfinished(base);
         program.CloseMainWindow();
         const WindowId question = program.Dialog();
-        FinishDownload("film.mov");
-        Await("the film shown", [&] { return !desktop.Shown().empty(); });
-        EXPECT_TRUE(Holds(File("film.mov"), film));
+        FinishDownload(base);
+        Await("the film shown", [&] { return desktop.Shown() == shown; });
+        EXPECT_TRUE(Holds(File(base), film));
         EXPECT_EQ(StartAgain({}), 0); // by then the program would have ended
         EXPECT_EQ(program.Dialog(), question);
-        return program;
+        desktop.Press({key});
+        if (key == "Escape") {
+            program.OnlyWindow();
+            EXPECT_EQ(StartAgain({}), 0);
+            program.CloseMainWindow(); // which asks no more
+        }
+        EXPECT_EQ(program.End(kAtOnce), 0) << key;
     }
-};
-
-TEST_F(QuitQuestionOfNothing, CancelKeepsTheProgramWhichThenEndsWithoutAsking) {
-    Program& program = AskAndFinish();
-    program.Answer({"Escape"});
-    EXPECT_EQ(StartAgain({}), 0);
-    program.CloseMainWindow();
-    EXPECT_EQ(program.End(kAtOnce), 0);
-}
-
-TEST_F(QuitQuestionOfNothing, QuitEndsTheProgram) {
-    Program& program = AskAndFinish();
-    desktop.Press({"Return"});
-    EXPECT_EQ(program.End(kAtOnce), 0);
 }

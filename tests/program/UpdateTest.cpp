@@ -4,8 +4,6 @@
 
 #include <set>
 
-using namespace std::chrono_literals;
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -14,15 +12,13 @@ class Updates : public WholeProgramTest {
 protected:
     Updates() { fs::create_directory(desktop.Downloads()); }
 
-    fs::path Downloaded(const std::string& name) const { return desktop.Downloads() / name; }
-
-    static std::string Record(const std::string& host, const std::string& name) {
-        return "Ombrivel 9\nVersion\nhttp://" + host + "/files/" + name + "\n" + name;
+    static std::string Record(const std::string& host) {
+        return "Ombrivel 9\nVersion\nhttp://" + host + "/files/o.zip\nOmbrivel-9.zip";
     }
 
     // Whoever asks next gets that. The connection stays until the peer goes.
-    static LoopbackPeer Answer(LoopbackServer& server, const std::string& body) {
-        Await("a request", [&server] { return server.HasClient(); });
+    LoopbackPeer Answer(const std::string& body) {
+        Await("a request", [this] { return server.HasClient(); });
         LoopbackPeer peer = server.Accept();
         peer.ReadRequest();
         peer.Send("HTTP/1.0 200 OK\r\n\r\n" + body);
@@ -34,12 +30,15 @@ protected:
         desktop.Press({"F10", "Left", "Up", "Up", "Return"}); // in the last menu, the item above the last
     }
 
-    void AwaitMainWindowAlone(Program& program) const {
-        program.Run().Await("the main window alone", [&] {
-            return desktop.WindowsOf(program.Run()) == std::vector<WindowId>{program.MainWindow()} &&
-                   desktop.ActiveWindow() == program.MainWindow();
-        });
+    // With a server of the test's own.
+    Program& StartAndCheck(const Words& files) {
+        environment["OMBRIVEL_TEST_UPDATE_HOST"] = server.Host();
+        Prefer({});
+        return Start(files);
     }
+
+    LoopbackServer server;
+    const fs::path download = desktop.Downloads() / "Ombrivel-9.zip";
 };
 
 } // namespace
@@ -47,14 +46,14 @@ protected:
 TEST_F(Updates, AWebServerServesTheCheckAtTheStartAndTheDownload) {
     if (!RealServer::AreThere())
         GTEST_SKIP() << "nginx and tinyproxy are not installed";
-    const std::string bytes = Noise(8 << 20);
+    const std::string bytes = Pattern(8 << 20);
     const fs::path site = File("site");
     fs::create_directories(site / "services");
     fs::create_directories(site / "files");
-    WriteFile(site / "files/Ombrivel-9.zip", bytes);
-    const WebServer server(File(""));
-    WriteFile(site / "services/update.php", Record(server.Host(), "Ombrivel-9.zip"));
-    UseUpdateServer(server.Host());
+    WriteFile(site / "files/o.zip", bytes);
+    const RealServer web = RealServer::Web(File(""));
+    WriteFile(site / "services/update.php", Record(web.Host()));
+    environment["OMBRIVEL_TEST_UPDATE_HOST"] = web.Host();
     Prefer({});
     Program& program = Start({});
     program.Dialog();
@@ -62,76 +61,48 @@ TEST_F(Updates, AWebServerServesTheCheckAtTheStartAndTheDownload) {
     // Two programs are started for it, and the second may be the first.
     Await("the file and its folder opened", [this] {
         const Words opened = desktop.Opened();
-        return std::set(opened.begin(), opened.end()) ==
-               std::set<std::string>{Downloaded("Ombrivel-9.zip"), desktop.Downloads()};
+        return std::set(opened.begin(), opened.end()) == std::set<std::string>{download, desktop.Downloads()};
     });
-    EXPECT_TRUE(Holds(Downloaded("Ombrivel-9.zip"), bytes));
-    AwaitMainWindowAlone(program);
-
-    // A file that the server does not have.
-    WriteFile(site / "services/update.php", Record(server.Host(), "Ombrivel-10.zip"));
-    AskFromMenu(program);
-    const WindowId offer = program.Dialog();
-    desktop.Press({"Return"});
-    program.Run().Await("a message", [&] {
-        const WindowId front = program.Dialog();
-        return front != offer && desktop.WindowsOf(program.Run()).size() == 3;
-    });
-    EXPECT_TRUE(fs::exists(Downloaded("Ombrivel-10.zip")));
-    desktop.Press({"Return"});
-    AwaitMainWindowAlone(program);
-    EXPECT_FALSE(fs::exists(Downloaded("Ombrivel-10.zip")));
+    EXPECT_TRUE(Holds(download, bytes));
+    program.OnlyWindow();
 }
 
 TEST_F(Updates, ACheckAtTheStartIsSilentAndOneFromTheMenuAlwaysAnswers) {
-    LoopbackServer server;
-    UseUpdateServer(server.Host());
-    Prefer({});
-    Program& program = Start({});
-    Answer(server, "false");
+    Program& program = StartAndCheck({});
+    Answer("false");
     AskFromMenu(program);
-    Answer(server, "false");
+    Answer("false");
     program.Answer({"Return"});
-    AwaitMainWindowAlone(program);
-    server.Stop();
-    AskFromMenu(program);
-    program.Answer({"Return"});
-    AwaitMainWindowAlone(program);
+    program.OnlyWindow();
 }
 
 TEST_F(Updates, ADownloadIsCancelledByKeysAndTheBoxUntickedForGood) {
-    LoopbackServer server;
-    UseUpdateServer(server.Host());
-    Prefer({});
-    Program& program = Start({});
-    Answer(server, Record(server.Host(), "Ombrivel-9.zip"));
+    Program& program = StartAndCheck({});
+    Answer(Record(server.Host()));
     program.Dialog();
     desktop.Press({"Tab", "Tab", "space"}); // from the button over the other one to the box
     desktop.Press({"alt+F4"});              // which is no way out
     desktop.Press({"Return"});
-    const LoopbackPeer peer = Answer(server, "abc");
-    Await("the beginning of the file", [this] { return Holds(Downloaded("Ombrivel-9.zip"), "abc"); });
+    const LoopbackPeer peer = Answer("abc");
+    Await("the beginning of the file", [this] { return Holds(download, "abc"); });
     desktop.Press({"Escape"});
-    AwaitMainWindowAlone(program);
+    program.OnlyWindow();
     EXPECT_TRUE(peer.HasInput()) << "the end of the connection";
     desktop.Press({"ctrl+q"});
     EXPECT_EQ(program.End(), 0);
     EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes({.SearchForUpdates = false}, "English"));
-    EXPECT_TRUE(Holds(Downloaded("Ombrivel-9.zip"), "abc"));
+    EXPECT_TRUE(Holds(download, "abc"));
     EXPECT_EQ(desktop.Opened(), Words{});
 }
 
 TEST_F(Updates, TheEndOfTheLastOperationEndsTheProgramInTheMiddleOfADownload) {
-    LoopbackServer server;
-    UseUpdateServer(server.Host());
-    Prefer({});
     const std::string film = WriteUnfinishedSeries("film.mov");
-    Program& program = Start({"film.mov.001"});
-    Answer(server, Record(server.Host(), "Ombrivel-9.zip"));
+    Program& program = StartAndCheck({"film.mov.001"});
+    Answer(Record(server.Host()));
     program.Dialog();
     desktop.Press({"Return"});
-    const LoopbackPeer peer = Answer(server, "abc");
-    Await("the beginning of the file", [this] { return Holds(Downloaded("Ombrivel-9.zip"), "abc"); });
+    const LoopbackPeer peer = Answer("abc");
+    Await("the beginning of the file", [this] { return Holds(download, "abc"); });
     FinishDownload("film.mov");
     EXPECT_EQ(program.End(), 0);
     EXPECT_TRUE(Holds(File("film.mov"), film));

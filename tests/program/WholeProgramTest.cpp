@@ -1,7 +1,6 @@
 #include "tests/program/WholeProgramTest.h"
 
 #include <array>
-#include <random>
 
 namespace {
 
@@ -10,14 +9,9 @@ namespace fs = std::filesystem;
 constexpr std::size_t kPartSize = 300'000;
 constexpr std::array<const char*, 3> kNumbers{".001", ".002", ".003"};
 
-fs::path ScratchFolder() {
+fs::path EmptyScratchFolder() {
     const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
-    std::string name = std::string(test->test_suite_name()) + "." + test->name();
-    std::replace(name.begin(), name.end(), '/', '_');
-    return fs::path(OMBRIVEL_SCRATCH) / name;
-}
-
-fs::path Emptied(const fs::path& folder) {
+    const fs::path folder = fs::path(OMBRIVEL_SCRATCH) / (std::string(test->test_suite_name()) + "." + test->name());
     fs::remove_all(folder);
     fs::create_directories(folder / "files");
     return folder;
@@ -29,8 +23,7 @@ std::string PString(const std::string& text) {
 
 } // namespace
 
-WholeProgramTest::WholeProgramTest()
-    : scratch_(Emptied(ScratchFolder())), files_(scratch_ / "files"), desktop(scratch_), executable(OMBRIVEL_PROGRAM) {
+WholeProgramTest::WholeProgramTest() : scratch_(EmptyScratchFolder()), files_(scratch_ / "files"), desktop(scratch_) {
     Prefer({.SearchForUpdates = false}); // most tests have no business with a network
 }
 
@@ -49,40 +42,20 @@ void WholeProgramTest::TearDown() {
         std::printf("A run of the program told: %s\n", program->Run().Errors().c_str());
 }
 
-Process::Setting WholeProgramTest::NextSetting() {
-    Environment environment = desktop.Variables();
-    environment["OMBRIVEL_TEST_UPDATE_HOST"] = updateHost_;
-    return {environment, files_, scratch_ / "logs" / ("program" + std::to_string(++starts_))};
-}
-
-Words WholeProgramTest::Command(Words files) const {
-    files.insert(files.begin(), executable);
-    return files;
-}
-
-Program& WholeProgramTest::StartWith(const Process::Setting& setting, const Words& files) {
-    programs_.push_back(std::make_unique<Program>(desktop, Command(files), setting));
-    return *programs_.back();
+std::unique_ptr<Program> WholeProgramTest::NewRun(const Words& files) {
+    Words command{executable};
+    command.insert(command.end(), files.begin(), files.end());
+    const fs::path log = scratch_ / "logs" / ("program" + std::to_string(++starts_));
+    return std::make_unique<Program>(desktop, command, Process::Setting{environment, files_, log});
 }
 
 Program& WholeProgramTest::Start(const Words& files) {
-    return StartWith(NextSetting(), files);
-}
-
-Program& WholeProgramTest::StartIn(const std::string& languages, const Words& files) {
-    Process::Setting setting = NextSetting();
-    setting.environment["LANGUAGE"] = languages;
-    return StartWith(setting, files);
-}
-
-Program& WholeProgramTest::StartWithoutBus(const Words& files) {
-    Process::Setting setting = NextSetting();
-    setting.environment.erase("DBUS_SESSION_BUS_ADDRESS");
-    return StartWith(setting, files);
+    programs_.push_back(NewRun(files));
+    return *programs_.back();
 }
 
 int WholeProgramTest::StartAgain(const Words& files) {
-    return Program(desktop, Command(files), NextSetting()).End();
+    return NewRun(files)->End();
 }
 
 bool WholeProgramTest::Holds(const fs::path& file, const std::string& bytes) {
@@ -90,27 +63,15 @@ bool WholeProgramTest::Holds(const fs::path& file, const std::string& bytes) {
     return fs::file_size(file, missing) == bytes.size() && ReadFile(file) == bytes;
 }
 
-std::string WholeProgramTest::Noise(std::size_t size, unsigned seed) {
-    std::mt19937_64 next(seed);
-    std::string noise;
-    noise.reserve(size + sizeof next());
-    while (noise.size() < size) {
-        const auto number = next();
-        noise.append(reinterpret_cast<const char*>(&number), sizeof number);
-    }
-    noise.resize(size);
-    return noise;
-}
-
 std::string WholeProgramTest::WriteSeries(const std::string& base) {
-    const std::string whole = Noise(kPartSize * kNumbers.size() - 1, static_cast<unsigned>(base.size()));
+    const std::string whole = Pattern(kPartSize * kNumbers.size() - base.size());
     for (std::size_t i = 0; i < kNumbers.size(); ++i)
         WriteFile(File(base + kNumbers[i]), whole.substr(i * kPartSize, kPartSize));
     return whole;
 }
 
 std::string WholeProgramTest::WriteUnfinishedSeries(const std::string& base) {
-    const std::string whole = Noise(kPartSize * 2, static_cast<unsigned>(base.size()));
+    const std::string whole = Pattern(kPartSize * 2);
     WriteFile(File(base + ".001"), whole.substr(0, kPartSize));
     WriteFile(File(base + ".002.download"), whole.substr(kPartSize));
     return whole;

@@ -22,11 +22,6 @@ protected:
 
     // Starts the program in the folder of the files.
     Program& Start(const Words& files);
-    // The same on a desktop that is set to other languages, "de_AT:fr".
-    Program& StartIn(const std::string& languages, const Words& files);
-    Program& StartWithoutBus(const Words& files);
-    // The host of the update server for the starts to come. At first it is a place where nobody listens.
-    void UseUpdateServer(const std::string& host) { updateHost_ = host; }
     // Starts the program while another one runs, and waits until it ends, having handed its files over.
     int StartAgain(const Words& files);
 
@@ -36,8 +31,6 @@ protected:
     // Whether the file is there and holds just that.
     static bool Holds(const std::filesystem::path& file, const std::string& bytes);
 
-    // Bytes that look like nothing else; another seed gives others.
-    static std::string Noise(std::size_t size, unsigned seed = 1);
     // A series of two parts, of which the second is still being downloaded: its glue waits until FinishDownload, or for
     // ever. Gives what the parts hold together.
     std::string WriteUnfinishedSeries(const std::string& base);
@@ -57,14 +50,12 @@ private:
 
 protected:
     Desktop desktop;
-    std::filesystem::path executable; // what is started
+    std::filesystem::path executable = OMBRIVEL_PROGRAM; // what is started
+    Environment environment = desktop.Variables();       // in which it is started
 
 private:
-    Process::Setting NextSetting();
-    Words Command(Words files) const;
-    Program& StartWith(const Process::Setting& setting, const Words& files);
+    std::unique_ptr<Program> NewRun(const Words& files);
 
     std::vector<std::unique_ptr<Program>> programs_; // end before their desktop does
     int starts_ = 0;
-    std::string updateHost_ = "127.0.0.1:1";
 };

@@ -16,6 +16,14 @@ bool HasSomething(int descriptor) {
     return poll(&entry, 1, 0) > 0;
 }
 
+sockaddr_in Address(uint16_t port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(port);
+    return address;
+}
+
 } // namespace
 
 LoopbackPeer::LoopbackPeer(LoopbackPeer&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
@@ -66,13 +74,20 @@ void LoopbackPeer::Reset() {
     Close();
 }
 
-LoopbackServer::LoopbackServer() : descriptor_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+bool IsServed(uint16_t port) {
+    const sockaddr_in address = Address(port);
+    const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool connected = connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    close(client);
+    return connected;
+}
+
+LoopbackServer::LoopbackServer(int queue) : descriptor_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address = Address(0);
     socklen_t size = sizeof address;
     auto* const any = reinterpret_cast<sockaddr*>(&address);
-    if (bind(descriptor_, any, size) != 0 || listen(descriptor_, 8) != 0 || getsockname(descriptor_, any, &size) != 0)
+    if (bind(descriptor_, any, size) != 0 || listen(descriptor_, queue) != 0 ||
+        getsockname(descriptor_, any, &size) != 0)
         throw std::runtime_error("no port to listen on");
     port_ = ntohs(address.sin_port);
 }

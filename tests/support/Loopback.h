@@ -28,10 +28,14 @@ private:
     int descriptor_;
 };
 
+// Whether a server takes connections at that port of the loopback address.
+bool IsServed(uint16_t port);
+
 // Listens on a port of its own, on the loopback address.
 class LoopbackServer {
 public:
-    LoopbackServer();
+    // No more than `queue` + 1 clients wait to be accepted; others wait for the connection itself.
+    explicit LoopbackServer(int queue = 8);
     ~LoopbackServer();
     LoopbackServer(const LoopbackServer&) = delete;
     LoopbackServer& operator=(const LoopbackServer&) = delete;

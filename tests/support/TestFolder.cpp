@@ -8,8 +8,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <random>
 
 namespace {
 
@@ -74,18 +72,6 @@ std::string AskedOfDesktop() {
     return requests;
 }
 
-std::string ReadFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::string Pattern(std::size_t size) {
-    std::mt19937 next(static_cast<uint32_t>(size));
-    std::string bytes(size, '\0');
-    std::generate(bytes.begin(), bytes.end(), [&next] { return static_cast<char>(next()); });
-    return bytes;
-}
-
 TestFolder::TestFolder() : path_(NewFolder(home + "/files")) {}
 
 TestFolder::~TestFolder() {
@@ -98,10 +84,6 @@ Ref<FolderItem> TestFolder::Item(const std::string& name) const {
 
 std::vector<std::string> TestFolder::Names() const {
     return NamesIn(path_);
-}
-
-void TestFolder::Write(const std::string& name, const std::string& bytes) const {
-    std::ofstream(Path(name), std::ios::binary) << bytes;
 }
 
 void TestFolder::WriteSparse(const std::string& name, uint64_t size) const {

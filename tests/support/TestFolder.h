@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/base/Ref.h"
+#include "tests/support/Bytes.h"
 
 #include <cstdint>
 #include <string>
@@ -21,10 +22,6 @@ Ref<FolderItem> NoPreferences();
 // What the desktop was asked since the last call, one request a line: "reveal /path", "open /path".
 std::string AskedOfDesktop();
 
-std::string ReadFile(const std::string& path);
-// Bytes in which no two places look alike.
-std::string Pattern(std::size_t size);
-
 // A folder for one test, gone with it.
 class TestFolder {
 public:
@@ -38,7 +35,7 @@ public:
     Ref<FolderItem> Item(const std::string& name) const;
     std::vector<std::string> Names() const; // sorted
 
-    void Write(const std::string& name, const std::string& bytes) const;
+    void Write(const std::string& name, const std::string& bytes) const { WriteFile(Path(name), bytes); }
     // Gives a new or an existing file that size, without room on the disk for it.
     void WriteSparse(const std::string& name, uint64_t size) const;
     std::string Read(const std::string& name) const { return ReadFile(Path(name)); }
