@@ -35,6 +35,13 @@ HTTPClient::HTTPClient() {
     Error = [this](int32_t code) { log.push_back("error " + std::to_string(code)); };
 }
 
+std::string HTTPClient::Told() const {
+    std::string told;
+    for (const std::string& line : log)
+        told += (told.empty() ? "" : "|") + line;
+    return told;
+}
+
 HTTPExchange::HTTPExchange(LoopbackServer& server) : peer(NextClient(server)) {
     EXPECT_TRUE(WaitUntil([this] { return peer.HasInput(); }));
     request = peer.ReadRequest();
@@ -47,4 +54,14 @@ std::string Answer(LoopbackServer& server, HTTPClient& client, const std::string
     exchange.peer.Close();
     EXPECT_TRUE(WaitUntil([&] { return client.ends > ends; }));
     return exchange.request;
+}
+
+std::jthread AnswerAside(LoopbackServer& server, const std::string& reply, int clients) {
+    return std::jthread([&server, reply, clients] {
+        for (int i = 0; i < clients; ++i) {
+            LoopbackPeer peer = server.Accept();
+            peer.ReadRequest();
+            peer.Send(reply);
+        }
+    });
 }

@@ -4,6 +4,7 @@
 #include "update/HTTPSocket.h"
 
 #include <string>
+#include <thread>
 #include <vector>
 
 // A client that writes down what it is told.
@@ -11,15 +12,12 @@ class HTTPClient : public HTTPSocket {
 public:
     HTTPClient();
 
+    std::string Told() const; // all that it was told, with bars in between
+
     std::vector<std::string> log;
-    int arrivals = 0; // of data
-    int ends = 0;     // of connections
+    int ends = 0; // of connections
 
 protected:
-    void Event_DataAvailable() override {
-        HTTPSocket::Event_DataAvailable();
-        ++arrivals;
-    }
     void Event_Error() override {
         HTTPSocket::Event_Error();
         ++ends;
@@ -36,3 +34,6 @@ struct HTTPExchange {
 
 // Sends the reply to the client's next request and closes; waits until the client knows. Gives the request.
 std::string Answer(LoopbackServer& server, HTTPClient& client, const std::string& reply);
+
+// Sends the reply to so many clients and closes, for a client that waits without events.
+std::jthread AnswerAside(LoopbackServer& server, const std::string& reply, int clients = 1);

@@ -88,16 +88,7 @@ TEST_F(HTTPRequestTest, GoesToTheProxyWithTheWholeAddress) {
 TEST_F(HTTPRequestTest, WaitsWithoutEvents) {
     const TestFolder folder;
     bool served = false;
-    const auto serve = [this](int replies) {
-        return std::thread([this, replies] {
-            for (int i = 0; i < replies; ++i) {
-                LoopbackPeer peer = server.Accept();
-                peer.ReadRequest();
-                peer.Send(kReply);
-            }
-        });
-    };
-    std::thread serving = serve(5);
+    std::jthread answering = AnswerAside(server, kReply, 5);
     EXPECT_EQ(client->Get(server.Url("/"), 20), "body");
     EXPECT_EQ(client->Post(server.Url("/"), 20), "body");
     EXPECT_EQ(client->GetHeaders(server.Url("/"), 20)->Value("A"), "b");
@@ -108,7 +99,7 @@ TEST_F(HTTPRequestTest, WaitsWithoutEvents) {
     client->Yield = true;
     EXPECT_EQ(client->Get("http://localhost:" + std::to_string(server.Port()) + "/", 0), "body");
     EXPECT_TRUE(served);
-    serving.join();
+    answering.join();
 
     // A page that goes into a file does not count as a sign of life, however much of it comes.
     std::thread talking([this] {

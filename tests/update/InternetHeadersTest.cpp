@@ -66,6 +66,23 @@ TEST(InternetHeadersTest, WritesTheHeadersOfAMailInTheirOrder) {
     EXPECT_EQ(New<InternetHeaders>()->FormatEmailHeaders(), "");
 }
 
+TEST(InternetHeadersTest, EndAtTheSamePlaceInWhateverPiecesTheyCome) {
+    for (const std::string head :
+         {"HTTP/1.0 200 OK\r\nA: b\r\n\r\n", "HTTP/1.0 200 OK\nA: b\n\n", "HTTP/1.0 200 OK\rA: b\r\r"}) {
+        const std::size_t blankLine = head[head.size() - 2] == '\r' && head.back() == '\n' ? 4 : 2;
+        const std::string reply =
+            head + head.substr(head.size() - blankLine / 2) + "x"; // a body with a line end in front
+        for (std::size_t piece = 1; piece < head.size(); ++piece) {
+            HeaderEnd end;
+            EXPECT_FALSE(end.Find(reply.substr(0, piece)));
+            const auto found = end.Find(reply);
+            ASSERT_TRUE(found);
+            EXPECT_EQ(found->position + found->blankLine, head.size()) << piece;
+            EXPECT_EQ(found->blankLine, blankLine) << piece;
+        }
+    }
+}
+
 // Each of these would take minutes if it were quadratic.
 TEST(InternetHeadersTest, TakesAMebibyteByteByByteAndOneNameAHundredThousandTimes) {
     std::string block = "HTTP/1.0 200 OK\r\n";

@@ -10,8 +10,6 @@
 #include "ui/claDialogButton.h"
 #include "update/claSearchForUpdates.h"
 
-#include <QTextBlock>
-#include <QTextEdit>
 #include <QTimer>
 
 namespace {
@@ -73,13 +71,6 @@ TEST_F(UpdateCheck, ANewVersionIsOfferedAsTheServerNamesIt) {
             EXPECT_EQ(Displayable(window.Title()), text.substr(0, text.find('\n')));
             if (text != whole)
                 return;
-            const auto* const area = NativeWindow::Of(window).widget->findChild<QTextEdit*>();
-            const auto isBold = [&](int line) {
-                const QTextBlock block = area->document()->findBlockByNumber(line);
-                return block.begin().fragment().charFormat().fontWeight() == QFont::Bold;
-            };
-            EXPECT_TRUE(isBold(0));
-            EXPECT_FALSE(isBold(1));
             EXPECT_EQ(window.FileName, "o.zip");
             EXPECT_EQ(window.DownloadUrl, "http://h/o");
         });
@@ -95,17 +86,6 @@ TEST_F(UpdateCheck, AnOfferOfMegabytesIsShownInPartAndCanBeCancelled) {
         EXPECT_TRUE(window.txtMessage()->Text().starts_with("WWW"));
         EXPECT_EQ(window.FileName, huge);
     });
-}
-
-TEST_F(UpdateCheck, TheBoxCountsHoweverTheWindowEnds) {
-    for (const bool wanted : {false, true, true}) {
-        const bool before = App::Instance()->Preferences->SearchForUpdates;
-        Check(Reply(Record("o.zip")), true, [&](winUpdate& window) {
-            EXPECT_EQ(window.cheCheckAtStartup()->Value(), before);
-            window.cheCheckAtStartup()->SetValue(wanted);
-        });
-        EXPECT_EQ(App::Instance()->Preferences->SearchForUpdates, wanted);
-    }
 }
 
 TEST_F(UpdateCheck, TwoAtATimeShareTheWindowAndEndWithIt) {

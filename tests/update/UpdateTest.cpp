@@ -81,8 +81,12 @@ void UpdateTest::Download(const std::string& name, const std::function<void(winU
 void UpdateTest::DownloadAll(const std::string& name, const std::string& reply) {
     Download(name, [&](winUpdate& window) {
         Served().Send(reply);
-        EXPECT_TRUE(WaitUntil([&] { return !NativeWindow::Of(window).widget->isVisible(); }));
+        EXPECT_TRUE(WaitUntil([&] { return !IsShown(window); }));
     });
+}
+
+bool UpdateTest::IsShown(const winUpdate& window) {
+    return NativeWindow::Of(window).widget->isVisible();
 }
 
 std::string UpdateTest::Reply(const std::string& body, const std::string& status) {

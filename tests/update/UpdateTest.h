@@ -29,6 +29,7 @@ protected:
     // The whole download, with that reply, to the end of the window.
     void DownloadAll(const std::string& name, const std::string& reply);
 
+    static bool IsShown(const winUpdate& window);
     static std::string Reply(const std::string& body, const std::string& status = "200 OK");
     std::string Record(const std::string& name, const std::string& path = "/file") const;
 
