@@ -14,6 +14,7 @@
 #include "settings/Multilingual.h"
 #include "settings/winChooseLanguage.h"
 #include "settings/winPreferences.h"
+#include "tests/support/Waiting.h"
 #include "ui/Pictures.h"
 #include "ui/claDialogButton.h"
 #include "ui/claFilePerform.h"
@@ -24,7 +25,6 @@
 #include "update/winUpdate.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QPainter>
 
 #include <algorithm>
@@ -36,17 +36,9 @@ namespace {
 constexpr int kGap = 12;
 constexpr int kTitle = 24;
 
-// What was set reaches the screen with the next frames.
-void Settle() {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < 80)
-        QApplication::processEvents(QEventLoop::AllEvents, 20);
-}
-
 QPixmap PictureOf(const Ref<Window>& window) {
     window->Show();
-    Settle();
+    ShowOnScreen();
     const QPixmap picture = NativeWindow::Of(*window).widget->grab();
     window->Hide();
     return picture;
@@ -85,32 +77,19 @@ void FillUpdate(const winUpdate& window) {
 }
 
 std::vector<QPixmap> Windows() {
-    std::vector<QPixmap> pictures;
-
-    const Ref<winMain> main = winMain::Instance();
     FillList();
-    pictures.push_back(PictureOf(main));
-
     const Ref<winCut> cut = winCut::Instance();
     cut->FileSize = 734003200;
     cut->UpdateStatus();
-    pictures.push_back(PictureOf(cut));
-    cut->Close();
-
-    pictures.push_back(PictureOf(winPreferences::Instance()));
-    winPreferences::Instance()->Close();
-    pictures.push_back(PictureOf(winAbout::Instance()));
-    winAbout::Instance()->Close();
-
-    const Ref<winUpdate> update = winUpdate::Instance();
-    FillUpdate(*update);
-    pictures.push_back(PictureOf(update));
-    update->Close();
-
+    FillUpdate(*winUpdate::Instance());
     const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
-    FillChooser(*chooser);
+    std::vector<QPixmap> pictures;
+    for (const Ref<Window>& window :
+         {Ref<Window>(winMain::Instance()), Ref<Window>(cut), Ref<Window>(winPreferences::Instance()),
+          Ref<Window>(winAbout::Instance()), Ref<Window>(winUpdate::Instance())})
+        pictures.push_back(PictureOf(window));
+    FillChooser(*chooser); // which changes the language
     pictures.push_back(PictureOf(chooser));
-    chooser->Close();
     return pictures;
 }
 
