@@ -48,7 +48,6 @@ TEST(Preferences, EachSettingHasItsByteInTheFile) {
     }
     std::filesystem::remove(file->AbsolutePath());
     std::filesystem::create_directory(file->AbsolutePath());
-    EXPECT_THROW(New<claPreferences>()->Load(), NilObjectException);
     EXPECT_THROW(New<claPreferences>()->Save(), NilObjectException);
     NoPreferences();
 }

@@ -28,14 +28,6 @@ Ref<FolderItem> Languages() {
     return SpecialFolder::Resources()->Child("Multilingual");
 }
 
-std::vector<std::string> LanguageNames() {
-    std::vector<std::string> names;
-    const Ref<FolderItem> folder = Languages();
-    for (int32_t i = 1; i <= folder->Count(); ++i)
-        names.push_back(folder->Item(i)->Name());
-    return names;
-}
-
 // A text of several lines leaves what lies over the lower part of its label free.
 bool HasRoom(const QLabel& label) {
     if (label.wordWrap()) {
@@ -58,70 +50,55 @@ bool HasRoom(const QAbstractButton& button) {
                                         : text + 2 * kFrame <= button.width();
 }
 
-class WindowTextsTest : public testing::TestWithParam<std::string> {
-protected:
-    WindowTextsTest() { Multilingual::Initialize(Languages(), GetParam()); }
-    ~WindowTextsTest() override { Multilingual::Initialize(Languages(), "English"); }
-
-    template <class Widget>
-    static void ExpectRoomFor(const Ref<Window>& window) {
-        for (const Widget* const widget : NativeWindow::Of(*window).widget->findChildren<Widget*>()) {
-            const bool fits = widget->text().isEmpty() || HasRoom(*widget);
-            EXPECT_TRUE(fits) << widget->text().toStdString() << ": " << widget->sizeHint().width() << " in "
-                              << widget->width();
-        }
+template <class Widget>
+void ExpectRoomFor(const Ref<Window>& window) {
+    for (const Widget* const widget : NativeWindow::Of(*window).widget->findChildren<Widget*>()) {
+        const bool fits = widget->text().isEmpty() || HasRoom(*widget);
+        EXPECT_TRUE(fits) << widget->text().toStdString() << ": " << widget->sizeHint().width() << " in "
+                          << widget->width();
     }
-
-    // What a screen reader has to say of each thing that the window shows.
-    static void ExpectNames(const Ref<Window>& window) {
-        QWidget* const whole = NativeWindow::Of(*window).widget;
-        QWidgetList things{whole};
-        for (QWidget* const parent : {whole, static_cast<QWidget*>(NativeWindow::Of(*window).content)})
-            things += parent->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-        for (QWidget* const thing : things) {
-            const auto* const told = QAccessible::queryAccessibleInterface(thing);
-            const bool named = !thing->isVisible() || thing == NativeWindow::Of(*window).content ||
-                               (told != nullptr && !told->text(QAccessible::Name).isEmpty());
-            EXPECT_TRUE(named) << thing->metaObject()->className() << " in " << window->Title();
-        }
-    }
-
-    static void ExpectRoom(const Ref<Window>& window) {
-        window->Show();
-        ShowOnScreen();
-        ExpectNames(window);
-        ExpectRoomFor<QLabel>(window);
-        ExpectRoomFor<QAbstractButton>(window);
-        window->Close();
-    }
-};
-
-TEST_P(WindowTextsTest, EveryTextHasRoomAndEveryControlItsName) {
-    ShowOnScreen();
-    ExpectNames(winMain::Instance());
-    winCut::Instance()->UpdateStatus();
-    ExpectRoom(winCut::Instance());
-    ExpectRoom(winPreferences::Instance());
-    ExpectRoom(winAbout::Instance());
-    ExpectRoom(winUpdate::Instance());
-
-    const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
-    const Ref<Listbox>& list = chooser->lstLanguage();
-    list->AddRow(Multilingual::GetString("ChooseString"));
-    list->SetCellTag(0, 0, Languages()->Child(GetParam())->Child("strings.txt"));
-    list->SetListIndex(0);
-    EXPECT_NE(chooser->staMessage()->Text(), "");
-    ExpectRoom(chooser);
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, WindowTextsTest, testing::ValuesIn(LanguageNames()),
-                         [](const testing::TestParamInfo<std::string>& language) {
-                             std::string name;
-                             for (const char letter : language.param) {
-                                 if (std::isalnum(static_cast<unsigned char>(letter)) != 0)
-                                     name.push_back(letter);
-                             }
-                             return name;
-                         });
+// What a screen reader has to say of each thing that the window shows.
+void ExpectNames(const Ref<Window>& window) {
+    QWidget* const whole = NativeWindow::Of(*window).widget;
+    QWidgetList things{whole};
+    for (QWidget* const parent : {whole, static_cast<QWidget*>(NativeWindow::Of(*window).content)})
+        things += parent->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget* const thing : things) {
+        const auto* const told = QAccessible::queryAccessibleInterface(thing);
+        const bool named = !thing->isVisible() || thing == NativeWindow::Of(*window).content ||
+                           (told != nullptr && !told->text(QAccessible::Name).isEmpty());
+        EXPECT_TRUE(named) << thing->metaObject()->className() << " in " << window->Title();
+    }
+}
+
+TEST(WindowTexts, HaveRoomAndEveryControlItsName) {
+    for (int32_t i = 1; i <= Languages()->Count(); ++i) {
+        const Ref<FolderItem> language = Languages()->Item(i);
+        SCOPED_TRACE(language->Name());
+        Multilingual::Initialize(Languages(), language->Name());
+        winCut::Instance()->UpdateStatus();
+        const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
+        const Ref<Listbox>& list = chooser->lstLanguage();
+        list->AddRow(Multilingual::GetString("ChooseString"));
+        list->SetCellTag(0, 0, language->Child("strings.txt"));
+        list->SetListIndex(0);
+        EXPECT_NE(chooser->staMessage()->Text(), "");
+
+        const std::vector<Ref<Window>> dialogs{winCut::Instance(), winPreferences::Instance(), winAbout::Instance(),
+                                               winUpdate::Instance(), chooser};
+        for (const Ref<Window>& dialog : dialogs)
+            dialog->Show();
+        ShowOnScreen();
+        ExpectNames(winMain::Instance());
+        for (const Ref<Window>& dialog : dialogs) {
+            ExpectNames(dialog);
+            ExpectRoomFor<QLabel>(dialog);
+            ExpectRoomFor<QAbstractButton>(dialog);
+            dialog->Close();
+        }
+    }
+}
 
 } // namespace
