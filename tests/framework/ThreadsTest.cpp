@@ -1,7 +1,7 @@
 #include "framework/threads/MainThread.h"
-#include "framework/threads/Thread.h"
 #include "framework/threads/Timer.h"
 #include "tests/support/Waiting.h"
+#include "tests/support/Worker.h"
 
 #include <gtest/gtest.h>
 
@@ -9,17 +9,6 @@
 #include <stdexcept>
 
 namespace {
-
-class Worker : public Thread {
-public:
-    explicit Worker(std::function<void(Worker&)> body) : body_(std::move(body)) {}
-
-protected:
-    void Event_Run() override { body_(*this); }
-
-private:
-    std::function<void(Worker&)> body_;
-};
 
 TEST(Threads, NoResumeIsLostHoweverSoonItComes) {
     constexpr int kRounds = 3000;

@@ -1,14 +1,14 @@
 #include "framework/threads/MainThread.h"
-#include "framework/threads/Thread.h"
 #include "framework/windows/Canvas.h"
 #include "framework/windows/Graphics.h"
 #include "framework/windows/Label.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/ProgressBar.h"
-#include "framework/windows/SingleWindow.h"
-#include "framework/windows/Toolbar.h"
 #include "framework/windows/Window.h"
 #include "tests/support/Waiting.h"
+#include "tests/support/Worker.h"
+#include "ui/claToolbar.h"
+#include "ui/winMain.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -58,38 +58,27 @@ protected:
     }
 };
 
-class Writer : public Thread {
-public:
-    explicit Writer(const TestWindow& window) : bar_(window.bar), label_(window.label) {}
-    static constexpr int kTimes = 100000;
-
-protected:
-    void Event_Run() override {
-        bar_->SetMaximum(kTimes);
-        for (int i = 1; i <= kTimes; ++i) {
-            bar_->SetValue(i);
-            label_->SetText(std::to_string(i));
-        }
-    }
-
-private:
-    Ref<ProgressBar> bar_;
-    Ref<Label> label_;
-};
+constexpr int kWrites = 100000;
 
 TEST(Windows, AControlUpdatesOncePerFrameHoweverOftenAWorkerWritesToIt) {
     const Ref<TestWindow> window = TestWindow::Open();
     window->bar->updates = window->label->updates = 0;
     const auto begin = std::chrono::steady_clock::now();
-    New<Writer>(*window)->Run();
+    New<Worker>([bar = window->bar, label = window->label](Worker&) {
+        bar->SetMaximum(kWrites);
+        for (int i = 1; i <= kWrites; ++i) {
+            bar->SetValue(i);
+            label->SetText(std::to_string(i));
+        }
+    })->Run();
     EXPECT_TRUE(WaitForWorkers());
     ShowOnScreen();
     const auto frames = (std::chrono::steady_clock::now() - begin) / 16ms + 1;
     EXPECT_LE(window->bar->updates, frames);
     EXPECT_LE(window->label->updates, frames);
     const auto* const bar = static_cast<QProgressBar*>(window->bar->Widget());
-    EXPECT_EQ(bar->value(), Writer::kTimes);
-    EXPECT_EQ(static_cast<QLabel*>(window->label->Widget())->text().toInt(), Writer::kTimes);
+    EXPECT_EQ(bar->value(), kWrites);
+    EXPECT_EQ(static_cast<QLabel*>(window->label->Widget())->text().toInt(), kWrites);
     for (const auto& [value, maximum] : {std::pair(7, 5), {INT32_MAX, INT32_MAX}, {-1, 10}, {0, INT32_MIN}}) {
         window->bar->SetValue(value);
         window->bar->SetMaximum(maximum);
@@ -142,21 +131,8 @@ TEST(Windows, ACanvasIsRepaintedOnceWhenBarsAboveItChangeMoveOrGo) {
     window->Close();
 }
 
-class ToolWindow : public Window {
-public:
-    const Ref<Toolbar> tools = New<Toolbar>();
-
-protected:
-    void CreateControls() override { Add(tools, {.Width = 48, .Height = 37}); }
-};
-
 TEST(Windows, AToolbarIsPlacedByItsWindowAndShowsNoToolTips) {
-    const Ref<ToolWindow> window = SingleWindow<ToolWindow>();
-    const auto item = New<ToolButton>();
-    item->Caption = "Cut";
-    window->tools->Append(item);
-    window->Show();
-    ShowOnScreen();
+    const Ref<winMain> window = winMain::Instance();
     QWidget* const shown = NativeWindow::Of(*window).widget;
     const auto* const bar = shown->findChild<QToolBar*>();
     const QRect place = bar->geometry();
@@ -164,11 +140,10 @@ TEST(Windows, AToolbarIsPlacedByItsWindowAndShowsNoToolTips) {
     const int32_t height = window->Height();
     shown->resize(shown->width(), shown->height() + 50);
     EXPECT_TRUE(WaitUntil([&] { return window->Height() == height + 50; }));
-    window->tools->SetLeft(5);
+    window->tolMain()->SetLeft(5);
     ShowOnScreen();
     EXPECT_EQ(bar->geometry(), place);
     EXPECT_EQ(bar->widgetForAction(bar->actions().constFirst())->toolTip(), QString());
-    window->Close();
 }
 
 } // namespace

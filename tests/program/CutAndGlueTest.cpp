@@ -97,23 +97,6 @@ TEST_F(CutAndGlue, FilesNamedTogetherAreAllServedBeforeTheProgramEndsByItself) {
     EXPECT_FALSE(Exists("film 1.mov")); // one series, one glue
 }
 
-TEST_F(CutAndGlue, AnArchiveIsOpenedAndNotShownAndTheVendorsSiteOpensFromTheToolbar) {
-    Prefer({.AutoQuit = false, .SearchForUpdates = false});
-    const std::string archive = WriteSeries("letters.ZIP");
-    WriteSeries("film.mov");
-    Program& program = Start({"letters.ZIP.001"});
-    Await("the archive opened", [&] { return desktop.Opened() == Words{File("letters.ZIP")}; });
-    EXPECT_TRUE(Holds(File("letters.ZIP"), archive));
-
-    EXPECT_EQ(StartAgain({"film.mov.001"}), 0);
-    Await("the film shown", [&] { return !desktop.Shown().empty(); });
-    EXPECT_EQ(desktop.Shown(), Words{File("film.mov")});
-
-    program.ClickTool(Program::kVendorTool);
-    Await("the vendor's site opened", [&] { return desktop.Opened().size() == 2; });
-    EXPECT_EQ(desktop.Opened().back(), OMBRIVEL_VENDOR_SITE);
-}
-
 TEST_F(CutAndGlue, ASecondStartHandsItsFilesToTheRunningProgram) {
     WriteUnfinishedSeries("slow.iso");
     const std::string song = WriteSeries("song.flac");

@@ -12,16 +12,6 @@ constexpr const char* kLanguage = "English";
 
 using Preferences = WholeProgramTest;
 
-TEST_F(Preferences, AFirstRunWritesTheDefaultsAtItsEnd) {
-    fs::remove(PreferencesFile());
-    Program& program = Start({});
-    program.MainWindow();
-    EXPECT_FALSE(fs::exists(PreferencesFile()));
-    program.CloseMainWindow();
-    EXPECT_EQ(program.End(), 0);
-    EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes({}, kLanguage));
-}
-
 TEST_F(Preferences, ArePutToUseAndKept) {
     const Settings settings{
         .AutoQuit = false, .MovePartsToTrash = false, .ShowFilesAfter = false, .SearchForUpdates = false};

@@ -87,12 +87,7 @@ std::string Program::PictureOfContent() {
     return desktop_.Picture(main_, 0, size.height - kContentHeight, size.width, kContentHeight);
 }
 
-void Program::PointAtStop(int row) {
-    const Desktop::Size size = desktop_.SizeOf(MainWindow());
-    desktop_.MoveTo(main_, size.width - kStopFromRight, size.height - kContentHeight + kRowHeight * row + kStopMiddle);
-}
-
 void Program::ClickStop(int row) {
-    PointAtStop(row);
-    desktop_.Do({"click", "1"});
+    const Desktop::Size size = desktop_.SizeOf(MainWindow());
+    desktop_.ClickAt(main_, size.width - kStopFromRight, size.height - kContentHeight + kRowHeight * row + kStopMiddle);
 }

@@ -28,12 +28,11 @@ public:
 
     // Buttons of the toolbar, by the distance of their middle from the window's left edge, or from its right if
     // negative.
-    static constexpr int kGlueTool = 35, kCutTool = 95, kVendorTool = -33;
+    static constexpr int kGlueTool = 35, kCutTool = 95;
     void ClickTool(int fromEdge);
 
     // The list of operations and the strip with their count.
     std::string PictureOfContent();
-    void PointAtStop(int row);
     void ClickStop(int row);
 
 private:

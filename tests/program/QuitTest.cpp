@@ -18,6 +18,18 @@ TEST_F(AutoQuit, WaitsForTheFilesThatWaitBehindADialog) {
     EXPECT_TRUE(Holds(File("song.flac"), song));
 }
 
+TEST_F(AutoQuit, ComesWithAStopToo) {
+    WriteUnfinishedSeries("film.mov");
+    Program& program = Start({"film.mov.001"});
+    AwaitUnfinished("film.mov");
+    program.ClickStop(0);
+    EXPECT_EQ(program.End(kAtOnce), 0);
+    EXPECT_FALSE(Exists("film.mov"));
+    EXPECT_TRUE(Holds(Trashed("film.mov"), ReadFile(File("film.mov.001"))));
+    EXPECT_TRUE(Exists("film.mov.002.download"));
+    EXPECT_TRUE(desktop.Shown().empty());
+}
+
 using QuitQuestion = WholeProgramTest;
 
 TEST_F(QuitQuestion, CancelLetsEverythingRunOn) {
