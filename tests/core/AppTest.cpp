@@ -1,6 +1,4 @@
-#include "core/App.h"
 
-#include "framework/files/FolderItem.h"
 #include "tests/support/ProgramTest.h"
 
 #include <filesystem>

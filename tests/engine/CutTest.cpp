@@ -1,14 +1,8 @@
-#include "core/App.h"
 #include "engine/PartNames.h"
 #include "engine/claEncodeThread.h"
 #include "framework/files/BinaryStream.h"
-#include "framework/files/FolderItem.h"
 #include "framework/windows/ProgressBar.h"
 #include "tests/support/ProgramTest.h"
-#include "ui/claDialogButton.h"
-#include "ui/claFilePerform.h"
-#include "ui/claFilePerformInfo.h"
-#include "ui/winCut.h"
 
 #include <QApplication>
 #include <QTimer>

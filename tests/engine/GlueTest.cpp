@@ -1,12 +1,8 @@
-#include "core/App.h"
 #include "engine/claThread.h"
-#include "framework/files/FolderItem.h"
 #include "framework/text/Text.h"
 #include "framework/windows/ProgressBar.h"
 #include "settings/claPreferences.h"
 #include "tests/support/ProgramTest.h"
-#include "ui/claFilePerform.h"
-#include "ui/claFilePerformInfo.h"
 
 #include <filesystem>
 

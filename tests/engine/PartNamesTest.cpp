@@ -1,9 +1,6 @@
 #include "engine/PartNames.h"
 
-#include "engine/ProgressStep.h"
 #include "engine/StartCut.h"
-#include "framework/files/FolderItem.h"
-#include "framework/windows/ProgressBar.h"
 #include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
@@ -45,16 +42,6 @@ TEST(PartNames, ACutFindsABaseThatNoPartIsInTheWayOf) {
     EXPECT_EQ(PartCount(0, 100) + PartCount(100, 100) + PartCount(101, 100) + PartCount(5ULL << 30U, INT32_MAX), 6);
     EXPECT_EQ(PartCount(100, -1), -100);
     EXPECT_EQ(PartCount(100, 0), INT32_MAX);
-}
-
-// A bar that has come to its estimate turns into one without a measure, and its value goes on from the step after that.
-TEST(ProgressStep, FallsBackAtTheMaximumAndCountsOn) {
-    const auto bar = New<ProgressBar>();
-    bar->SetMaximum(2);
-    for (const auto& [value, maximum] : {std::pair(1, 2), {2, 2}, {2, 0}, {3, 0}, {4, 0}}) {
-        ProgressStep(*bar);
-        EXPECT_EQ(std::pair(bar->Value(), bar->Maximum()), std::pair(value, maximum));
-    }
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "engine/FileTypes.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FileUri.h"
-#include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/files/TextInputStream.h"
 #include "tests/support/TestFolder.h"

@@ -1,10 +1,7 @@
 #include "framework/files/BinaryStream.h"
-#include "framework/files/FolderItem.h"
 #include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
-
-#include <fstream>
 
 namespace {
 
@@ -41,34 +38,6 @@ TEST_F(StreamTest, MovesBlocksExactlyAndNothingBehindTheEnd) {
     from->Close();
     EXPECT_TRUE(from->AtEOF());
     EXPECT_TRUE(Source("")->AtEOF());
-}
-
-// A closed stream swallows what is written, so the source is passed over without moving it.
-TEST_F(StreamTest, KeepsItsPlaceBeyondFourGigabytes) {
-    folder.WriteSparse("from", (5ULL << 30U) - 2);
-    std::ofstream(folder.Path("from"), std::ios::app) << "ok";
-    const Ref<BinaryStream> from = folder.Item("from")->OpenAsBinaryFile(false);
-    const Ref<BinaryStream> closed = Target();
-    closed->Close();
-    closed->WriteFrom(*from, INT32_MAX);
-    closed->WriteFrom(*from, INT32_MAX);
-    EXPECT_FALSE(from->AtEOF());
-    closed->WriteFrom(*from, 1 << 30U);
-    EXPECT_EQ(from->Read(100) + folder.Read("to"), "ok");
-    EXPECT_TRUE(from->AtEOF());
-}
-
-// It must neither keep the bytes back for the next file nor be tried for ever.
-TEST_F(StreamTest, AFailedWriteAdvancesTheSourceByTheBlock) {
-    const Ref<BinaryStream> from = Source(bytes);
-    const Ref<BinaryStream> to = Target();
-    const FileSizeLimit limit(kBlock + 1000);
-    for (int block = 0; block < 4; ++block) {
-        EXPECT_FALSE(from->AtEOF()) << block;
-        to->WriteFrom(*from, kBlock);
-    }
-    EXPECT_TRUE(from->AtEOF());
-    EXPECT_TRUE(folder.Read("to") == bytes.substr(0, kBlock + 1000));
 }
 
 TEST_F(StreamTest, ASourceMayShrinkAndGrowWhileItIsRead) {

@@ -37,7 +37,7 @@ protected:
 
 class TestWindow : public Window {
 public:
-    const Ref<Counting<Canvas>> canvas = New<Counting<Canvas>>();
+    const Ref<Canvas> canvas = New<Canvas>();
     const Ref<Counting<ProgressBar>> bar = New<Counting<ProgressBar>>();
     const Ref<Counting<Label>> label = New<Counting<Label>>();
 

@@ -8,6 +8,13 @@ namespace fs = std::filesystem;
 
 constexpr const char* kFilePrefix = "file://";
 
+constexpr const char* kWindowManagerSettings = R"(<?xml version="1.0"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <focus><focusNew>yes</focusNew></focus>
+  <keyboard><keybind key="A-F4"><action name="Close"/></keybind></keyboard>
+</openbox_config>
+)";
+
 constexpr const char* kOpenerEntry = R"([Desktop Entry]
 Type=Application
 Name=Opener
@@ -106,7 +113,8 @@ void Desktop::StartBus() {
 }
 
 void Desktop::StartWindowManager() {
-    Process& manager = Start("window-manager", {"openbox"});
+    WriteFile(folder_ / "openbox.xml", kWindowManagerSettings);
+    Process& manager = Start("window-manager", {"openbox", "--config-file", folder_ / "openbox.xml"});
     manager.Await("a window manager that xdotool finds", [this] { return !Run({"xdotool", "get_desktop"}).empty(); });
 }
 
@@ -174,12 +182,6 @@ void Desktop::MoveTo(const WindowId& window, int x, int y) const {
 void Desktop::ClickAt(const WindowId& window, int x, int y) const {
     MoveTo(window, x, y);
     Do({"click", "1"});
-}
-
-std::string Desktop::Picture(const WindowId& window, int x, int y, int width, int height) const {
-    std::string area = std::to_string(width) + "x" + std::to_string(height);
-    area += "+" + std::to_string(x) + "+" + std::to_string(y);
-    return Run({"import", "-silent", "-window", window, "-crop", area, "ppm:-"});
 }
 
 void Desktop::SavePicture(const fs::path& file) const {

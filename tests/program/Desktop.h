@@ -44,8 +44,7 @@ public:
     void MoveTo(const WindowId& window, int x, int y) const;
     void ClickAt(const WindowId& window, int x, int y) const;
 
-    // What a part of a window looks like, to be compared with what it looked like before.
-    std::string Picture(const WindowId& window, int x, int y, int width, int height) const;
+    // Of the whole screen.
     void SavePicture(const std::filesystem::path& file) const;
 
 private:

@@ -82,11 +82,6 @@ void Program::ClickTool(int fromEdge) {
                      size.height - kContentHeight - kToolMiddle);
 }
 
-std::string Program::PictureOfContent() {
-    const Desktop::Size size = desktop_.SizeOf(MainWindow());
-    return desktop_.Picture(main_, 0, size.height - kContentHeight, size.width, kContentHeight);
-}
-
 void Program::ClickStop(int row) {
     const Desktop::Size size = desktop_.SizeOf(MainWindow());
     desktop_.ClickAt(main_, size.width - kStopFromRight, size.height - kContentHeight + kRowHeight * row + kStopMiddle);

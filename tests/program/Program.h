@@ -31,8 +31,7 @@ public:
     static constexpr int kGlueTool = 35, kCutTool = 95;
     void ClickTool(int fromEdge);
 
-    // The list of operations and the strip with their count.
-    std::string PictureOfContent();
+    // In a row of the list.
     void ClickStop(int row);
 
 private:

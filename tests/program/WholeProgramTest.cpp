@@ -1,13 +1,10 @@
 #include "tests/program/WholeProgramTest.h"
 
-#include <array>
-
 namespace {
 
 namespace fs = std::filesystem;
 
 constexpr std::size_t kPartSize = 300'000;
-constexpr std::array<const char*, 3> kNumbers{".001", ".002", ".003"};
 
 fs::path EmptyScratchFolder() {
     const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
@@ -64,9 +61,9 @@ bool WholeProgramTest::Holds(const fs::path& file, const std::string& bytes) {
 }
 
 std::string WholeProgramTest::WriteSeries(const std::string& base) {
-    const std::string whole = Pattern(kPartSize * kNumbers.size() - base.size());
-    for (std::size_t i = 0; i < kNumbers.size(); ++i)
-        WriteFile(File(base + kNumbers[i]), whole.substr(i * kPartSize, kPartSize));
+    const std::string whole = Pattern(kPartSize * 3 - base.size());
+    for (const std::size_t i : {0U, 1U, 2U})
+        WriteFile(File(base + ".00" + std::to_string(i + 1)), whole.substr(i * kPartSize, kPartSize));
     return whole;
 }
 

@@ -1,6 +1,5 @@
 #include "settings/Multilingual.h"
 
-#include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/text/Text.h"
 #include "tests/support/TestFolder.h"

@@ -1,7 +1,6 @@
 #include "settings/claPreferences.h"
 
 #include "framework/files/BinaryStream.h"
-#include "framework/files/FolderItem.h"
 #include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,16 +1,10 @@
 #include "tests/support/ProgramTest.h"
 
-#include "core/App.h"
-#include "framework/files/FolderItem.h"
 #include "framework/threads/MainThread.h"
 #include "framework/windows/ComboBox.h"
 #include "framework/windows/Label.h"
 #include "framework/windows/Native.h"
 #include "settings/claPreferences.h"
-#include "ui/claDialogButton.h"
-#include "ui/claFilePerform.h"
-#include "ui/claFilePerformInfo.h"
-#include "ui/winCut.h"
 #include "ui/winMain.h"
 
 #include <QTest>

@@ -1,15 +1,16 @@
 #pragma once
 
+#include "core/App.h"
 #include "tests/support/TestFolder.h"
 #include "tests/support/Waiting.h"
+#include "ui/claDialogButton.h"
+#include "ui/claFilePerform.h"
+#include "ui/claFilePerformInfo.h"
+#include "ui/winCut.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
-
-class claFilePerform;
-class claFilePerformInfo;
-class winCut;
 
 // A test that works with the program's list of operations. It leaves the list empty and the preferences at their
 // defaults, whatever became of its workers.

@@ -1,6 +1,5 @@
 #include "tests/support/TestFolder.h"
 
-#include "framework/files/FolderItem.h"
 #include "framework/files/ProgramFile.h"
 #include "framework/files/SpecialFolder.h"
 

@@ -1,14 +1,12 @@
 #pragma once
 
-#include "framework/base/Ref.h"
+#include "framework/files/FolderItem.h"
 #include "tests/support/Bytes.h"
 
 #include <cstdint>
 #include <string>
 #include <sys/resource.h>
 #include <vector>
-
-class FolderItem;
 
 // Gives the process a home of its own beside the tests, and with it a Trash and preferences that are real and private.
 // To be called before anything asks for them.

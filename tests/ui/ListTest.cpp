@@ -1,12 +1,9 @@
 #include "engine/claThread.h"
-#include "framework/files/FolderItem.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/ProgressBar.h"
 #include "tests/support/ProgramTest.h"
 #include "ui/Pictures.h"
-#include "ui/claFilePerform.h"
-#include "ui/claFilePerformInfo.h"
 #include "ui/winMain.h"
 
 #include <QEvent>

@@ -1,9 +1,5 @@
 #include "tests/update/HTTPClient.h"
 
-#include "framework/files/FolderItem.h"
-#include "tests/support/Waiting.h"
-#include "update/InternetHeaders.h"
-
 #include <gtest/gtest.h>
 
 namespace {

@@ -1,7 +1,10 @@
 #pragma once
 
 #include "tests/support/Loopback.h"
+#include "tests/support/TestFolder.h"
+#include "tests/support/Waiting.h"
 #include "update/HTTPSocket.h"
+#include "update/InternetHeaders.h"
 
 #include <string>
 #include <thread>

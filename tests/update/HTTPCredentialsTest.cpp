@@ -1,7 +1,4 @@
-#include "framework/files/FolderItem.h"
-#include "tests/support/TestFolder.h"
 #include "tests/update/HTTPClient.h"
-#include "update/InternetHeaders.h"
 
 #include <QCryptographicHash>
 

@@ -1,9 +1,5 @@
-#include "framework/files/FolderItem.h"
 #include "framework/threads/MainThread.h"
-#include "tests/support/TestFolder.h"
-#include "tests/support/Waiting.h"
 #include "tests/update/HTTPClient.h"
-#include "update/InternetHeaders.h"
 
 #include <gtest/gtest.h>
 
@@ -157,32 +153,22 @@ TEST_F(HTTPReplyTest, WaitsForAHandlerThatTakesItsTime) {
 
 TEST_F(HTTPReplyTest, LivesByItsConnectionAlone) {
     std::string body;
-    int gone = 0;
-    struct Client : HTTPSocket {
-        explicit Client(int& counter) : gone(counter) {}
-        ~Client() override { ++gone; }
-        int& gone;
-    };
     const auto begin = [&] {
-        const auto held = New<Client>(gone);
+        const auto held = New<HTTPSocket>();
         held->PageReceived = [&body](auto&&, auto&&, auto&&, const std::string& text) { body = text; };
         held->Get(server.Url("/"));
-        return WeakRef<Client>(held);
+        return WeakRef<HTTPSocket>(held);
     };
-    begin();
-    {
-        HTTPExchange exchange(server);
-        exchange.peer.Send("HTTP/1.0 200 OK\r\n\r\nx");
-    }
-    ASSERT_TRUE(WaitUntil([&] { return gone == 1; }));
+    const WeakRef<HTTPSocket> served = begin();
+    HTTPExchange(server).peer.Send("HTTP/1.0 200 OK\r\n\r\nx");
+    EXPECT_TRUE(WaitUntil([&] { return served.Held().IsNil(); }));
     EXPECT_EQ(body, "x");
-    {
-        const Ref<Client> held = begin().Held();
-        HTTPExchange exchange(server);
-        held->Close();
-        EXPECT_TRUE(exchange.peer.HasInput()) << "the far side knows at once";
-    }
-    ASSERT_TRUE(WaitUntil([&] { return gone == 2; }));
+
+    const WeakRef<HTTPSocket> closed = begin();
+    HTTPExchange exchange(server);
+    closed.Held()->Close();
+    EXPECT_TRUE(exchange.peer.HasInput()) << "the far side knows at once";
+    EXPECT_TRUE(WaitUntil([&] { return closed.Held().IsNil(); }));
 }
 
 TEST_F(HTTPReplyTest, TakesLittleMemoryIntoAFileAndLittleTimeInMemory) {

@@ -1,9 +1,5 @@
-#include "framework/files/FolderItem.h"
 #include "framework/threads/MainThread.h"
-#include "tests/support/TestFolder.h"
-#include "tests/support/Waiting.h"
 #include "tests/update/HTTPClient.h"
-#include "update/InternetHeaders.h"
 
 #include <gtest/gtest.h>
 

@@ -3,11 +3,8 @@
 #include "core/App.h"
 #include "framework/text/Text.h"
 #include "framework/windows/CheckBox.h"
-#include "framework/windows/Native.h"
 #include "framework/windows/TextArea.h"
 #include "settings/claPreferences.h"
-#include "tests/support/Waiting.h"
-#include "ui/claDialogButton.h"
 #include "update/claSearchForUpdates.h"
 
 #include <QTimer>

@@ -2,11 +2,7 @@
 
 #include "core/App.h"
 #include "framework/threads/MainThread.h"
-#include "framework/windows/Native.h"
 #include "settings/claPreferences.h"
-#include "tests/support/TestFolder.h"
-#include "tests/support/Waiting.h"
-#include "ui/claDialogButton.h"
 #include "update/claSearchForUpdates.h"
 
 #include <QApplication>
@@ -48,11 +44,9 @@ void UpdateTest::Look() {
 }
 
 LoopbackPeer UpdateTest::Served() {
-    EXPECT_TRUE(WaitUntil([this] { return server.HasClient(); }));
-    LoopbackPeer peer = server.Accept();
-    EXPECT_TRUE(WaitUntil([&peer] { return peer.HasInput(); }));
-    request = peer.ReadRequest();
-    return peer;
+    HTTPExchange exchange(server);
+    request = exchange.request;
+    return std::move(exchange.peer);
 }
 
 void UpdateTest::Check(const std::string& reply, bool showDialog, const std::function<void(winUpdate&)>& onOffer) {

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "tests/support/Loopback.h"
+#include "framework/windows/Native.h"
+#include "tests/update/HTTPClient.h"
+#include "ui/claDialogButton.h"
 #include "update/winUpdate.h"
 
 #include <gtest/gtest.h>

@@ -90,19 +90,17 @@ int main(int count, char** words) {
     FileManager fileManager;
     EndingInstance endingInstance;
     DragSource dragSource(arguments.mid(2));
-    if (role == QLatin1String("file-manager")) {
-        if (!Serve(QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
-                   fileManager))
-            return 1;
-    } else if (role == QLatin1String("ending-instance")) {
-        if (!Serve(QStringLiteral("example.halvrick.Ombrivel"), QStringLiteral("/example/halvrick/Ombrivel"),
-                   endingInstance))
-            return 1;
-    } else if (role == QLatin1String("drag")) {
+    bool ready = true;
+    if (role == QLatin1String("file-manager"))
+        ready = Serve(QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
+                      fileManager);
+    else if (role == QLatin1String("ending-instance"))
+        ready = Serve(QStringLiteral("example.halvrick.Ombrivel"), QStringLiteral("/example/halvrick/Ombrivel"),
+                      endingInstance);
+    else
         dragSource.show();
-    } else {
-        return 2;
-    }
+    if (!ready)
+        return 1;
     Say("ready");
     return QApplication::exec();
 }
