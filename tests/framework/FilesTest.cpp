@@ -66,13 +66,6 @@ TEST(Files, AFileIsAPartByItsCodeOrElseByItsExtension) {
         EXPECT_EQ(folder.Item(name)->Type(), "") << name;
     std::filesystem::create_directory(folder.Path("folder.001"));
     EXPECT_EQ(folder.Item("folder.001")->Type(), "");
-    const auto type = New<FileType>();
-    type->Name = "Letters";
-    type->Extensions = ".abc;.äöü";
-    type->Operator_Convert();
-    EXPECT_EQ(folder.Item("x.ABC")->Type() + folder.Item("x.ÄÖÜ")->Type() + folder.Item("x.ab")->Type(),
-              "LettersLetters");
-
     const Ref<FolderItem> item = folder.Item("film.mov.051");
     item->CreateBinaryFile(FileTypes::OmbrivelPart()->Name)->Write("first and long");
     if (item->MacType() == kNoFileCode)

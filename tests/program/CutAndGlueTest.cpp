@@ -116,7 +116,7 @@ TEST_F(CutAndGlue, NamesKeepTheirBytesWhateverTheyAre) {
     const std::string film = Pattern(kMegabyte * 3 / 2);
     WriteFile(File(name), film);
     Program& program = Start({name});
-    program.CutAt("1");
+    program.Answer({"ctrl+a", "1", "Return"});
     Await("the first part shown", [&] { return desktop.Shown() == Words{File(name + ".001")}; });
     EXPECT_TRUE(Holds(File(name + ".001"), film.substr(0, kMegabyte)));
     EXPECT_TRUE(Holds(File(name + ".002"), film.substr(kMegabyte)));

@@ -44,8 +44,7 @@ TEST_F(Languages, OneIsChosenByKeysAndAFileWaitsForItsTurn) {
     Program& program = StartToTheChooser({"film.mov"});
     desktop.Press({"Down", "Down", "Up", "Return"}); // from Deutsch to English
     program.Run().Await("the cut dialog", [&] { return desktop.WindowsOf(program.Run()).size() == 2; });
-    desktop.Press({"Escape"});
-    program.OnlyWindow();
+    program.Answer({"Escape"});
     ExpectSavedLanguage(program, "English");
 }
 
@@ -137,7 +136,7 @@ using Menus = WholeProgramTest;
 
 TEST_F(Menus, CommandsGoToTheWindowInFront) {
     Program& program = Start({});
-    const WindowId main = program.MainWindowInFront();
+    const WindowId main = program.OnlyWindow();
     desktop.Press({"F10", "Right", "Up", "Return"}); // the last item of the second menu: the preferences
     const WindowId preferences = program.Dialog();
 
@@ -158,7 +157,7 @@ TEST_F(Menus, CommandsGoToTheWindowInFront) {
 
 TEST_F(Menus, EscapeGivesTheFocusBackToTheControlThatHadIt) {
     Program& program = Start({});
-    program.MainWindowInFront();
+    program.OnlyWindow();
     desktop.Press(
         {"F10", "Escape", "Tab", "Tab", "F10", "Right", "Escape", "space"}); // from the first tool to the third
     Await("the vendor's site", [&] { return desktop.Opened() == Words{OMBRIVEL_VENDOR_SITE}; });
@@ -167,7 +166,7 @@ TEST_F(Menus, EscapeGivesTheFocusBackToTheControlThatHadIt) {
 
 TEST_F(Menus, HelpAndAboutAnswer) {
     Program& program = Start({});
-    const WindowId main = program.MainWindowInFront();
+    const WindowId main = program.OnlyWindow();
     desktop.Press({"ctrl+question"});
     program.Answer({"Return"});
     desktop.Press({"F10", "Left", "Up", "Return"}); // the last item of the last menu: about

@@ -48,20 +48,6 @@ void Program::Answer(const Words& keys) {
     });
 }
 
-void Program::CutAt(const std::string& megabytes) {
-    Words keys{"ctrl+a"};
-    for (const char digit : megabytes)
-        keys.emplace_back(1, digit);
-    keys.emplace_back("Return");
-    Answer(keys);
-}
-
-WindowId Program::MainWindowInFront() {
-    const WindowId main = MainWindow();
-    process_.Await("a main window in front", [&] { return desktop_.ActiveWindow() == main; });
-    return main;
-}
-
 WindowId Program::OnlyWindow() {
     WindowId window;
     process_.Await("one window, which is in front", [&] {
@@ -72,7 +58,7 @@ WindowId Program::OnlyWindow() {
 }
 
 void Program::CloseMainWindow() {
-    MainWindowInFront();
+    OnlyWindow();
     desktop_.Press({"alt+F4"});
 }
 

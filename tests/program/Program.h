@@ -13,16 +13,12 @@ public:
 
     // Waits for the main window.
     WindowId MainWindow();
-    // Waits until it gets the keys.
-    WindowId MainWindowInFront();
     // Waits until the program has just one window, and that is in front.
     WindowId OnlyWindow();
     // Waits until another window of the program than the main one is in front.
     WindowId Dialog();
     // Waits for a dialog, presses the keys in it and waits until it has gone.
     void Answer(const Words& keys);
-    // Answers a cut dialog with that size in megabytes.
-    void CutAt(const std::string& megabytes);
     // What its close button does.
     void CloseMainWindow();
 

@@ -7,7 +7,7 @@ TEST_F(AutoQuit, WaitsForTheFilesThatWaitBehindADialog) {
     const std::string song = WriteSeries("song.flac");
     Program& program = Start({"film.mov.001"});
     AwaitUnfinished("film.mov");
-    program.MainWindowInFront();
+    program.OnlyWindow();
     desktop.Press({"ctrl+question"});
     program.Dialog();
     EXPECT_EQ(StartAgain({"song.flac.001"}), 0);

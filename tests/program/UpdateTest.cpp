@@ -26,7 +26,7 @@ protected:
     }
 
     void AskFromMenu(Program& program) const {
-        program.MainWindowInFront();
+        program.OnlyWindow();
         desktop.Press({"F10", "Left", "Up", "Up", "Return"}); // in the last menu, the item above the last
     }
 

@@ -127,14 +127,7 @@ TEST_F(CutDialogTest, GivesTheButtonThatEndedItOrThatOfAnEarlierRun) {
     EXPECT_TRUE(runToTheCloseBox(winCut::Instance()).IsNil());
     const Ref<winCut> dialog = winCut::Instance(); // a new one: the other has gone
     dialog->UpdateStatus();
-    int vetoes = 0;
-    dialog->ActionButton->Action = [&vetoes] { return ++vetoes < 3; };
-    PostToMainThread([&dialog] {
-        dialog->ActionButton->Push();
-        dialog->ActionButton->Push();
-        EXPECT_TRUE(NativeWindow::Of(*dialog).widget->isVisible()) << "the handler has taken over";
-        dialog->ActionButton->Push();
-    });
+    PostToMainThread([&dialog] { dialog->ActionButton->Push(); });
     EXPECT_EQ(dialog->ShowModal(), dialog->ActionButton);
     EXPECT_FALSE(dialog->Closed()) << "it is hidden only: its controls can still be read";
     EXPECT_FALSE(NativeWindow::Of(*dialog).widget->isVisible());
