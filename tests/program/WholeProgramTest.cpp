@@ -20,7 +20,12 @@ std::string PString(const std::string& text) {
 
 } // namespace
 
-WholeProgramTest::WholeProgramTest() : scratch_(EmptyScratchFolder()), files_(scratch_ / "files"), desktop(scratch_) {
+WholeProgramTest::WholeProgramTest()
+    : scratch_(EmptyScratchFolder()),
+      files_(scratch_ / "files"),
+      desktop(scratch_),
+      executable(OMBRIVEL_PROGRAM),
+      environment(desktop.Variables()) {
     Prefer({.SearchForUpdates = false}); // most tests have no business with a network
 }
 

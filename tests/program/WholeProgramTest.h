@@ -50,8 +50,8 @@ private:
 
 protected:
     Desktop desktop;
-    std::filesystem::path executable = OMBRIVEL_PROGRAM; // what is started
-    Environment environment = desktop.Variables();       // in which it is started
+    std::filesystem::path executable; // what is started
+    Environment environment;          // in which it is started
 
 private:
     std::unique_ptr<Program> NewRun(const Words& files);
