@@ -1,6 +1,6 @@
 #include "framework/desktop/Desktop.h"
 
-#include "framework/desktop/Opener.h"
+#include "framework/desktop/Helper.h"
 
 #include <QApplication>
 
@@ -9,9 +9,9 @@ void Beep() {
 }
 
 void ShowURL(const std::string& address) {
-    RunOpener("url", {address});
+    RunHelper("ombrivel-opener", {"url", address});
 }
 
 void RevealFile(const std::string& absolutePath) {
-    RunOpener("reveal", {absolutePath});
+    RunHelper("ombrivel-opener", {"reveal", absolutePath});
 }

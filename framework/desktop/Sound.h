@@ -12,7 +12,7 @@ public:
 
     explicit Sound(std::string path) : path_(std::move(path)) {}
 
-    // Plays the sound once, without waiting for its end. Where no audio device is, nothing is heard.
+    // Plays the sound once and returns at once. Where no audio device or no decoder is, nothing is heard.
     void Play();
 
 private:

@@ -1,7 +1,6 @@
-// The helper behind RunOpener: a process of its own, so that it outlives the program that asked.
+// Talks to the desktop's file manager and openers: a process of its own, so that it outlives the program that asked.
 
 #include <gio/gio.h>
-#include <unistd.h>
 
 #include <string_view>
 
@@ -62,9 +61,6 @@ void FlushBus() {
 int main(int count, char** words) {
     if (count < 3)
         return 2;
-    if (fork() != 0)
-        _exit(0); // the caller goes on at once
-    setsid();
 
     const std::string_view verb = words[1];
     bool done = true;

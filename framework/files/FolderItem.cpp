@@ -1,6 +1,6 @@
 #include "framework/files/FolderItem.h"
 
-#include "framework/desktop/Opener.h"
+#include "framework/desktop/Helper.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FileType.h"
 #include "framework/files/SpecialFolder.h"
@@ -231,5 +231,5 @@ void FolderItem::MoveFileTo(const Ref<FolderItem>& destination) const {
 
 void FolderItem::Launch(bool) const {
     if (!path_.empty())
-        RunOpener("open", {path_});
+        RunHelper("ombrivel-opener", {"open", path_});
 }

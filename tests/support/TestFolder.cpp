@@ -7,6 +7,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <thread>
+
+#include <sys/wait.h>
 
 namespace {
 
@@ -48,6 +51,7 @@ void EnterPrivateHome() {
 }
 
 void LeavePrivateHome() {
+    AskedOfDesktop(); // helpers may still be writing
     fs::remove_all(home);
 }
 
@@ -66,6 +70,9 @@ Ref<FolderItem> NoPreferences() {
 }
 
 std::string AskedOfDesktop() {
+    siginfo_t helper{};
+    while (waitid(P_ALL, 0, &helper, WEXITED | WNOWAIT) == 0) // until there is none, and none is left to be buried
+        std::this_thread::yield();
     const std::string requests = ReadFile(home + "/asked");
     fs::remove(home + "/asked");
     return requests;

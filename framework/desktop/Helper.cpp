@@ -1,4 +1,4 @@
-#include "framework/desktop/Opener.h"
+#include "framework/desktop/Helper.h"
 
 #include "framework/files/ProgramFile.h"
 #include "framework/threads/MainThread.h"
@@ -8,10 +8,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <thread>
+
 namespace {
 
-// The signals that this process ignores are not to be ignored by what the helper starts.
-const posix_spawnattr_t* PlainSignals() {
+// In a session of its own, out of reach of what ends this program's, and without the signals that this process ignores:
+// they are not to be ignored by what the helper starts.
+const posix_spawnattr_t* Apart() {
     static const posix_spawnattr_t attributes = [] {
         posix_spawnattr_t made;
         posix_spawnattr_init(&made);
@@ -20,7 +23,7 @@ const posix_spawnattr_t* PlainSignals() {
         sigaddset(&signals, SIGPIPE);
         sigaddset(&signals, SIGXFSZ);
         posix_spawnattr_setsigdefault(&made, &signals);
-        posix_spawnattr_setflags(&made, POSIX_SPAWN_SETSIGDEF);
+        posix_spawnattr_setflags(&made, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSID);
         return made;
     }();
     return &attributes;
@@ -28,9 +31,9 @@ const posix_spawnattr_t* PlainSignals() {
 
 } // namespace
 
-void RunOpener(const std::string& verb, const std::vector<std::string>& arguments) {
-    const std::string program = PathBesideProgram("../libexec/ombrivel-opener");
-    std::vector<std::string> words{program, verb};
+void RunHelper(const std::string& name, const std::vector<std::string>& arguments) {
+    const std::string program = PathBesideProgram("../libexec/" + name);
+    std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
     pointers.reserve(words.size() + 1);
@@ -41,7 +44,7 @@ void RunOpener(const std::string& verb, const std::vector<std::string>& argument
     // On the main thread: a process inherits how far the starting thread stands back.
     RunOnMainThread([&] {
         pid_t child = 0;
-        if (posix_spawn(&child, program.c_str(), nullptr, PlainSignals(), pointers.data(), environ) == 0)
-            waitpid(child, nullptr, 0); // it puts itself into the background at once
+        if (posix_spawn(&child, program.c_str(), nullptr, Apart(), pointers.data(), environ) == 0)
+            std::thread([child] { waitpid(child, nullptr, 0); }).detach(); // or it would stay in the list of processes
     });
 }
