@@ -1,14 +1,12 @@
 #include "bench/Cost.h"
 
-#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
+#include <stdexcept>
 
 namespace {
 
@@ -66,12 +64,11 @@ Cost CostOfCommand(const std::vector<std::string>& words, const std::string& fol
         Become(words, folder);
     int status = 0;
     rusage usage{};
-    wait4(child, &status, 0, &usage);
+    if (child > 0)
+        wait4(child, &status, 0, &usage);
     const double wall = Now() - start;
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        std::fprintf(stderr, "%s failed\n", words[0].c_str());
-        std::_Exit(2);
-    }
+    if (child < 0 || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        throw std::runtime_error(words[0] + " failed");
     return {wall, ProcessorTime(usage)};
 }
 

@@ -13,7 +13,7 @@ struct Cost {
 // Runs `work` in this process and measures it; processor time of all threads counts.
 Cost CostOf(const std::function<void()>& work);
 
-// Runs a command to its end, in that folder, and measures it. A command that fails ends the measurements.
+// Runs a command to its end, in that folder, and measures it. Throws if the command fails.
 Cost CostOfCommand(const std::vector<std::string>& words, const std::string& folder);
 
 double Median(std::vector<double> values);

@@ -12,8 +12,8 @@
 #include <array>
 #include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
+#include <stdexcept>
 #include <string>
 
 namespace {
@@ -106,17 +106,16 @@ double TimeToPaint(xcb_connection_t* server, const std::string& program) {
     const auto start = Clock::now();
     const auto end = start + std::chrono::seconds(10);
     pid_t child = 0;
-    posix_spawn(&child, program.c_str(), nullptr, nullptr, words.data(), environ);
+    if (posix_spawn(&child, program.c_str(), nullptr, nullptr, words.data(), environ) != 0)
+        throw std::runtime_error(program + " does not start");
     AwaitWindow(server, end);
     while (!MiddleIsPainted(server) && Clock::now() < end)
         usleep(100);
     const std::chrono::duration<double> taken = Clock::now() - start;
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
-    if (start + taken >= end) {
-        std::fprintf(stderr, "%s shows nothing\n", program.c_str());
-        std::_Exit(2);
-    }
+    if (start + taken >= end)
+        throw std::runtime_error(program + " shows nothing");
     return taken.count();
 }
 

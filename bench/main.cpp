@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <string>
 #include <thread>
 
@@ -61,16 +62,21 @@ void Measure(const Arguments& arguments) {
     const auto wanted = [&](const char* name) {
         return arguments.options.only.empty() || arguments.options.only == name;
     };
-    if (wanted("lookup"))
-        MeasureLookup(arguments.options, report);
-    if (wanted("start"))
-        MeasureStart(arguments.options, report);
-    if (wanted("liveliness"))
-        MeasureLiveliness(arguments.options, report);
-    if (wanted("parts"))
-        MeasureManyParts(arguments.options, report);
-    if (wanted("transfers"))
-        MeasureTransfers(arguments.options, report);
+    try {
+        if (wanted("lookup"))
+            MeasureLookup(arguments.options, report);
+        if (wanted("start"))
+            MeasureStart(arguments.options, report);
+        if (wanted("liveliness"))
+            MeasureLiveliness(arguments.options, report);
+        if (wanted("parts"))
+            MeasureManyParts(arguments.options, report);
+        if (wanted("transfers"))
+            MeasureTransfers(arguments.options, report);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        std::_Exit(2);
+    }
     const bool holds = report.Write(arguments.json);
     std::fflush(nullptr);
     std::_Exit(holds ? 0 : 1);

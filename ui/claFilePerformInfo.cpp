@@ -4,6 +4,7 @@
 #include "engine/OnTheWay.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Number.h"
+#include "framework/threads/MainThread.h"
 #include "framework/windows/ProgressBar.h"
 #include "settings/Multilingual.h"
 #include "settings/claPreferences.h"
@@ -30,7 +31,10 @@ void claFilePerformInfo::SetStatus(const char* key, int32_t part) {
         statusKey_ = key;
         statusPart_ = part;
     }
-    RequestUpdate();
+    if (IsMainThread())
+        UpdateScreen();
+    else
+        RequestUpdate();
 }
 
 void claFilePerformInfo::UpdateScreen() {
@@ -44,7 +48,7 @@ void claFilePerformInfo::Update() {
 }
 
 void claFilePerformInfo::Close() {
-    UpdateScreen();
+    UpdateScreen(); // with the last status, even of a worker that was quick
     TakeOut(Parent->Info, Self(this));
     Parent->UpdateStatus();
     const Ref<App> app = App::Instance();

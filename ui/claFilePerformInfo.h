@@ -24,8 +24,8 @@ public:
     Ref<FolderItem> FileToShow; // what Close shows; nil for an operation that was stopped
     Ref<claThread> PerformThread;
 
-    // Sets Status to the text of that key with the number of a part, soon: of the thousands that a worker may tell in a
-    // second, only those are made that somebody could read. Any thread.
+    // Sets Status to the text of that key, a literal, with the number of a part. From a worker soon: of the thousands
+    // that it may tell in a second, only those are made that somebody could read. Any thread.
     void SetStatus(const char* key, int32_t part);
 
     // Asks for a repaint of the list. The workers do not call it: a new status reaches the screen with whatever

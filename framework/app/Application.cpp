@@ -18,6 +18,7 @@
 #include "framework/windows/OpenWindows.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QSocketNotifier>
@@ -28,7 +29,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <thread>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -179,7 +179,7 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
     DescribeToToolkit();
     const std::vector<std::string> paths = FilesToOpen(argumentCount, arguments);
-    readingFonts.Await();
+    readingFonts.Await(); // from here on, too, the environment may be changed
     if (HandOver(identity.Id, paths))
         return 0;
     ListenToEndSignals([] { SaveAndEnd(0); });

@@ -34,7 +34,8 @@ public:
     static void SpeakLanguage(const std::string& code);
     // The icon of all windows.
     static void SetIcon(const Ref<Picture>& icon);
-    // Runs the call from the event loop, once a window shows: for what a start need not wait for. Main thread.
+    // Runs the call from the event loop, the next time that a window has come to the screen: for what a start need not
+    // wait for. Main thread.
     static void AfterFirstPaint(std::function<void()> call);
 
     // Whether files, or a wish that the program come forward, have reached the process but none of the events below

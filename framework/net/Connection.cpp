@@ -15,15 +15,17 @@
 #include <cerrno>
 #include <chrono>
 #include <climits>
+#include <system_error>
 #include <thread>
 #include <utility>
 
 namespace {
 
 constexpr int kPatience = 10;                            // of a Poll, in milliseconds
-constexpr std::chrono::seconds kPatienceToConnect{30};   // with one address, while the event loop runs
+constexpr std::chrono::seconds kPatienceToConnect{30};   // with one address; in a Poll the system's own counts
 constexpr std::size_t kReadAhead = std::size_t(1) << 20; // fetched before the program has its turn
 constexpr std::size_t kPiece = std::size_t(64) * 1024;
+constexpr std::size_t kSentAtMost = std::size_t(1) << 20; // kept, of what has still more behind it
 
 constexpr int32_t kRefused = 100;
 constexpr int32_t kEnded = 101;
@@ -101,23 +103,31 @@ void TCPSocket::Connection::Abandon() {
 void TCPSocket::Connection::Open() {
     if (!std::exchange(begun_, false))
         return;
-    if (port_ < 0 || port_ > UINT16_MAX)
-        End(kNoSuchPort);
-    else
+    if (port_ >= 0 && port_ <= UINT16_MAX) {
         LookUp();
+    } else {
+        Note(kNoSuchPort);
+        End();
+    }
 }
 
 // On a thread of its own, since it may take long and can't be broken off.
 void TCPSocket::Connection::LookUp() {
     std::promise<Addresses> promise;
     lookup_ = promise.get_future();
-    std::thread([weak = weak_from_this(), host = address_, port = port_, promise = std::move(promise)]() mutable {
-        promise.set_value(Resolve(host, port));
-        PostToMainThread([weak] {
-            if (const auto connection = weak.lock())
-                connection->HostFound();
-        });
-    }).detach();
+    try {
+        std::thread([weak = weak_from_this(), host = address_, port = port_, promise = std::move(promise)]() mutable {
+            promise.set_value(Resolve(host, port));
+            PostToMainThread([weak] {
+                if (const auto connection = weak.lock())
+                    connection->HostFound();
+            });
+        }).detach();
+    } catch (const std::system_error& failure) {
+        lookup_ = {};
+        Note(CodeOf(failure.code().value()));
+        End();
+    }
 }
 
 TCPSocket::Connection::Addresses TCPSocket::Connection::Resolve(const std::string& host, int32_t port) {
@@ -136,10 +146,12 @@ void TCPSocket::Connection::HostFound() {
         return;
     addresses_ = lookup_.get();
     next_ = addresses_.get();
-    TryNextAddress(kUnknownHost);
+    if (next_ == nullptr)
+        Note(kUnknownHost);
+    TryNextAddress();
 }
 
-void TCPSocket::Connection::TryNextAddress(int32_t failure) {
+void TCPSocket::Connection::TryNextAddress() {
     while (next_ != nullptr) {
         const addrinfo& address = *std::exchange(next_, next_->ai_next);
         descriptor_ = socket(address.ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
@@ -149,16 +161,20 @@ void TCPSocket::Connection::TryNextAddress(int32_t failure) {
             attention_ = new Attention(*this, descriptor_);
             return;
         }
-        failure = CodeOf(errno);
+        Note(CodeOf(errno));
         Disregard();
     }
-    End(failure);
+    End();
 }
 
-// In a Poll only the system gives an address up.
 void TCPSocket::Connection::TimeOut() {
+    GiveAddressUp(ETIMEDOUT);
+}
+
+void TCPSocket::Connection::GiveAddressUp(int error) {
+    Note(CodeOf(error));
     Disregard();
-    TryNextAddress(CodeOf(ETIMEDOUT));
+    TryNextAddress();
 }
 
 void TCPSocket::Connection::Disregard() {
@@ -176,7 +192,9 @@ void TCPSocket::Connection::Write(std::string_view bytes) {
 
 void TCPSocket::Connection::Purge() {
     outgoing_.clear();
-    if (descriptor_ >= 0)
+    sent_ = 0;
+    Attend();
+    if (descriptor_ >= 0 && !connecting_)
         recv(descriptor_, nullptr, INT_MAX, MSG_TRUNC); // takes what is there, to nowhere
 }
 
@@ -224,27 +242,34 @@ void TCPSocket::Connection::Connected() {
     socklen_t size = sizeof error;
     getsockopt(descriptor_, SOL_SOCKET, SO_ERROR, &error, &size);
     if (error != 0) {
-        Disregard();
-        TryNextAddress(CodeOf(error));
+        GiveAddressUp(error);
         return;
     }
+    failure_ = 0;
     connecting_ = false;
     attention_->EndPatience();
     owner_->connected_ = true;
     Deliver("connected", [this] { owner_->Event_Connected(); });
 }
 
+// What can't be sent any more is dropped: the connection is at its end, which shows once all that came is read.
 void TCPSocket::Connection::Send() {
     const ssize_t count = send(descriptor_, outgoing_.data() + sent_, outgoing_.size() - sent_, MSG_NOSIGNAL);
     if (count < 0 && IsForLater(errno))
         return;
-    // What can't be sent any more is dropped: the connection has ended, which shows once all that came is read.
-    sent_ = count < 0 ? outgoing_.size() : sent_ + static_cast<std::size_t>(count);
-    if (sent_ < outgoing_.size())
-        return;
-    outgoing_.clear();
-    sent_ = 0;
-    Deliver("sent data", [this] { owner_->Event_SendComplete(false); });
+    if (count < 0) {
+        Note(CodeOf(errno));
+        shutdown(descriptor_, SHUT_RDWR);
+        sent_ = outgoing_.size();
+    } else {
+        sent_ += static_cast<std::size_t>(count);
+    }
+    if (sent_ == outgoing_.size() || sent_ >= kSentAtMost) {
+        outgoing_.erase(0, sent_);
+        sent_ = 0;
+    }
+    if (outgoing_.empty())
+        Deliver("sent data", [this, count] { owner_->Event_SendComplete(count < 0); });
 }
 
 void TCPSocket::Connection::Readable() {
@@ -258,10 +283,14 @@ void TCPSocket::Connection::Readable() {
             fetched += static_cast<std::size_t>(count);
         }
     } while (count > 0 && fetched < kReadAhead);
+    const bool ended = count == 0 || (count < 0 && !IsForLater(errno));
+    if (count < 0 && ended)
+        Note(CodeOf(errno));
+    // The end is found again, after the data that came before it.
     if (fetched > 0)
         Deliver("received data", [this] { owner_->Event_DataAvailable(); });
-    else if (count == 0 || !IsForLater(errno))
-        End(count == 0 ? kEnded : CodeOf(errno));
+    else if (ended)
+        End();
 }
 
 void TCPSocket::Connection::Deliver(const char* what, const std::function<void()>& event) {
@@ -272,9 +301,15 @@ void TCPSocket::Connection::Deliver(const char* what, const std::function<void()
     Attend();
 }
 
-void TCPSocket::Connection::End(int32_t failure) {
+// The first failure tells more than those that follow from it, or than those of addresses that are tried in its place.
+void TCPSocket::Connection::Note(int32_t failure) {
+    if (failure_ == 0)
+        failure_ = failure;
+}
+
+void TCPSocket::Connection::End() {
     const Ref<TCPSocket> owner = owner_;
-    owner->lastErrorCode_ = failure;
+    owner->lastErrorCode_ = failure_ == 0 ? kEnded : failure_;
     owner->Close();
     EventEdge::Run("end of a connection", [&owner] { owner->Event_Error(); });
 }

@@ -45,8 +45,9 @@ private:
     void Open();
     void LookUp();
     void HostFound();
-    void TryNextAddress(int32_t failure); // of the last one
+    void TryNextAddress();
     void TimeOut();
+    void GiveAddressUp(int error);
     void Disregard();
     void Attend();
     bool WantsToWrite() const;
@@ -56,7 +57,8 @@ private:
     void Connected();
     void Send();
     void Deliver(const char* what, const std::function<void()>& event);
-    void End(int32_t failure);
+    void Note(int32_t failure);
+    void End();
 
     const Ref<TCPSocket> owner_; // kept alive until it lets go of this
     std::string address_;
@@ -71,4 +73,5 @@ private:
     bool delivering_ = false;
     std::string outgoing_;
     std::size_t sent_ = 0; // of those bytes
+    int32_t failure_ = 0;  // the first one met on the way, 0 for none
 };

@@ -16,7 +16,7 @@ public:
     virtual void Connect() = 0;
     // Ends the connection, if any, without a further event of it. What was received stays readable.
     virtual void Close() = 0;
-    // Drops all data that wait to be read. What waits to be sent goes with Close.
+    // Drops all data that wait to be read or sent.
     virtual void Purge() = 0;
     // Gives the socket a turn and raises the events that are due; waits for something to do, up to some milliseconds.
     // For loops that do not return to the event loop.
@@ -32,6 +32,6 @@ protected:
     virtual void Event_DataAvailable() {}
     // Connecting has failed, or the open connection has ended, in whatever way; all its data have been announced.
     virtual void Event_Error() {}
-    // All that was written has been handed to the system.
+    // All that was written has been handed to the system, or dropped as the connection is at its end.
     virtual void Event_SendComplete(bool /*aborted*/) {}
 };

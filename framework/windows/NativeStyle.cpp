@@ -23,6 +23,7 @@ QIcon Arrow(const QStyle& style, QStyle::PrimitiveElement direction) {
     return QIcon(picture);
 }
 
+// As the toolkit's own style has it, but for its lines: those go through threads, which are made for the first of them.
 void DrawToolbar(QPainter& painter, const QStyleOption& option) {
     const QColor window = option.palette.window().color();
     QLinearGradient background(option.rect.topLeft(), option.rect.bottomLeft());
@@ -46,7 +47,7 @@ QIcon NativeStyle::standardIcon(StandardPixmap which, const QStyleOption* option
 
 void NativeStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const {
-    if (element == CE_ToolBar)
+    if (element == CE_ToolBar && baseStyle()->inherits("QFusionStyle"))
         DrawToolbar(*painter, *option);
     else
         QProxyStyle::drawControl(element, option, painter, widget);

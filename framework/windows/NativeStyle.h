@@ -4,9 +4,9 @@
 
 #include <QProxyStyle>
 
-// The desktop's own style, apart from two things that a start would have to wait for. Bars ask at their making for the
-// arrow that they show when they grow too narrow: the toolkit would read it from a file, and first load its plug-ins
-// for all formats of pictures. And the lines around a toolbar go through threads, which are made for the first of them.
+// The desktop's own style, apart from what a start would have to wait for. Bars ask at their making for the arrow that
+// they show when they grow too narrow: the toolkit would read it from a file, and first load its plug-ins for all
+// formats of pictures. And where the style is the toolkit's own, toolbars are painted here, in a simpler way.
 class NativeStyle : public QProxyStyle {
 public:
     QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override;
