@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -47,6 +48,15 @@ Arguments Parse(int count, char** words) {
     return arguments;
 }
 
+// Where the program that is measured is at home.
+std::unique_ptr<Scratch> home;
+
+[[noreturn]] void End(int exitCode) {
+    home = nullptr;
+    std::fflush(nullptr);
+    std::_Exit(exitCode);
+}
+
 // Nothing but the moving of bytes is to be measured.
 void QuietPreferences() {
     claPreferences& preferences = *App::Instance()->Preferences;
@@ -75,23 +85,21 @@ void Measure(const Arguments& arguments) {
             MeasureTransfers(arguments.options, report);
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "%s\n", failure.what());
-        std::_Exit(2);
+        End(2);
     }
-    const bool holds = report.Write(arguments.json);
-    std::fflush(nullptr);
-    std::_Exit(holds ? 0 : 1);
+    End(report.Write(arguments.json) ? 0 : 1);
 }
 
 } // namespace
 
 int main(int count, char** words) {
     const Arguments arguments = Parse(count, words);
-    const Scratch home(arguments.options.folder);
+    home = std::make_unique<Scratch>(arguments.options.folder);
     // The user's own preferences, trash and running instance stay out of it.
-    setenv("HOME", home.Path().c_str(), 1);
-    setenv("XDG_CONFIG_HOME", home.Path().c_str(), 1);
-    setenv("XDG_DATA_HOME", home.Path().c_str(), 1);
-    setenv("XDG_RUNTIME_DIR", home.Path().c_str(), 1);
+    setenv("HOME", home->Path().c_str(), 1);
+    setenv("XDG_CONFIG_HOME", home->Path().c_str(), 1);
+    setenv("XDG_DATA_HOME", home->Path().c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", home->Path().c_str(), 1);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     unsetenv("DBUS_SESSION_BUS_ADDRESS");
 
