@@ -49,9 +49,10 @@ public:
     }
 
 protected:
-    void paintEvent(QPaintEvent*) override {
+    void paintEvent(QPaintEvent* event) override {
         const NoYield noYield;
         QPainter painter(this);
+        painter.setClipRegion(event->region()); // for the drawing to know what is wanted
         Graphics graphics = MakeGraphics(painter);
         if (!canvas_.Backdrop.IsNil()) {
             painter.fillRect(rect(), palette().window());

@@ -4,13 +4,24 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QFontMetrics>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
 int32_t OrNatural(int32_t size, int32_t natural) {
     return size == kNaturalSize ? natural : size;
+}
+
+// Whether a line of that font on that baseline lies wholly above or below what is to be painted. Setting text is what
+// painting costs most, and a bar's step has the rows beneath it painted along, where no text stands.
+bool MissesLine(const QPainter& painter, const QFontMetrics& font, int32_t baseline) {
+    const QRegion wanted = painter.clipRegion();
+    return painter.hasClipping() && std::none_of(wanted.begin(), wanted.end(), [&](const QRect& area) {
+               return area.top() <= baseline + font.descent() && baseline - font.ascent() <= area.bottom();
+           });
 }
 
 // Device pixels per pixel.
@@ -41,11 +52,13 @@ void Graphics::DrawString(const std::string& text, int32_t x, int32_t baseline, 
                           bool /*condense*/) {
     QFont font = QApplication::font();
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(TextSize))));
-    const QString shown = ToScreen(text);
+    const QFontMetrics metrics(font);
     for (QPainter* painter : native_->painters) {
+        if (MissesLine(*painter, metrics, baseline))
+            continue;
         painter->setFont(font);
         painter->setPen(QColor(QRgb(ForeColor)));
-        painter->drawText(QPoint(x, baseline), shown);
+        painter->drawText(QPoint(x, baseline), ToScreen(text));
     }
 }
 

@@ -31,8 +31,8 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    // Every second frame of a common display: smooth enough for bars and texts, and half as dear to a fast transfer.
-    static constexpr std::chrono::milliseconds kFrame{33};
+    // Every third frame of a common display: smooth enough for bars and texts, and a third as dear to a fast transfer.
+    static constexpr std::chrono::milliseconds kFrame{50};
 
     void ServeWithNextFrame() {
         const auto next = std::chrono::ceil<std::chrono::milliseconds>(servedLast_ + kFrame - Clock::now());
