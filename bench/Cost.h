@@ -16,16 +16,14 @@ Cost CostOf(const std::function<void()>& work);
 // Runs a command to its end, in that folder, and measures it. Throws if the command fails.
 Cost CostOfCommand(const std::vector<std::string>& words, const std::string& folder);
 
-double Median(std::vector<double> values);
-
 // Two sides of a measure.
 struct Ratio {
-    double ratio = 0;           // median of the pairs' ratios
-    double ours = 0, peers = 0; // medians, seconds
+    double ratio = 0;
+    double ours = 0, peers = 0; // the least of all rounds, seconds
 };
 struct Comparison {
     Ratio wall, cpu;
 };
 
-// Pair by pair, A B A B ..., after one pair that is not counted.
+// Pair by pair, A B A B ..., that many.
 Comparison Compare(int rounds, const std::function<Cost()>& ours, const std::function<Cost()>& peer);

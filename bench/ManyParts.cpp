@@ -11,24 +11,22 @@ namespace {
 
 constexpr int32_t kPartSize = 64 * 1024;
 
-void RemoveParts(const Scratch& scratch, int parts) {
+void RemoveParts(const Scratch& scratch) {
     scratch.RemoveAll("film.", "film");
-    WarmMemory(uint64_t(parts) * kPartSize);
 }
 
-void RemoveTarget(const Scratch& scratch, int parts) {
+void RemoveTarget(const Scratch& scratch) {
     unlink(scratch.At("film").c_str());
     sync();
-    WarmMemory(uint64_t(parts) * kPartSize);
 }
 
-Cost CutOnce(const Scratch& scratch, int parts) {
-    RemoveParts(scratch, parts);
+Cost CutOnce(const Scratch& scratch) {
+    RemoveParts(scratch);
     return CostOf([&] { Cut(scratch.At("film"), kPartSize); });
 }
 
-Cost GlueOnce(const Scratch& scratch, int parts) {
-    RemoveTarget(scratch, parts);
+Cost GlueOnce(const Scratch& scratch) {
+    RemoveTarget(scratch);
     return CostOf([&] { Glue(scratch.At("film.001")); });
 }
 
@@ -41,8 +39,8 @@ Pair TimesFor(const std::string& folder, int parts) {
     MakeFile(scratch.At("film"), uint64_t(parts) * kPartSize);
     Pair least{1e9, 1e9};
     for (int run = 0; run < 3; ++run) {
-        least.cut = std::min(least.cut, CutOnce(scratch, parts).wall);
-        least.glue = std::min(least.glue, GlueOnce(scratch, parts).wall);
+        least.cut = std::min(least.cut, CutOnce(scratch).wall);
+        least.glue = std::min(least.glue, GlueOnce(scratch).wall);
     }
     return least;
 }
@@ -52,23 +50,24 @@ Pair TimesFor(const std::string& folder, int parts) {
 void MeasureManyParts(const BenchOptions& options, Report& report) {
     const int parts = static_cast<int>(20000 * options.scale);
     const std::string measure = " " + std::to_string(parts) + " parts of 64 KiB";
+    const WarmMemory warm(uint64_t(parts) * kPartSize * 3); // the whole, its parts and what holds them
     {
         const Scratch scratch(options.folder);
         MakeFile(scratch.At("film"), uint64_t(parts) * kPartSize);
         const Comparison cut = Compare(
-            options.rounds, [&] { return CutOnce(scratch, parts); },
+            options.FewRounds(), [&] { return CutOnce(scratch); },
             [&] {
-                RemoveParts(scratch, parts);
+                RemoveParts(scratch);
                 return CostOfCommand({"split", "-b", std::to_string(kPartSize), "-d", "-a", "6", "film", "film."},
                                      scratch.Path());
             });
         report.Add("cut into" + measure, "wall, ratio to split", cut.wall, 1.5);
-        RemoveParts(scratch, parts);
+        RemoveParts(scratch);
         Cut(scratch.At("film"), kPartSize);
         const Comparison glue = Compare(
-            options.rounds, [&] { return GlueOnce(scratch, parts); },
+            options.FewRounds(), [&] { return GlueOnce(scratch); },
             [&] {
-                RemoveTarget(scratch, parts);
+                RemoveTarget(scratch);
                 // In the order of the numbers, which is not that of the names from part 1000 on.
                 return CostOfCommand({"sh", "-c", "ls -v film.* | xargs -n 100000 cat > film"}, scratch.Path());
             });

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <filesystem>
 #include <random>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,8 @@ namespace {
 
 constexpr int kMostLooks = 100;
 constexpr useconds_t kBetweenLooks = 50'000;
+constexpr std::size_t kPage = 4096;
+constexpr std::size_t kBetweenKept = 128 * kPage;
 
 uint64_t FreeBytesAtOnce(const std::string& path) {
     const int descriptor = open(path.c_str(), O_RDONLY);
@@ -29,6 +32,12 @@ uint64_t FreeBytesAtOnce(const std::string& path) {
     fstatvfs(descriptor, &status);
     close(descriptor);
     return uint64_t(status.f_bavail) * status.f_frsize;
+}
+
+uint64_t FreeMemory() {
+    struct sysinfo system {};
+    sysinfo(&system);
+    return uint64_t(system.freeram) * system.mem_unit;
 }
 
 bool Succeeds(const std::string& command) {
@@ -91,16 +100,18 @@ uint64_t FreeBytes(const std::string& path) {
     return now;
 }
 
-void WarmMemory(uint64_t bytes) {
-    struct sysinfo system {};
-    sysinfo(&system);
-    const std::size_t size = std::min<uint64_t>(bytes, uint64_t(system.freeram) * system.mem_unit / 10 * 9);
-    void* const memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED)
-        return;
-    madvise(memory, size, MADV_HUGEPAGE);
-    std::memset(memory, 1, size);
-    munmap(memory, size);
+WarmMemory::WarmMemory(uint64_t bytes) : size_(std::min<uint64_t>(bytes, FreeMemory() / 10 * 9)) {
+    memory_ = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory_ == MAP_FAILED)
+        throw std::runtime_error("no memory to warm");
+    auto* const pages = static_cast<char*>(memory_);
+    std::memset(pages, 1, size_);
+    for (std::size_t at = 0; at + kBetweenKept < size_; at += kBetweenKept)
+        madvise(pages + at + kPage, kBetweenKept - kPage, MADV_DONTNEED);
+}
+
+WarmMemory::~WarmMemory() {
+    munmap(memory_, size_);
 }
 
 LoopMount::LoopMount(const std::string& kind, const std::string& folder, uint64_t bytes) : point_(folder + "/" + kind) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -27,10 +28,21 @@ void MakeFile(const std::string& path, uint64_t bytes);
 // deleted files held comes back late.
 uint64_t FreeBytes(const std::string& path);
 
-// Takes that much memory, as far as it is free, and gives it back. To be called before a run that is measured and will
-// fill the page cache: the host of a virtual machine takes away what lies free, and getting it back costs several times
-// what copying into it does, to the one side or the other as it happens.
-void WarmMemory(uint64_t bytes);
+// Keeps that much memory, as far as it is free, ready for the files of a measure while this lives. The host of a
+// virtual machine takes away what lies free in large pieces, and getting it back costs several times what copying into
+// it does, to the one side or the other as it happens. So all of it is used once and given back but for a page here and
+// there, which leaves no large piece.
+class WarmMemory {
+public:
+    explicit WarmMemory(uint64_t bytes);
+    ~WarmMemory();
+    WarmMemory(const WarmMemory&) = delete;
+    WarmMemory& operator=(const WarmMemory&) = delete;
+
+private:
+    void* memory_;
+    std::size_t size_;
+};
 
 // A file system of that kind ("btrfs", "xfs") in an image file, mounted while this lives.
 class LoopMount {

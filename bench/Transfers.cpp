@@ -20,14 +20,15 @@ void MeasureOn(const std::string& place, const std::string& folder, uint64_t siz
     const Scratch scratch(folder);
     MakeFile(scratch.At("film"), size);
     const std::string measure = " " + std::to_string(size / 1048576) + " MiB, " + place;
+    const bool shares = bounds.cut < 1;
+    const int rounds = shares ? options.FewRounds() : options.rounds;
 
     const auto clearParts = [&] {
         scratch.RemoveAll("film", "film");
         FreeBytes(scratch.Path()); // waits for the space to be free
-        WarmMemory(size);
     };
     const Comparison cut = Compare(
-        options.rounds,
+        rounds,
         [&] {
             clearParts();
             return CostOf([&] { Cut(scratch.At("film"), kPartSize); });
@@ -43,23 +44,21 @@ void MeasureOn(const std::string& place, const std::string& folder, uint64_t siz
     scratch.RemoveAll("film", "film");
     const uint64_t before = FreeBytes(scratch.Path());
     Cut(scratch.At("film"), kPartSize);
-    if (bounds.cut < 1)
+    if (shares)
         report.Add("cut" + measure, "free space taken, share of the file",
                    (double(before) - double(FreeBytes(scratch.Path()))) / double(size), 0.05);
     unlink(scratch.At("film").c_str());
 
     // Where blocks can be shared, cat by itself shares them too: through a pipe it copies.
-    const bool shares = bounds.cut < 1;
     const std::string catCommand =
         shares ? "cat film.[0-9][0-9][0-9] | cat > film" : "exec cat film.[0-9][0-9][0-9] > film";
     const std::string peer = shares ? "ratio to cat through a pipe" : "ratio to cat";
     const auto clearTarget = [&] {
         unlink(scratch.At("film").c_str());
         FreeBytes(scratch.Path());
-        WarmMemory(size);
     };
     const Comparison glue = Compare(
-        options.rounds,
+        rounds,
         [&] {
             clearTarget();
             return CostOf([&] { Glue(scratch.At("film.001")); });
@@ -85,6 +84,7 @@ void MeasureOnSharing(const std::string& kind, uint64_t size, const BenchOptions
 
 void MeasureTransfers(const BenchOptions& options, Report& report) {
     const auto size = static_cast<uint64_t>(std::llround(4 * options.scale * double(kGiB) / kPartSize)) * kPartSize;
+    const WarmMemory warm(size * 9 / 4); // the file, its parts and what holds them
     MeasureOn("disk", options.folder, size, options, {1.0, 1.05}, report);
     if (access("/dev/shm", W_OK) == 0)
         MeasureOn("tmpfs", "/dev/shm", size, options, {1.0, 1.05}, report);
