@@ -30,12 +30,6 @@ void LoopbackPeer::Send(std::string_view bytes) {
         bytes.remove_prefix(static_cast<std::size_t>(size));
 }
 
-void LoopbackPeer::Reset() {
-    const linger now{1, 0};
-    setsockopt(descriptor_, SOL_SOCKET, SO_LINGER, &now, sizeof now);
-    Close();
-}
-
 LoopbackServer::LoopbackServer(int queue) : LoopbackSocket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     sockaddr_in address{};
     address.sin_family = AF_INET;

@@ -28,7 +28,6 @@ public:
     std::string Read();
     // Stops where the client does not take it any more.
     void Send(std::string_view bytes);
-    void Reset();
 };
 
 // Listens on a port of its own, on the loopback address. Once closed, connections are refused.

@@ -19,15 +19,15 @@ std::string Between(const std::string& text, const std::string& from, const std:
     return text.substr(start, text.find(to, start) - start);
 }
 
+bool Tell(const std::string& /*realm*/, const Ref<InternetHeaders>&, std::string& name, std::string& password) {
+    name = "Aladdin";
+    password = "open sesame";
+    return true;
+}
+
 class HTTPCredentialsTest : public HTTPTest {
 protected:
-    HTTPCredentialsTest() {
-        client->AuthenticationRequired = [this](auto&&, auto&&, std::string& forName, std::string& forPassword) {
-            forName = name;
-            forPassword = "open sesame";
-            return true;
-        };
-    }
+    HTTPCredentialsTest() { client->AuthenticationRequired = Tell; }
 
     // The value of the header with which the client repeats its request.
     std::string ReplyTo(const std::string& challenge) {
@@ -37,8 +37,6 @@ protected:
         Answer(kPage);
         return Between(request, "\r\nAuthorization: ", "\r\n\r\n");
     }
-
-    std::string name = "Aladdin";
 };
 
 } // namespace
@@ -48,11 +46,6 @@ TEST_F(HTTPCredentialsTest, RepeatTheRequestOnce) {
     EXPECT_EQ(client->told, "connected|connected|headers 200 0|progress 3/0 yes|page 200 yes");
     const std::jthread serving = AnswerAside({Challenge("Basic x"), kPage});
     EXPECT_EQ(client->Get(url, 20), "yes");
-    name = std::string(60, 'a');
-    EXPECT_EQ(ReplyTo("basic x"),
-              "Basic YWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFh\r\n"
-              "YWFhOm9wZW4gc2VzYW1l")
-        << "long ones are wrapped within the header";
 }
 
 TEST_F(HTTPCredentialsTest, AnswerADigestChallengeInTheirOwnWay) {
@@ -89,7 +82,8 @@ TEST_F(HTTPCredentialsTest, LeaveTheRefusalAsThePageWhereThereIsNoAnswer) {
 
 TEST_F(HTTPCredentialsTest, AreAskedForApartByTheProxy) {
     const TestFolder folder;
-    client->ProxyAuthenticationRequired = std::exchange(client->AuthenticationRequired, nullptr);
+    client->ProxyAuthenticationRequired = Tell;
+    client->AuthenticationRequired = nullptr;
     client->Get(url, folder.Item("film"));
     Served().Send("HTTP/1.0 407 No\r\nProxy-Authenticate: Basic realm=\"cave\"\r\n\r\nno");
     Answer(kPage);

@@ -37,7 +37,7 @@ TEST_F(HTTPReplyTest, IsToldAsItCame) {
     EXPECT_EQ(client->told, "connected|headers 200 1");
 }
 
-TEST_F(HTTPReplyTest, IsMissingForThatReason) {
+TEST_F(HTTPReplyTest, TellsWhyThereIsNone) {
     server.Close();
     const std::pair<std::string, int> cases[] = {{url, 100}, {std::string(64, 'a'), 102}, {"127.0.0.1:70000", 103}};
     for (const auto& [address, code] : cases) {
@@ -81,8 +81,7 @@ TEST_F(HTTPReplyTest, IsDroppedByAHandlerThatBeginsAnotherRequest) {
     // A refusal whose connection is closed while its data are handled has its end there.
     client->ReceiveProgress = [this](auto&&...) { client->Close(); };
     client->Get(url);
-    LoopbackPeer refused = Served();
-    refused.Send("HTTP/1.0 401 No\r\n\r\nno");
+    Served().Send("HTTP/1.0 401 No\r\n\r\nno");
     EXPECT_TRUE(WaitUntil([this] { return client->told.ends_with("page 401 no"); }));
 }
 
