@@ -58,7 +58,7 @@ TEST_F(Updates, AWebServerServesTheCheckAtTheStartAndTheDownload) {
     WriteFile(download, bytes + "more, of an earlier download");
     std::string http = "access_log off; server { root site; listen " + server.Host() + "; }";
     for (const std::string kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
-        http += kind + "_temp_path " + kind + ";";
+        http.append(kind).append("_temp_path ").append(kind).append(";");
     WriteFile(File("web.conf"), "daemon off; master_process off; pid web.pid; events {} http { " + http + " }");
     Process web({kWebServer, "-p", File("").string(), "-c", "web.conf", "-e", "web-errors"},
                 {{}, File(""), File("web-output")});

@@ -1,4 +1,3 @@
-#include "framework/threads/MainThread.h"
 #include "tests/update/HTTPTest.h"
 
 #include <sys/resource.h>
@@ -7,24 +6,24 @@ namespace {
 
 using HTTPReplyTest = HTTPTest;
 
-const std::string ok = "HTTP/1.0 200 OK\r\n";
+const std::string kOk = "HTTP/1.0 200 OK\r\n";
 
 } // namespace
 
 TEST_F(HTTPReplyTest, IsToldAsItCame) {
     const std::pair<std::string, std::string> cases[] = {
-        {ok + "A: b\r\ncontent-LENGTH: 5\r\n\r\nhello", "|headers 200 2|progress 5/5 hello|page 200 hello"},
-        {ok + "Content-length: 99\r\n\r\nabc", "|headers 200 1|progress 3/99 abc|page 200 abc"},
-        {ok + "Content-length: 3221225472\r\n\r\n", "|headers 200 1|progress 0/-1073741824 |page 200 "},
-        {ok + "Content-length: inf\r\n\r\n", "|headers 200 1|progress 0/0 |page 200 "},
+        {kOk + "A: b\r\ncontent-LENGTH: 5\r\n\r\nhello", "|headers 200 2|progress 5/5 hello|page 200 hello"},
+        {kOk + "Content-length: 99\r\n\r\nabc", "|headers 200 1|progress 3/99 abc|page 200 abc"},
+        {kOk + "Content-length: 3221225472\r\n\r\n", "|headers 200 1|progress 0/-1073741824 |page 200 "},
+        {kOk + "Content-length: inf\r\n\r\n", "|headers 200 1|progress 0/0 |page 200 "},
         {"HTTP/1.0 301 Moved\r\nLocation: http://127.0.0.1:1/\r\n\r\n", "|headers 301 1|progress 0/0 |page 301 "},
-        {ok + "Transfer-Encoding: chunked\r\n\r\n1\r\na\r\n0",
+        {kOk + "Transfer-Encoding: chunked\r\n\r\n1\r\na\r\n0",
          "|headers 200 1|progress 7/0 1\r\na\r\n0|page 200 1\r\na\r\n0"},
         {"\xFFnonsense\r\n\r\nx", "|headers 0 0|progress 1/0 x|page 0 x"},
         {"HTTP/1.0 200 OK\n\nx\r\n\r\ny", "|headers 200 0|progress 1/0 y|page 200 y"}, // the second kind of blank line
         {"HTTP/1.0 401 No\r\nWWW-Authenticate: Basic x\r\n\r\nno", "|headers 401 1|progress 2/0 no|page 401 no"},
         {"", "|page 0 nil "},
-        {ok + "A: b\r\n", ""}}; // headers without an end have none either
+        {kOk + "A: b\r\n", ""}}; // headers without an end have none either
     for (const auto& [reply, told] : cases) {
         client->told.clear();
         client->Get(url);
@@ -33,7 +32,7 @@ TEST_F(HTTPReplyTest, IsToldAsItCame) {
     }
     client->told.clear();
     client->GetHeaders(url);
-    Answer(ok + "A: b\r\n\r\nbody");
+    Answer(kOk + "A: b\r\n\r\nbody");
     EXPECT_EQ(client->told, "connected|headers 200 1");
 }
 
@@ -54,15 +53,15 @@ TEST_F(HTTPReplyTest, OfAnEarlierRequestIsDroppedButNotByOneWhoseFileCannotBeUse
     client->Get(url);
     LoopbackPeer one = Served();
     client->Get(url);
-    one.Send(ok + "\r\none");
+    one.Send(kOk + "\r\none");
     client->Get(url, folder.Item("film")->Parent());
-    Answer(ok + "\r\ntwo");
+    Answer(kOk + "\r\ntwo");
     EXPECT_EQ(client->told, "connected|error 1|connected|headers 200 0|progress 3/0 two|page 200 two");
 }
 
 TEST_F(HTTPReplyTest, IsDroppedByAHandlerThatBeginsAnotherRequest) {
     const auto beginIn = [this](auto& handler, const std::string& before) {
-        const std::jthread serving = AnswerAside({ok + "\r\none", ok + "\r\ntwo", ok + "\r\nthree"});
+        const std::jthread serving = AnswerAside({kOk + "\r\none", kOk + "\r\ntwo", kOk + "\r\nthree"});
         handler = [this, &handler, own = handler](auto&&...) {
             handler = own;
             EXPECT_EQ(client->Get(url, 20), "two");
@@ -92,12 +91,10 @@ TEST_F(HTTPReplyTest, WaitsForAHandlerThatTakesItsTime) {
     client->HeadersReceived = [&](auto&&...) {
         peer.Send(Pattern(100'000));
         peer.Close();
-        bool served = false;
-        PostToMainThread([&] { PostToMainThread([&] { served = true; }); });
-        WaitUntil([&] { return served; });
+        WaitUntil([] { return false; }, std::chrono::milliseconds(100));
         EXPECT_EQ(client->told, "connected");
     };
-    peer.Send(ok + "Content-length: 4\r\n\r");
+    peer.Send(kOk + "Content-length: 4\r\n\r");
     EXPECT_TRUE(WaitUntil([&] { return !client->Lookahead().empty(); }));
     peer.Send("\nhead"); // of the length that was promised, which ends nothing
     EXPECT_TRUE(WaitUntil([&] { return client->ends == 1; }));
@@ -120,7 +117,7 @@ TEST_F(HTTPReplyTest, TakesLittleMemoryIntoAFile) {
     client->ReceiveProgress = nullptr;
     client->Get(url, folder.Item("film"));
     std::jthread sender([piece = Pattern(1 << 20), peer = Served()]() mutable {
-        peer.Send(ok + "\r\n");
+        peer.Send(kOk + "\r\n");
         for (int i = 0; i < 64; ++i)
             peer.Send(piece);
         peer.Close();

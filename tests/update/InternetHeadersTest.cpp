@@ -54,7 +54,8 @@ TEST(InternetHeadersTest, OfAMailAreWrittenInTheirOrder) {
 TEST(InternetHeadersTest, EndAtTheSamePlaceInWhateverPiecesTheyCome) {
     for (const std::string end : {"\r\n", "\n", "\r"}) {
         const std::string head = "HTTP/1.0 200 OK" + end + "A: b";
-        const std::string reply = head + end + end + end + "x"; // a body with a line end in front
+        // The body has a line end in front.
+        const std::string reply = std::string(head).append(end).append(end).append(end).append("x");
         for (std::size_t piece = 1; piece < head.size() + 2 * end.size(); ++piece) {
             HeaderEnd found;
             EXPECT_FALSE(found.Find(reply.substr(0, piece)));
