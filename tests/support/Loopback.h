@@ -3,53 +3,45 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
-// The server's end of a connection, which does just what a test has it do. Reads and writes block.
-class LoopbackPeer {
+// A socket that does just what a test has it do. It is closed, in good order, with this object at the latest.
+class LoopbackSocket {
 public:
-    explicit LoopbackPeer(int descriptor) : descriptor_(descriptor) {}
-    ~LoopbackPeer() { Close(); }
-    LoopbackPeer(LoopbackPeer&& other) noexcept;
-    LoopbackPeer& operator=(LoopbackPeer&&) = delete;
-    LoopbackPeer(const LoopbackPeer&) = delete;
-    LoopbackPeer& operator=(const LoopbackPeer&) = delete;
+    explicit LoopbackSocket(int descriptor) : descriptor_(descriptor) {}
+    LoopbackSocket(LoopbackSocket&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    ~LoopbackSocket() { Close(); }
 
-    bool HasInput() const; // bytes or the end of the connection
-    // The headers of a request with their blank line, and after a Content-length the body.
-    std::string ReadRequest();
-    // False once the client does not take it any more.
-    bool Send(std::string_view bytes);
-    void Close(); // in good order
-    void Reset();
+    bool HasInput() const; // bytes, the end of the connection, or a client to be accepted
+    void Close();
 
-private:
-    bool ReadMore(std::string& text);
-
+protected:
     int descriptor_;
 };
 
-// Whether a server takes connections at that port of the loopback address.
-bool IsServed(uint16_t port);
+// The server's end of a connection. Reads and writes block.
+class LoopbackPeer : public LoopbackSocket {
+public:
+    using LoopbackSocket::LoopbackSocket;
 
-// Listens on a port of its own, on the loopback address.
-class LoopbackServer {
+    // What has come, at least something: a short request comes in one piece. Empty at the end.
+    std::string Read();
+    // Stops where the client does not take it any more.
+    void Send(std::string_view bytes);
+};
+
+// Listens on a port of its own, on the loopback address. Once closed, connections are refused.
+class LoopbackServer : public LoopbackSocket {
 public:
     // No more than `queue` + 1 clients wait to be accepted; others wait for the connection itself.
     explicit LoopbackServer(int queue = 8);
-    ~LoopbackServer();
-    LoopbackServer(const LoopbackServer&) = delete;
-    LoopbackServer& operator=(const LoopbackServer&) = delete;
 
     uint16_t Port() const { return port_; }
     std::string Host() const { return "127.0.0.1:" + std::to_string(port_); }
     std::string Url(const std::string& path) const { return "http://" + Host() + path; }
-    bool HasClient() const; // to be accepted
     // Waits for a client.
     LoopbackPeer Accept();
-    // Connections are refused from now on.
-    void Stop();
 
 private:
-    int descriptor_;
     uint16_t port_ = 0;
 };

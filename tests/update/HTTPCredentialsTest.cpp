@@ -1,12 +1,14 @@
-#include "tests/update/HTTPClient.h"
+#include "tests/update/HTTPTest.h"
 
 #include <QCryptographicHash>
 
-#include <gtest/gtest.h>
-
-#include <thread>
-
 namespace {
+
+const std::string kPage = "HTTP/1.0 200 OK\r\n\r\nyes";
+
+std::string Challenge(const std::string& challenge) {
+    return "HTTP/1.0 401 No\r\nWWW-Authenticate: " + challenge + "\r\n\r\nno";
+}
 
 std::string Md5(const std::string& text) {
     return QCryptographicHash::hash(QByteArray::fromStdString(text), QCryptographicHash::Md5).toHex().toStdString();
@@ -17,69 +19,42 @@ std::string Between(const std::string& text, const std::string& from, const std:
     return text.substr(start, text.find(to, start) - start);
 }
 
-class HTTPCredentialsTest : public testing::Test {
-protected:
-    HTTPCredentialsTest() {
-        client->AuthenticationRequired = [this](const std::string& ofRealm, const Ref<InternetHeaders>&,
-                                                std::string& forName, std::string& forPassword) {
-            realm = ofRealm;
-            forName = name;
-            forPassword = "open sesame";
-            return true;
-        };
-    }
+bool Tell(const std::string& /*realm*/, const Ref<InternetHeaders>&, std::string& name, std::string& password) {
+    name = "Aladdin";
+    password = "open sesame";
+    return true;
+}
 
-    // The value of the header with which the client repeats its request after that challenge.
+class HTTPCredentialsTest : public HTTPTest {
+protected:
+    HTTPCredentialsTest() { client->AuthenticationRequired = Tell; }
+
+    // The value of the header with which the client repeats its request.
     std::string ReplyTo(const std::string& challenge) {
         client->Get(url);
-        {
-            HTTPExchange exchange(server);
-            EXPECT_EQ(exchange.request.find("Authorization"), std::string::npos) << "a credential serves one request";
-            exchange.peer.Send("HTTP/1.0 401 No\r\nWWW-Authenticate: " + challenge + "\r\n\r\nno");
-        }
-        return Between(Answer(server, *client, "HTTP/1.0 200 OK\r\n\r\nyes"), "\r\nAuthorization: ", "\r\n\r\n");
+        Served().Send(Challenge(challenge));
+        EXPECT_EQ(request.find("Authorization"), std::string::npos) << "a credential serves one request";
+        Answer(kPage);
+        return Between(request, "\r\nAuthorization: ", "\r\n\r\n");
     }
-
-    LoopbackServer server;
-    const Ref<HTTPClient> client = New<HTTPClient>();
-    const std::string url = server.Url("/secret");
-    std::string name = "Aladdin";
-    std::string realm;
 };
 
 } // namespace
 
-TEST_F(HTTPCredentialsTest, RepeatsTheRequestOnce) {
+TEST_F(HTTPCredentialsTest, RepeatTheRequestOnce) {
     EXPECT_EQ(ReplyTo("Basic realm=\"cave\""), "Basic QWxhZGRpbjpvcGVuIHNlc2FtZQ==");
-    EXPECT_EQ(realm, "cave");
-    EXPECT_EQ(client->Told(), "connected|connected|headers 200 0|progress 3/0 yes|page 200 yes");
-    // The same in a blocking call, where the server has the first connection closed before the second comes.
-    const std::jthread serving([this] {
-        LoopbackPeer first = server.Accept();
-        first.ReadRequest();
-        first.Send("HTTP/1.0 401 No\r\nWWW-Authenticate: Basic x\r\n\r\nno");
-        EXPECT_EQ(first.ReadRequest(), "");
-        LoopbackPeer second = server.Accept();
-        second.ReadRequest();
-        second.Send("HTTP/1.0 200 OK\r\n\r\nyes");
-    });
+    EXPECT_EQ(client->told, "connected|connected|headers 200 0|progress 3/0 yes|page 200 yes");
+    const std::jthread serving = AnswerAside({Challenge("Basic x"), kPage});
     EXPECT_EQ(client->Get(url, 20), "yes");
-    name = std::string(60, 'a');
-    EXPECT_EQ(ReplyTo("basic x"),
-              "Basic YWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFhYWFh\r\n"
-              "YWFhOm9wZW4gc2VzYW1l")
-        << "long ones are wrapped within the header";
 }
 
-TEST_F(HTTPCredentialsTest, AnswersADigestChallengeInItsOwnWay) {
+TEST_F(HTTPCredentialsTest, AnswerADigestChallengeInTheirOwnWay) {
     std::string lastNonce;
     const auto expect = [&](const std::string& challenge, const std::string& realmName, const std::string& nonce,
                             const std::string& end) {
         const std::string header = ReplyTo(challenge);
         const std::string own = Between(header, "cnonce=\"", "\"");
-        EXPECT_EQ(own.size(), 25U);
-        EXPECT_NE(own, lastNonce);
-        lastNonce = own;
+        EXPECT_NE(own, std::exchange(lastNonce, own));
         // The realm has no part in the digest; the address is the whole one.
         const std::string response =
             Md5(Md5("Aladdin::open sesame") + ":" + nonce + ":00000001:" + own + ":auth:" + Md5("GET:" + url));
@@ -89,33 +64,29 @@ TEST_F(HTTPCredentialsTest, AnswersADigestChallengeInItsOwnWay) {
     };
     // One line is one parameter, which swallows what follows: the first challenge has no nonce.
     expect("Digest realm=\"cave\", nonce=\"n1\"", "cave\", nonce=\"n1", "", ", ");
-    expect("Digest nonce=xn2x", "", "n2", ", ");   // a value without quotation marks loses its ends
-    expect("Digest nonce=\"n2\"", "", "n2", ", "); // counted as the first again
-    expect("Digest realm=\"x\"", "x", "n2", ", "); // the last nonce that came
+    expect("Digest nonce=xn2x", "", "n2", ", "); // a value without quotation marks loses its ends
+    // The last nonce that came, counted as the first again.
     expect("Digest opaque=\"o\"", "", "n2", ", opaque=\"\"");
 }
 
-TEST_F(HTTPCredentialsTest, LeavesTheRefusalAsThePageWhereItHasNoAnswer) {
+TEST_F(HTTPCredentialsTest, LeaveTheRefusalAsThePageWhereThereIsNoAnswer) {
     for (const std::string challenge : {"Negotiate x", "Basic", "", "Basic x"}) {
         if (challenge == "Basic x")
             client->AuthenticationRequired = [](auto&&...) { return false; };
+        client->told.clear();
         client->Get(url);
-        Answer(server, *client, "HTTP/1.0 401 No\r\nWWW-Authenticate: " + challenge + "\r\n\r\nno");
-        EXPECT_EQ(client->log.back(), "page 401 no") << challenge;
+        Answer(Challenge(challenge));
+        EXPECT_TRUE(client->told.ends_with("|page 401 no")) << challenge;
     }
 }
 
-TEST_F(HTTPCredentialsTest, AsksForTheProxyApart) {
+TEST_F(HTTPCredentialsTest, AreAskedForApartByTheProxy) {
     const TestFolder folder;
-    client->ProxyAuthenticationRequired = client->AuthenticationRequired;
+    client->ProxyAuthenticationRequired = Tell;
     client->AuthenticationRequired = nullptr;
     client->Get(url, folder.Item("film"));
-    {
-        HTTPExchange exchange(server);
-        exchange.peer.Send("HTTP/1.0 407 No\r\nProxy-Authenticate: Basic realm=\"cave\"\r\n\r\nno");
-    }
-    const std::string request = Answer(server, *client, "HTTP/1.0 200 OK\r\n\r\nyes");
+    Served().Send("HTTP/1.0 407 No\r\nProxy-Authenticate: Basic realm=\"cave\"\r\n\r\nno");
+    Answer(kPage);
     EXPECT_EQ(Between(request, "\r\nProxy-Authorization: ", "\r\n"), "Basic QWxhZGRpbjpvcGVuIHNlc2FtZQ==");
-    EXPECT_EQ(client->log.back(), "file 200 film");
     EXPECT_EQ(folder.Read("film"), "yes") << "the file is begun anew";
 }

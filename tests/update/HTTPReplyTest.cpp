@@ -1,202 +1,133 @@
-#include "framework/threads/MainThread.h"
-#include "tests/update/HTTPClient.h"
-
-#include <gtest/gtest.h>
+#include "tests/update/HTTPTest.h"
 
 #include <sys/resource.h>
-#include <thread>
 
 namespace {
 
-class HTTPReplyTest : public testing::Test {
-protected:
-    LoopbackServer server;
-    const Ref<HTTPClient> client = New<HTTPClient>();
-    const TestFolder folder;
-};
+using HTTPReplyTest = HTTPTest;
 
-int64_t PeakMemory() { // KiB
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
-}
+const std::string kOk = "HTTP/1.0 200 OK\r\n";
 
 } // namespace
 
-TEST_F(HTTPReplyTest, TellsWhatItMakesOfAReply) {
-    const std::string ok = "HTTP/1.0 200 OK\r\n";
+TEST_F(HTTPReplyTest, IsToldAsItCame) {
     const std::pair<std::string, std::string> cases[] = {
-        {ok + "A: b\r\ncontent-LENGTH: 5\r\n\r\nhello", "headers 200 2|progress 5/5 hello|page 200 hello"},
-        {ok + "\r\n", "headers 200 0|progress 0/0 |page 200 "},
-        {ok + "Content-length: 99\r\n\r\nabc", "headers 200 1|progress 3/99 abc|page 200 abc"},
-        {ok + "Content-length: 3221225472\r\n\r\n", "headers 200 1|progress 0/-1073741824 |page 200 "},
-        {ok + "Content-length: inf\r\n\r\n", "headers 200 1|progress 0/0 |page 200 "},
-        {"HTTP/1.0 301 Moved\r\nLocation: http://127.0.0.1:1/\r\n\r\n", "headers 301 1|progress 0/0 |page 301 "},
-        {ok + "Transfer-Encoding: chunked\r\n\r\n1\r\na\r\n0",
-         "headers 200 1|progress 7/0 1\r\na\r\n0|page 200 1\r\na\r\n0"},
-        {"\xFFnonsense\r\n\r\nx", "headers 0 0|progress 1/0 x|page 0 x"},
-        {"HTTP/1.0 200 OK\n\nx\r\n\r\ny", "headers 200 0|progress 1/0 y|page 200 y"}, // the second kind of blank line
-        {"HTTP/1.0 401 No\r\nWWW-Authenticate: Basic realm=\"x\"\r\n\r\nno",
-         "headers 401 1|progress 2/0 no|page 401 no"},
-        {"", "page 0 nil "}};
+        {kOk + "A: b\r\ncontent-LENGTH: 5\r\n\r\nhello", "|headers 200 2|progress 5/5 hello|page 200 hello"},
+        {kOk + "Content-length: 99\r\n\r\nabc", "|headers 200 1|progress 3/99 abc|page 200 abc"},
+        {kOk + "Content-length: 3221225472\r\n\r\n", "|headers 200 1|progress 0/-1073741824 |page 200 "},
+        {kOk + "Content-length: inf\r\n\r\n", "|headers 200 1|progress 0/0 |page 200 "},
+        {"HTTP/1.0 301 Moved\r\nLocation: http://127.0.0.1:1/\r\n\r\n", "|headers 301 1|progress 0/0 |page 301 "},
+        {kOk + "Transfer-Encoding: chunked\r\n\r\n1\r\na\r\n0",
+         "|headers 200 1|progress 7/0 1\r\na\r\n0|page 200 1\r\na\r\n0"},
+        {"\xFFnonsense\r\n\r\nx", "|headers 0 0|progress 1/0 x|page 0 x"},
+        {"HTTP/1.0 200 OK\n\nx\r\n\r\ny", "|headers 200 0|progress 1/0 y|page 200 y"}, // the second kind of blank line
+        {"HTTP/1.0 401 No\r\nWWW-Authenticate: Basic x\r\n\r\nno", "|headers 401 1|progress 2/0 no|page 401 no"},
+        {"", "|page 0 nil "},
+        {kOk + "A: b\r\n", ""}}; // headers without an end have none either
     for (const auto& [reply, told] : cases) {
-        client->log.clear();
-        client->Get(server.Url("/"));
-        Answer(server, *client, reply);
-        EXPECT_EQ(client->Told(), "connected|" + told) << reply;
+        client->told.clear();
+        client->Get(url);
+        Answer(reply);
+        EXPECT_EQ(client->told, "connected" + told) << reply;
     }
-    client->log.clear();
-    client->Get(server.Url("/"));
-    Answer(server, *client, ok + "A: b\r\n");
-    EXPECT_EQ(client->Told(), "connected") << "headers without an end have none either";
-    client->log.clear();
-    client->GetHeaders(server.Url("/"));
-    Answer(server, *client, ok + "A: b\r\n\r\nbody");
-    EXPECT_EQ(client->Told(), "connected|headers 200 1");
-    EXPECT_EQ(client->PageHeaders()->Value("a"), "b");
-}
-
-TEST_F(HTTPReplyTest, EndsWithItsConnectionOnly) {
-    client->Get(server.Url("/"));
-    HTTPExchange exchange(server);
-    exchange.peer.Send("HTTP/1.0 200 OK\r\nContent-length: 2\r\n\r\nab");
-    ASSERT_TRUE(WaitUntil([&] { return client->log.back() == "progress 2/2 ab"; }));
-    EXPECT_TRUE(client->IsConnected());
-    exchange.peer.Reset();
-    ASSERT_TRUE(WaitUntil([&] { return client->ends == 1; }));
-    EXPECT_EQ(client->log.back(), "page 200 ab");
-    EXPECT_FALSE(client->IsConnected());
+    client->told.clear();
+    client->GetHeaders(url);
+    Answer(kOk + "A: b\r\n\r\nbody");
+    EXPECT_EQ(client->told, "connected|headers 200 1");
 }
 
 TEST_F(HTTPReplyTest, TellsWhyThereIsNone) {
-    server.Stop();
-    const std::pair<std::string, int> cases[] = {
-        {server.Url("/"), 100}, {"http://" + std::string(64, 'a') + "/", 102}, {"127.0.0.1:70000", 103}, {"", 102}};
-    for (const auto& [url, code] : cases) {
-        client->log.clear();
-        client->Get(url);
-        EXPECT_TRUE(client->log.empty()) << "not from within the call";
-        ASSERT_TRUE(WaitUntil([&] { return !client->log.empty(); }));
-        EXPECT_EQ(client->Told(), "error " + std::to_string(code)) << url;
-        EXPECT_EQ(client->ErrorCode(), code);
+    server.Close();
+    const std::pair<std::string, int> cases[] = {{url, 100}, {std::string(64, 'a'), 102}, {"127.0.0.1:70000", 103}};
+    for (const auto& [address, code] : cases) {
+        client->told.clear();
+        client->Get(address);
+        EXPECT_EQ(client->told, "") << "not from within the call";
+        EXPECT_TRUE(WaitUntil([this] { return client->ErrorCode() != 0; }));
+        EXPECT_EQ(client->told, "error " + std::to_string(code)) << address;
     }
 }
 
-TEST_F(HTTPReplyTest, IsNotTouchedByARequestWhoseFileCannotBeUsed) {
-    folder.Write("film", "");
-    client->Get(server.Url("/"));
-    const Ref<FolderItem> film = folder.Item("film");
-    for (const Ref<FolderItem>& item : {film->Parent(), folder.Item("none")->Child("x"), film->Child("x")}) {
-        client->log.clear();
-        client->Get(server.Url("/"), item);
-        EXPECT_EQ(client->Told(), "error 1");
-    }
-    Answer(server, *client, "HTTP/1.0 200 OK\r\n\r\nx");
-    EXPECT_EQ(client->log.back(), "page 200 x");
-}
-
-TEST_F(HTTPReplyTest, OfAnEarlierRequestIsDropped) {
-    client->Get(server.Url("/one"));
-    HTTPExchange one(server);
-    client->Get(server.Url("/two"));
-    one.peer.Send("HTTP/1.0 200 OK\r\n\r\none");
-    // The next request can be made from within the end of the last, of either kind.
-    std::string inside;
-    client->PageReceived = [&](auto&&...) {
-        client->PageReceived = nullptr;
-        const std::jthread third = AnswerAside(server, "HTTP/1.0 200 OK\r\n\r\nthree");
-        inside = client->Get(server.Url("/three"), 20);
-    };
-    Answer(server, *client, "HTTP/1.0 200 OK\r\n\r\ntwo");
-    EXPECT_EQ(client->Told(), "connected|connected|headers 200 0|progress 3/0 two");
-    EXPECT_EQ(inside, "three");
+TEST_F(HTTPReplyTest, OfAnEarlierRequestIsDroppedButNotByOneWhoseFileCannotBeUsed) {
+    const TestFolder folder;
+    client->Get(url);
+    LoopbackPeer one = Served();
+    client->Get(url);
+    one.Send(kOk + "\r\none");
+    client->Get(url, folder.Item("film")->Parent());
+    Answer(kOk + "\r\ntwo");
+    EXPECT_EQ(client->told, "connected|error 1|connected|headers 200 0|progress 3/0 two|page 200 two");
 }
 
 TEST_F(HTTPReplyTest, IsDroppedByAHandlerThatBeginsAnotherRequest) {
-    std::string inside;
-    client->HeadersReceived = [&](auto&&...) {
-        client->HeadersReceived = nullptr;
-        const std::jthread second = AnswerAside(server, "HTTP/1.0 401 No\r\n\r\ntwo");
-        inside = client->Get(server.Url("/two"), 20);
+    const auto beginIn = [this](auto& handler, const std::string& before) {
+        const std::jthread serving = AnswerAside({kOk + "\r\none", kOk + "\r\ntwo", kOk + "\r\nthree"});
+        handler = [this, &handler, own = handler](auto&&...) {
+            handler = own;
+            EXPECT_EQ(client->Get(url, 20), "two");
+            client->Get(url);
+        };
+        client->told.clear();
+        client->Get(url);
+        EXPECT_TRUE(WaitUntil([this] { return client->told.ends_with("page 200 three"); }));
+        EXPECT_EQ(client->told, before + "connected|headers 200 0|progress 5/0 three|page 200 three");
     };
-    client->Get(server.Url("/one"));
-    HTTPExchange one(server);
-    one.peer.Send("HTTP/1.0 200 OK\r\n\r\none");
-    ASSERT_TRUE(WaitUntil([&] { return client->ends == 1; }));
-    EXPECT_EQ(inside, "two");
-    EXPECT_EQ(client->Told(), "connected") << "no more of the first";
+    beginIn(client->Connected, "");
+    beginIn(client->HeadersReceived, "connected|");
+    beginIn(client->ReceiveProgress, "connected|headers 200 0|");
+    beginIn(client->PageReceived, "connected|headers 200 0|progress 3/0 one|");
 
     // A refusal whose connection is closed while its data are handled has its end there.
-    client->ReceiveProgress = [&](auto&&...) { client->Close(); };
-    client->Get(server.Url("/"));
-    HTTPExchange refused(server);
-    refused.peer.Send("HTTP/1.0 401 No\r\n\r\nno");
-    ASSERT_TRUE(WaitUntil([&] { return client->log.back() == "page 401 no"; }));
+    client->ReceiveProgress = [this](auto&&...) { client->Close(); };
+    client->Get(url);
+    Served().Send("HTTP/1.0 401 No\r\n\r\nno");
+    EXPECT_TRUE(WaitUntil([this] { return client->told.ends_with("page 401 no"); }));
 }
 
 // While a handler serves events, what arrives waits for its end, and the end of the connection for that.
 TEST_F(HTTPReplyTest, WaitsForAHandlerThatTakesItsTime) {
-    client->Get(server.Url("/"));
-    HTTPExchange exchange(server);
+    client->Get(url);
+    LoopbackPeer peer = Served();
     client->HeadersReceived = [&](auto&&...) {
-        exchange.peer.Send(Pattern(100'000));
-        exchange.peer.Close();
-        bool served = false;
-        PostToMainThread([&] { PostToMainThread([&] { served = true; }); });
-        WaitUntil([&] { return served; });
-        EXPECT_EQ(client->Told(), "connected");
+        peer.Send(Pattern(100'000));
+        peer.Close();
+        WaitUntil([] { return false; }, std::chrono::milliseconds(100));
+        EXPECT_EQ(client->told, "connected");
     };
-    exchange.peer.Send("HTTP/1.0 200 OK\r\n\r\nhead");
-    ASSERT_TRUE(WaitUntil([&] { return client->ends == 1; }));
-    EXPECT_EQ(client->log.back(), "page 200 head" + Pattern(100'000));
+    peer.Send(kOk + "Content-length: 4\r\n\r");
+    EXPECT_TRUE(WaitUntil([&] { return !client->Lookahead().empty(); }));
+    peer.Send("\nhead"); // of the length that was promised, which ends nothing
+    EXPECT_TRUE(WaitUntil([&] { return client->ends == 1; }));
+    EXPECT_TRUE(client->told.ends_with("|page 200 head" + Pattern(100'000)));
 }
 
-TEST_F(HTTPReplyTest, LivesByItsConnectionAlone) {
-    std::string body;
-    const auto begin = [&] {
-        const auto held = New<HTTPSocket>();
-        held->PageReceived = [&body](auto&&, auto&&, auto&&, const std::string& text) { body = text; };
-        held->Get(server.Url("/"));
-        return WeakRef<HTTPSocket>(held);
-    };
-    const WeakRef<HTTPSocket> served = begin();
-    HTTPExchange(server).peer.Send("HTTP/1.0 200 OK\r\n\r\nx");
-    EXPECT_TRUE(WaitUntil([&] { return served.Held().IsNil(); }));
-    EXPECT_EQ(body, "x");
-
-    const WeakRef<HTTPSocket> closed = begin();
-    HTTPExchange exchange(server);
-    closed.Held()->Close();
-    EXPECT_TRUE(exchange.peer.HasInput()) << "the far side knows at once";
-    EXPECT_TRUE(WaitUntil([&] { return closed.Held().IsNil(); }));
+TEST_F(HTTPReplyTest, KeepsAClientAliveUntilItsConnectionEnds) {
+    Ref<HTTPSocket> held = New<HTTPSocket>();
+    const WeakRef<HTTPSocket> known(held);
+    held->Get(url);
+    held = nullptr;
+    const LoopbackPeer peer = Served();
+    known.Held()->Close();
+    EXPECT_TRUE(peer.HasInput()) << "the far side knows at once";
+    EXPECT_TRUE(WaitUntil([&] { return known.Held().IsNil(); }));
 }
 
-TEST_F(HTTPReplyTest, TakesLittleMemoryIntoAFileAndLittleTimeInMemory) {
-    constexpr std::size_t kPiece = 1 << 20;
-    const std::string piece = Pattern(kPiece);
-    const auto receive = [&](int pieces) {
-        const std::jthread sender([&, pieces] {
-            LoopbackPeer peer = server.Accept();
-            peer.ReadRequest();
-            peer.Send("HTTP/1.0 200 OK\r\n\r\n");
-            for (int i = 0; i < pieces; ++i)
-                peer.Send(piece);
-        });
-        const int ends = client->ends;
-        ASSERT_TRUE(WaitUntil([&] { return client->ends > ends; }));
-    };
+TEST_F(HTTPReplyTest, TakesLittleMemoryIntoAFile) {
+    const TestFolder folder;
     client->ReceiveProgress = nullptr;
-    [[maybe_unused]] const int64_t before = PeakMemory();
-    client->Get(server.Url("/"), folder.Item("film"));
-    receive(256);
-    EXPECT_EQ(folder.Item("film")->Length(), 256 * kPiece);
+    client->Get(url, folder.Item("film"));
+    std::jthread sender([piece = Pattern(1 << 20), peer = Served()]() mutable {
+        peer.Send(kOk + "\r\n");
+        for (int i = 0; i < 64; ++i)
+            peer.Send(piece);
+        peer.Close();
+    });
+    rusage before{}, after{};
+    getrusage(RUSAGE_SELF, &before);
+    EXPECT_TRUE(WaitUntil([this] { return client->ends == 1; }));
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_EQ(folder.Item("film")->Length(), 64 << 20);
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    EXPECT_LT(PeakMemory() - before, 16 * 1024);
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 16 * 1024) << "KiB";
 #endif
-    client->PageReceived = [&](auto&&, auto&&, auto&&, const std::string& body) {
-        EXPECT_EQ(body.size(), 64 * kPiece);
-        EXPECT_TRUE(body.ends_with(piece));
-    };
-    client->Get(server.Url("/"));
-    receive(64);
 }
