@@ -1,8 +1,10 @@
 #include "framework/threads/MainThread.h"
+#include "tests/program/Process.h"
 #include "tests/update/HTTPTest.h"
 
 namespace {
 
+constexpr const char* kProxy = "/usr/bin/tinyproxy";
 const std::string kReply = "HTTP/1.0 200 OK\r\nA: b\r\n\r\nbody";
 
 class HTTPRequestTest : public HTTPTest {
@@ -88,4 +90,20 @@ TEST_F(HTTPRequestTest, WaitsWithoutEvents) {
     EXPECT_FALSE(client->Get(url, film, 20));
     EXPECT_EQ(client->ErrorCode(), 100);
     EXPECT_EQ(client->told, "");
+}
+
+TEST_F(HTTPRequestTest, IsCarriedByARealProxy) {
+    if (!std::filesystem::exists(kProxy))
+        GTEST_SKIP() << "tinyproxy is not installed";
+    const TestFolder folder;
+    client->HTTPProxyAddress = "127.0.0.1";
+    client->HTTPProxyPort = LoopbackServer().Port(); // which is free now
+    client->Yield = true;
+    folder.Write("proxy.conf", "Listen 127.0.0.1\nPort " + std::to_string(client->HTTPProxyPort) + "\n");
+    Process proxy({kProxy, "-d", "-c", folder.Path("proxy.conf")}, {{}, folder.Path(), folder.Path("proxy")});
+    proxy.Await("a proxy that listens",
+                [&] { return proxy.Output().find("Accepting connections") != std::string::npos; });
+    const std::jthread answering = AnswerAside({kReply});
+    EXPECT_EQ(client->Get(url, 20), "body");
+    EXPECT_NE(client->PageHeaders()->Value("Via"), "") << "what the proxy adds";
 }
