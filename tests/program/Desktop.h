@@ -3,9 +3,10 @@
 #include "tests/program/Process.h"
 
 #include <memory>
+#include <set>
 
-// A window, by the number that the display gave it.
-using WindowId = std::string;
+// A window, by the number that the display gave it. Later ones have higher numbers.
+using WindowId = unsigned long;
 
 // A desktop of its own for one test: display, window manager, session bus, file manager, home folder, and programs that
 // open archives, folders and web pages. Nothing of the user's own desktop is seen or touched. Keys and the pointer work
@@ -28,33 +29,24 @@ public:
     std::vector<std::string> Opened() const;
 
     // Runs one of the pretended neighbours (see pretend_main.cpp) until the desktop goes.
-    Process& Pretend(const Words& words);
+    const Process& Pretend(const Words& words);
 
-    std::vector<WindowId> WindowsOf(const Process& process) const;
-    WindowId ActiveWindow() const;
+    std::set<WindowId> WindowsOf(const Process& process) const;
+    WindowId ActiveWindow() const; // 0 if there is none
     struct Size {
         int width = 0, height = 0;
     };
-    Size SizeOf(const WindowId& window) const;
-    std::string TitleOf(const WindowId& window) const;
+    Size SizeOf(WindowId window) const;
 
     void Press(Words keys) const;
-    // Another command of xdotool's.
-    void Do(Words command) const;
-    void MoveTo(const WindowId& window, int x, int y) const;
-    void ClickAt(const WindowId& window, int x, int y) const;
-
+    // Another command of xdotool's. Gives what it tells; nothing if it fails.
+    std::string Do(Words command) const;
     // Of the whole screen.
     void SavePicture(const std::filesystem::path& file) const;
 
 private:
-    Process& Start(const std::string& name, const Words& command);
-    // The output of a command that ends by itself; empty if it fails.
+    Process& Start(const Words& command);
     std::string Run(const Words& command) const;
-    void StartDisplay();
-    void StartBus();
-    void StartWindowManager();
-    void WriteOpener() const;
 
     std::filesystem::path folder_;
     Environment environment_;

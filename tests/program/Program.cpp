@@ -1,74 +1,60 @@
 #include "tests/program/Program.h"
 
-#include <algorithm>
-
 namespace {
 
-// List and bottom strip of a window that nobody has resized. Above them lies what the system adds: menu bar and
-// toolbar.
+// List and bottom strip. Above them lies what the system adds: menu bar and toolbar.
 constexpr int kContentHeight = 302;
-constexpr int kRowHeight = 50;
-constexpr int kStopFromRight = 23;
-constexpr int kStopMiddle = 26;
-constexpr int kToolMiddle = 35;
 
 } // namespace
 
-Program::Program(const Desktop& desktop, const Words& command, const Process::Setting& setting)
-    : desktop_(desktop), process_(command, setting) {}
-
-WindowId Program::MainWindow() {
-    const auto isOlder = [](const WindowId& one, const WindowId& other) { return std::stoul(one) < std::stoul(other); };
-    process_.Await("a main window", [&] {
-        const std::vector<WindowId> windows = desktop_.WindowsOf(process_);
-        if (main_.empty() && !windows.empty())
-            main_ = *std::min_element(windows.begin(), windows.end(), isOlder);
-        return !main_.empty();
+WindowId Program::MainWindow() const {
+    std::set<WindowId> windows;
+    Await("a main window", [&] {
+        windows = desktop_.WindowsOf(*this);
+        return !windows.empty();
     });
-    return main_;
+    return *windows.begin();
 }
 
-WindowId Program::Dialog() {
-    const WindowId main = MainWindow();
-    WindowId dialog;
-    process_.Await("a dialog", [&] {
-        const std::vector<WindowId> windows = desktop_.WindowsOf(process_);
-        dialog = desktop_.ActiveWindow();
-        return dialog != main && std::find(windows.begin(), windows.end(), dialog) != windows.end();
-    });
-    return dialog;
-}
-
-void Program::Answer(const Words& keys) {
-    const WindowId dialog = Dialog();
-    desktop_.Press(keys);
-    Await("the end of a dialog", [&] {
-        const std::vector<WindowId> windows = desktop_.WindowsOf(process_);
-        return std::find(windows.begin(), windows.end(), dialog) == windows.end();
-    });
-}
-
-WindowId Program::OnlyWindow() {
-    WindowId window;
-    process_.Await("one window, which is in front", [&] {
+WindowId Program::OnlyWindow() const {
+    WindowId window = 0;
+    Await("one window, which is in front", [&] {
         window = desktop_.ActiveWindow();
-        return desktop_.WindowsOf(process_) == std::vector{window};
+        return desktop_.WindowsOf(*this) == std::set{window};
     });
     return window;
 }
 
-void Program::CloseMainWindow() {
+WindowId Program::Dialog() const {
+    WindowId dialog = 0;
+    Await("a dialog", [&] {
+        dialog = desktop_.ActiveWindow();
+        const std::set<WindowId> windows = desktop_.WindowsOf(*this);
+        return windows.contains(dialog) && dialog != *windows.begin();
+    });
+    return dialog;
+}
+
+void Program::Answer(const Words& keys) const {
+    const WindowId dialog = Dialog();
+    desktop_.Press(keys);
+    Await("the end of a dialog", [&] { return !desktop_.WindowsOf(*this).contains(dialog); });
+}
+
+void Program::CloseMainWindow() const {
     OnlyWindow();
     desktop_.Press({"alt+F4"});
 }
 
-void Program::ClickTool(int fromEdge) {
-    const Desktop::Size size = desktop_.SizeOf(MainWindow());
-    desktop_.ClickAt(main_, fromEdge < 0 ? size.width + fromEdge : fromEdge,
-                     size.height - kContentHeight - kToolMiddle);
+void Program::PointAt(const Place& place) const {
+    const WindowId window = MainWindow();
+    const Desktop::Size size = desktop_.SizeOf(window);
+    const int x = place.x < 0 ? size.width + place.x : place.x;
+    const int y = size.height - kContentHeight + place.y;
+    desktop_.Do({"mousemove", "--window", std::to_string(window), std::to_string(x), std::to_string(y)});
 }
 
-void Program::ClickStop(int row) {
-    const Desktop::Size size = desktop_.SizeOf(MainWindow());
-    desktop_.ClickAt(main_, size.width - kStopFromRight, size.height - kContentHeight + kRowHeight * row + kStopMiddle);
+void Program::Click(const Place& place) const {
+    PointAt(place);
+    desktop_.Do({"click", "1"});
 }

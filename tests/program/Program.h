@@ -3,35 +3,31 @@
 #include "tests/program/Desktop.h"
 
 // One run of the program on a desktop.
-class Program {
+class Program : public Process {
 public:
-    Program(const Desktop& desktop, const Words& command, const Process::Setting& setting);
-
-    Process& Run() { return process_; }
-    // Waits for the end of the program and gives its exit code.
-    int End(std::chrono::milliseconds limit = kPatience) { return process_.Wait(limit); }
+    Program(const Desktop& desktop, const Words& command, const Setting& setting)
+        : Process(command, setting), desktop_(desktop) {}
 
     // Waits for the main window.
-    WindowId MainWindow();
+    WindowId MainWindow() const;
     // Waits until the program has just one window, and that is in front.
-    WindowId OnlyWindow();
+    WindowId OnlyWindow() const;
     // Waits until another window of the program than the main one is in front.
-    WindowId Dialog();
+    WindowId Dialog() const;
     // Waits for a dialog, presses the keys in it and waits until it has gone.
-    void Answer(const Words& keys);
+    void Answer(const Words& keys) const;
     // What its close button does.
-    void CloseMainWindow();
+    void CloseMainWindow() const;
 
-    // Buttons of the toolbar, by the distance of their middle from the window's left edge, or from its right if
-    // negative.
-    static constexpr int kGlueTool = 35, kCutTool = 95;
-    void ClickTool(int fromEdge);
-
-    // In a row of the list.
-    void ClickStop(int row);
+    // A place in a main window that nobody has resized: from its left edge, or from its right if negative, and from the
+    // list's upper edge.
+    struct Place {
+        int x, y;
+    };
+    static constexpr Place kGlueTool{35, -35}, kCutTool{95, -35}, kList{250, 100}, kFirstStop{-23, 26};
+    void PointAt(const Place& place) const;
+    void Click(const Place& place) const;
 
 private:
     const Desktop& desktop_;
-    Process process_;
-    WindowId main_;
 };

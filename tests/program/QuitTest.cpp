@@ -12,7 +12,7 @@ TEST_F(AutoQuit, WaitsForTheFilesThatWaitBehindADialog) {
     program.Dialog();
     EXPECT_EQ(StartAgain({"song.flac.001"}), 0);
     FinishDownload("film.mov");
-    Await("the film shown", [&] { return desktop.Shown().size() == 1; });
+    AwaitShown({"film.mov"});
     program.Answer({"Return"});
     EXPECT_EQ(program.End(), 0); // after the song
     EXPECT_TRUE(Holds(File("song.flac"), song));
@@ -22,7 +22,7 @@ TEST_F(AutoQuit, ComesWithAStopToo) {
     WriteUnfinishedSeries("film.mov");
     Program& program = Start({"film.mov.001"});
     AwaitUnfinished("film.mov");
-    program.ClickStop(0);
+    program.Click(Program::kFirstStop);
     EXPECT_EQ(program.End(kAtOnce), 0);
     EXPECT_FALSE(Exists("film.mov"));
     EXPECT_TRUE(Holds(Trashed("film.mov"), ReadFile(File("film.mov.001"))));
@@ -32,30 +32,27 @@ TEST_F(AutoQuit, ComesWithAStopToo) {
 
 using QuitQuestion = WholeProgramTest;
 
-TEST_F(QuitQuestion, CancelLetsEverythingRunOn) {
-    const std::string film = WriteUnfinishedSeries("film.mov");
-    Program& program = Start({"film.mov.001"});
-    AwaitUnfinished("film.mov");
-    program.CloseMainWindow();
-    program.Answer({"Escape"});
-    FinishDownload("film.mov");
-    EXPECT_EQ(program.End(), 0); // of itself, after the glue
-    EXPECT_TRUE(Holds(File("film.mov"), film));
-}
-
 // They lie asleep. One that still copied might see its stop before the process ends, and begin to move its files to the
 // Trash.
-TEST_F(QuitQuestion, QuitEndsManyOperationsAtOnceAndLeavesTheirFilesAsTheyStand) {
-    constexpr int kOperations = 20;
+TEST_F(QuitQuestion, CancelLetsEverythingRunOnAndQuitEndsItAtOnceAndLeavesTheFilesAsTheyStand) {
     Words bases, parts;
-    for (int i = 0; i < kOperations; ++i) {
+    for (int i = 0; i < 20; ++i) {
         bases.push_back("film" + std::to_string(100 + i) + ".mov");
         parts.push_back(bases.back() + ".001");
         WriteUnfinishedSeries(bases.back());
     }
+    const std::string song = WriteUnfinishedSeries("song.flac");
+    parts.push_back("song.flac.001");
     Program& program = Start(parts);
     for (const std::string& base : bases)
         AwaitUnfinished(base);
+    AwaitUnfinished("song.flac");
+    program.CloseMainWindow();
+    program.Answer({"Escape"});
+    FinishDownload("song.flac");
+    AwaitShown({"song.flac"});
+    EXPECT_TRUE(Holds(File("song.flac"), song));
+
     program.CloseMainWindow();
     program.Dialog();
     desktop.Press({"Return"});
@@ -71,15 +68,14 @@ TEST_F(QuitQuestion, StandsOnWhenNothingIsLeftAndBothAnswersCount) {
     Words shown;
     for (const std::string key : {"Escape", "Return"}) {
         const std::string base = key + ".mov";
-        shown.push_back(File(base));
-        const std::string film = WriteUnfinishedSeries(base);
+        shown.push_back(base);
+        WriteUnfinishedSeries(base);
         Program& program = Start({base + ".001"});
         AwaitUnfinished(base);
         program.CloseMainWindow();
         const WindowId question = program.Dialog();
         FinishDownload(base);
-        Await("the film shown", [&] { return desktop.Shown() == shown; });
-        EXPECT_TRUE(Holds(File(base), film));
+        AwaitShown(shown);
         EXPECT_EQ(StartAgain({}), 0); // by then the program would have ended
         EXPECT_EQ(program.Dialog(), question);
         desktop.Press({key});
