@@ -17,7 +17,11 @@ TEST_F(CutAndGlue, AFileIsCutByTheDialogAndGluedBackByAnOpenedPartAndTheProgramE
     WriteFile(File(name), film);
     Program& cut = Start({name});
     EXPECT_EQ(desktop.Do({"getwindowname", std::to_string(cut.Dialog())}), " \n") << "the dialog has no title";
-    cut.Answer({"ctrl+a", "1", "ctrl+u", "ctrl+k", "ctrl+BackSpace", "period", "Return"}); // digits only are typed
+    // Only digits type, and no key edits or moves: 01 is left, selected as a whole. An empty field can't be confirmed.
+    desktop.Press({"ctrl+a", "ctrl+x", "Return", "0", "Left", "1", "ctrl+a", "period", "minus", "e", "space", "alt+x"});
+    desktop.Press({"BackSpace", "Delete", "ctrl+BackSpace", "ctrl+Delete", "alt+BackSpace", "ctrl+u", "ctrl+z"});
+    desktop.Press({"Left", "Right", "Home", "End", "Up", "Down", "Prior", "Next", "shift+Left", "ctrl+Home", "alt+Up"});
+    cut.Answer({"ctrl+x", "ctrl+v", "Return"});
     EXPECT_EQ(cut.End(), 0);
     for (const auto& [part, slice] : parts)
         EXPECT_TRUE(Holds(File(part), slice)) << part;
@@ -39,7 +43,7 @@ TEST_F(CutAndGlue, AfterAStartWithoutAFileTheToolbarServesAndTheProgramStaysWhen
     const std::string film = Pattern(kMegabyte / 2);
     WriteFile(File("film.mov"), film);
     Program& program = Start({"missing.bin"}); // which is none
-    program.MainWindow();
+    program.OnlyWindow();
     EXPECT_EQ(program.Errors(), "ombrivel: missing.bin: no such file\n");
     program.Click(Program::kCutTool);
     program.Dialog();

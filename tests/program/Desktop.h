@@ -15,7 +15,6 @@ class Desktop {
 public:
     // Everything is kept in that folder. Returns when all of it runs.
     explicit Desktop(const std::filesystem::path& folder);
-    ~Desktop();
 
     const Environment& Variables() const { return environment_; }
     std::filesystem::path Configuration() const { return folder_ / "home/.config"; }
@@ -33,23 +32,20 @@ public:
 
     std::set<WindowId> WindowsOf(const Process& process) const;
     WindowId ActiveWindow() const; // 0 if there is none
-    struct Size {
-        int width = 0, height = 0;
-    };
-    Size SizeOf(WindowId window) const;
+    // Its "WIDTH" or "HEIGHT". 0 if the window has gone.
+    int Measure(WindowId window, const std::string& what) const;
 
     void Press(Words keys) const;
-    // Another command of xdotool's. Gives what it tells; nothing if it fails.
+    // Another command of xdotool's. Gives what it tells, empty if it fails.
     std::string Do(Words command) const;
-    // Of the whole screen.
-    void SavePicture(const std::filesystem::path& file) const;
+    // The output of a command that ends by itself; empty if it fails.
+    std::string Run(const Words& command) const;
 
 private:
-    Process& Start(const Words& command);
-    std::string Run(const Words& command) const;
+    const Process& Start(const Words& command);
 
     std::filesystem::path folder_;
     Environment environment_;
-    std::vector<std::unique_ptr<Process>> processes_; // ended from the last to the first
+    std::vector<std::unique_ptr<Process>> processes_;
     const Process* fileManager_ = nullptr;
 };

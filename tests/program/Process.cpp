@@ -2,7 +2,6 @@
 
 #include <csignal>
 #include <spawn.h>
-#include <sstream>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <thread>
@@ -19,19 +18,11 @@ void Await(const std::string& what, const std::function<bool()>& isSo, std::chro
     }
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
-}
-
 // Each of these programs replaces itself by the next one, so that the process stays the same.
 Process::Process(const Words& command, const Setting& setting) : log_(setting.log) {
     Words words{"setpriv", "--pdeathsig", "TERM", "env", "-i", "-C", setting.folder};
     for (const auto& [name, value] : setting.environment)
-        words.push_back(name + "=" + value);
+        words.emplace_back(name).append("=").append(value);
     words.insert(words.end(), {"sh", "-c", R"(exec "$@" </dev/null >"$0.out" 2>"$0.err")", log_});
     words.insert(words.end(), command.begin(), command.end());
     std::vector<char*> pointers;

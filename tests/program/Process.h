@@ -18,8 +18,6 @@ constexpr std::chrono::seconds kAtOnce{2}; // with room for a busy machine
 // Looks again and again until it is so. Throws, which fails the test, when the time limit passes first.
 void Await(const std::string& what, const std::function<bool()>& isSo, std::chrono::milliseconds limit = kPatience);
 
-std::vector<std::string> Lines(const std::string& text);
-
 // A child process. Its output goes to files, in which the tests look. It never outlives the test binary, not even one
 // that is killed.
 class Process {

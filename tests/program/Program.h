@@ -8,25 +8,57 @@ public:
     Program(const Desktop& desktop, const Words& command, const Setting& setting)
         : Process(command, setting), desktop_(desktop) {}
 
-    // Waits for the main window.
-    WindowId MainWindow() const;
     // Waits until the program has just one window, and that is in front.
-    WindowId OnlyWindow() const;
-    // Waits until another window of the program than the main one is in front.
-    WindowId Dialog() const;
-    // Waits for a dialog, presses the keys in it and waits until it has gone.
-    void Answer(const Words& keys) const;
-    // What its close button does.
-    void CloseMainWindow() const;
+    WindowId OnlyWindow() const {
+        WindowId window = 0;
+        Await("one window, which is in front", [&] {
+            window = desktop_.ActiveWindow();
+            return desktop_.WindowsOf(*this) == std::set{window};
+        });
+        return window;
+    }
 
-    // A place in a main window that nobody has resized: from its left edge, or from its right if negative, and from the
-    // list's upper edge.
+    // Waits until another window of the program than the main one is in front.
+    WindowId Dialog() const {
+        WindowId dialog = 0;
+        Await("a dialog", [&] {
+            dialog = desktop_.ActiveWindow();
+            const std::set<WindowId> windows = desktop_.WindowsOf(*this);
+            return windows.contains(dialog) && dialog != *windows.begin();
+        });
+        return dialog;
+    }
+
+    // Waits for a dialog, presses the keys in it and waits until it has gone.
+    void Answer(const Words& keys) const {
+        const WindowId dialog = Dialog();
+        desktop_.Press(keys);
+        Await("the end of a dialog", [&] { return !desktop_.WindowsOf(*this).contains(dialog); });
+    }
+
+    // What its close button does.
+    void CloseMainWindow() const {
+        OnlyWindow();
+        desktop_.Press({"alt+F4"});
+    }
+
+    // A place in a main window that nobody has resized, from the upper left corner of its list. Above lies the toolbar.
     struct Place {
         int x, y;
     };
-    static constexpr Place kGlueTool{35, -35}, kCutTool{95, -35}, kList{250, 100}, kFirstStop{-23, 26};
-    void PointAt(const Place& place) const;
-    void Click(const Place& place) const;
+    static constexpr Place kGlueTool{35, -35}, kCutTool{95, -35}, kList{250, 100}, kFirstStop{504, 26};
+
+    void PointAt(const Place& place) const {
+        constexpr int kContentHeight = 302; // what lies above it is as high as the system makes it
+        const WindowId window = OnlyWindow();
+        const int y = desktop_.Measure(window, "HEIGHT") - kContentHeight + place.y;
+        desktop_.Do({"mousemove", "--window", std::to_string(window), std::to_string(place.x), std::to_string(y)});
+    }
+
+    void Click(const Place& place) const {
+        PointAt(place);
+        desktop_.Do({"click", "1"});
+    }
 
 private:
     const Desktop& desktop_;

@@ -26,7 +26,7 @@ WholeProgramTest::WholeProgramTest() : scratch_(EmptyScratchFolder()), executabl
 
 void WholeProgramTest::TearDown() {
     if (HasFailure()) {
-        desktop.SavePicture(scratch_ / "screen.png");
+        desktop.Run({"import", "-silent", "-window", "root", scratch_ / "screen.png"});
         std::printf("The screen, the files and the outputs are in %s\n", scratch_.c_str());
         for (const auto& program : programs_)
             std::printf("A run of the program told: %s\n", program->Errors().c_str());
@@ -44,13 +44,11 @@ Program& WholeProgramTest::Start(const Words& files) {
     return *programs_.back();
 }
 
-int WholeProgramTest::StartAgain(const Words& files) {
-    return Start(files).End();
-}
-
-bool WholeProgramTest::Holds(const fs::path& file, const std::string& bytes) {
-    std::error_code missing;
-    return fs::file_size(file, missing) == bytes.size() && ReadFile(file) == bytes;
+Program& WholeProgramTest::StartUnfinished(const std::string& base) {
+    WriteUnfinishedSeries(base);
+    Program& program = Start({base + ".001"});
+    AwaitUnfinished(base);
+    return program;
 }
 
 // Asked for by a helper, which may come to it after the program's end.
@@ -62,16 +60,15 @@ void WholeProgramTest::AwaitShown(const Words& names) const {
 }
 
 std::string WholeProgramTest::WriteSeries(const std::string& base) const {
-    const std::string whole = Pattern(kPartSize * 3 - base.size());
-    for (const std::size_t i : {0U, 1U, 2U})
-        WriteFile(File(base + ".00" + std::to_string(i + 1)), whole.substr(i * kPartSize, kPartSize));
+    const std::string whole = Pattern(kPartSize * 2 - base.size());
+    WriteFile(File(base + ".001"), whole.substr(0, kPartSize));
+    WriteFile(File(base + ".002"), whole.substr(kPartSize));
     return whole;
 }
 
 std::string WholeProgramTest::WriteUnfinishedSeries(const std::string& base) const {
-    const std::string whole = Pattern(kPartSize * 2);
-    WriteFile(File(base + ".001"), whole.substr(0, kPartSize));
-    WriteFile(File(base + ".002.download"), whole.substr(kPartSize));
+    const std::string whole = WriteSeries(base);
+    fs::rename(File(base + ".002"), File(base + ".002.download"));
     return whole;
 }
 

@@ -22,23 +22,23 @@ protected:
     // Starts the program in the folder of the files.
     Program& Start(const Words& files);
     // Starts the program while another one runs, and waits until it ends, having handed its files over.
-    int StartAgain(const Words& files);
+    int StartAgain(const Words& files) { return Start(files).End(); }
+    // Glues such a series (see below) as far as it goes.
+    Program& StartUnfinished(const std::string& base);
 
     std::filesystem::path File(const std::string& name) const { return scratch_ / "files" / name; }
     std::filesystem::path Trashed(const std::string& name) const { return desktop.Trash() / name; }
     bool Exists(const std::string& name) const { return std::filesystem::exists(File(name)); }
-    // Whether the file is there and holds just that.
-    static bool Holds(const std::filesystem::path& file, const std::string& bytes);
+    static bool Holds(const std::filesystem::path& file, const std::string& bytes) { return ReadFile(file) == bytes; }
     void AwaitShown(const Words& names) const;
 
-    // A series of two parts, of which the second is still being downloaded: its glue waits until FinishDownload, or for
-    // ever. Gives what the parts hold together.
+    // A series of two parts. Gives what they hold together.
+    std::string WriteSeries(const std::string& base) const;
+    // The second part is still being downloaded: the glue waits until FinishDownload, or for ever.
     std::string WriteUnfinishedSeries(const std::string& base) const;
     void FinishDownload(const std::string& base) const;
     // Waits until the glue of such a series has nothing left to do but wait.
     void AwaitUnfinished(const std::string& base) const;
-    // A series that is complete. Gives what its parts hold together.
-    std::string WriteSeries(const std::string& base) const;
 
     std::filesystem::path PreferencesFile() const;
     static std::string PreferencesBytes(const Settings& settings, const std::string& language);
