@@ -3,9 +3,10 @@
 #include "tests/program/Process.h"
 
 #include <memory>
+#include <set>
 
-// A window, by the number that the display gave it.
-using WindowId = std::string;
+// A window, by the number that the display gave it. Later ones have higher numbers.
+using WindowId = unsigned long;
 
 // A desktop of its own for one test: display, window manager, session bus, file manager, home folder, and programs that
 // open archives, folders and web pages. Nothing of the user's own desktop is seen or touched. Keys and the pointer work
@@ -14,7 +15,6 @@ class Desktop {
 public:
     // Everything is kept in that folder. Returns when all of it runs.
     explicit Desktop(const std::filesystem::path& folder);
-    ~Desktop();
 
     const Environment& Variables() const { return environment_; }
     std::filesystem::path Configuration() const { return folder_ / "home/.config"; }
@@ -28,36 +28,24 @@ public:
     std::vector<std::string> Opened() const;
 
     // Runs one of the pretended neighbours (see pretend_main.cpp) until the desktop goes.
-    Process& Pretend(const Words& words);
+    const Process& Pretend(const Words& words);
 
-    std::vector<WindowId> WindowsOf(const Process& process) const;
-    WindowId ActiveWindow() const;
-    struct Size {
-        int width = 0, height = 0;
-    };
-    Size SizeOf(const WindowId& window) const;
-    std::string TitleOf(const WindowId& window) const;
+    std::set<WindowId> WindowsOf(const Process& process) const;
+    WindowId ActiveWindow() const; // 0 if there is none
+    // Its "WIDTH" or "HEIGHT". 0 if the window has gone.
+    int Measure(WindowId window, const std::string& what) const;
 
     void Press(Words keys) const;
-    // Another command of xdotool's.
-    void Do(Words command) const;
-    void MoveTo(const WindowId& window, int x, int y) const;
-    void ClickAt(const WindowId& window, int x, int y) const;
-
-    // Of the whole screen.
-    void SavePicture(const std::filesystem::path& file) const;
-
-private:
-    Process& Start(const std::string& name, const Words& command);
+    // Another command of xdotool's. Gives what it tells, empty if it fails.
+    std::string Do(Words command) const;
     // The output of a command that ends by itself; empty if it fails.
     std::string Run(const Words& command) const;
-    void StartDisplay();
-    void StartBus();
-    void StartWindowManager();
-    void WriteOpener() const;
+
+private:
+    const Process& Start(const Words& command);
 
     std::filesystem::path folder_;
     Environment environment_;
-    std::vector<std::unique_ptr<Process>> processes_; // ended from the last to the first
+    std::vector<std::unique_ptr<Process>> processes_;
     const Process* fileManager_ = nullptr;
 };

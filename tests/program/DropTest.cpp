@@ -2,26 +2,21 @@
 
 namespace {
 
-constexpr int kListMiddleX = 250, kListMiddleY = 200;
-
 class Drop : public WholeProgramTest {
 protected:
     // Drags the files out of another program's window and drops them on the list. Returns when that program is done
     // with it.
-    void DropOnList(Program& program, const Words& files) {
+    void DropOnList(const Program& program, const Words& files) {
         Words words{"drag"};
         for (const std::string& file : files)
             words.push_back("file://" + File(file).string());
-        Process& source = desktop.Pretend(words);
+        const Process& source = desktop.Pretend(words);
         const auto says = [&](const std::string& word) { return source.Output().ends_with(word + "\n"); };
         Await("the window to drag from", [&] { return !desktop.WindowsOf(source).empty(); });
-        const WindowId window = desktop.WindowsOf(source)[0];
-        desktop.MoveTo(window, 50, 50);
-        desktop.Do({"mousedown", "1"});
-        desktop.MoveTo(window, 90, 70);
+        desktop.Do({"mousemove", "50", "50", "mousedown", "1", "mousemove", "90", "70"});
         int nudge = 0;
         Await("the list to accept the drag", [&] {
-            desktop.MoveTo(program.MainWindow(), kListMiddleX + ++nudge % 20, kListMiddleY);
+            program.PointAt({Program::kList.x + ++nudge % 20, Program::kList.y});
             return says("accepted");
         });
         desktop.Do({"mouseup", "1"});
@@ -44,13 +39,14 @@ TEST_F(Drop, FilesAreServedOneAfterTheOtherAndTheSourceIsNotKeptWaiting) {
     EXPECT_FALSE(Exists("film.mov"));
     program.Answer({"Escape"});
     program.Dialog();
-    Await("the film shown", [&] { return desktop.Shown() == Words{File("film.mov")}; });
+    AwaitShown({"film.mov"});
     EXPECT_FALSE(Exists("song.flac.001"));
     program.Answer({"Return"});
-    Await("the song's part shown", [&] { return desktop.Shown().size() == 2; });
+    AwaitShown({"film.mov", "song.flac.001"});
 
-    EXPECT_EQ(desktop.Shown().back(), File("song.flac.001"));
     EXPECT_TRUE(Holds(File("film.mov"), film));
     EXPECT_TRUE(Holds(File("song.flac.001"), song));
     EXPECT_FALSE(Exists("letter.txt.001"));
+    program.CloseMainWindow(); // no file started this run: it has not ended by itself
+    EXPECT_EQ(program.End(), 0);
 }

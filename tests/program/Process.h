@@ -18,8 +18,6 @@ constexpr std::chrono::seconds kAtOnce{2}; // with room for a busy machine
 // Looks again and again until it is so. Throws, which fails the test, when the time limit passes first.
 void Await(const std::string& what, const std::function<bool()>& isSo, std::chrono::milliseconds limit = kPatience);
 
-std::vector<std::string> Lines(const std::string& text);
-
 // A child process. Its output goes to files, in which the tests look. It never outlives the test binary, not even one
 // that is killed.
 class Process {
@@ -36,25 +34,16 @@ public:
     Process& operator=(const Process&) = delete;
 
     pid_t Id() const { return id_; }
-    std::string Output() const;
-    std::string Errors() const;
-    void Signal(int signal);
+    std::string Output() const { return ReadFile(log_ + ".out"); }
+    std::string Errors() const { return ReadFile(log_ + ".err"); }
 
     // Nothing while it runs; 128 and the signal's number if a signal ended it.
     std::optional<int> ExitCode();
-    // Waits for something that this process brings about. Does not wait on when the process has ended.
-    void Await(const std::string& what, const std::function<bool()>& isSo);
-    // Waits for the end.
-    int Wait(std::chrono::milliseconds limit = kPatience);
+    // Waits for the end and gives the exit code.
+    int End(std::chrono::milliseconds limit = kPatience);
 
 private:
-    std::string name_;
-    std::filesystem::path log_;
+    std::string log_;
     pid_t id_ = -1;
     std::optional<int> exitCode_;
 };
-
-// Takes over what our children leave behind (helpers that put themselves into the background), so that EndOrphans finds
-// it.
-void AdoptOrphans();
-void EndOrphans();

@@ -3,35 +3,63 @@
 #include "tests/program/Desktop.h"
 
 // One run of the program on a desktop.
-class Program {
+class Program : public Process {
 public:
-    Program(const Desktop& desktop, const Words& command, const Process::Setting& setting);
+    Program(const Desktop& desktop, const Words& command, const Setting& setting)
+        : Process(command, setting), desktop_(desktop) {}
 
-    Process& Run() { return process_; }
-    // Waits for the end of the program and gives its exit code.
-    int End(std::chrono::milliseconds limit = kPatience) { return process_.Wait(limit); }
-
-    // Waits for the main window.
-    WindowId MainWindow();
     // Waits until the program has just one window, and that is in front.
-    WindowId OnlyWindow();
+    WindowId OnlyWindow() const {
+        WindowId window = 0;
+        Await("one window, which is in front", [&] {
+            window = desktop_.ActiveWindow();
+            return desktop_.WindowsOf(*this) == std::set{window};
+        });
+        return window;
+    }
+
     // Waits until another window of the program than the main one is in front.
-    WindowId Dialog();
+    WindowId Dialog() const {
+        WindowId dialog = 0;
+        Await("a dialog", [&] {
+            dialog = desktop_.ActiveWindow();
+            const std::set<WindowId> windows = desktop_.WindowsOf(*this);
+            return windows.contains(dialog) && dialog != *windows.begin();
+        });
+        return dialog;
+    }
+
     // Waits for a dialog, presses the keys in it and waits until it has gone.
-    void Answer(const Words& keys);
+    void Answer(const Words& keys) const {
+        const WindowId dialog = Dialog();
+        desktop_.Press(keys);
+        Await("the end of a dialog", [&] { return !desktop_.WindowsOf(*this).contains(dialog); });
+    }
+
     // What its close button does.
-    void CloseMainWindow();
+    void CloseMainWindow() const {
+        OnlyWindow();
+        desktop_.Press({"alt+F4"});
+    }
 
-    // Buttons of the toolbar, by the distance of their middle from the window's left edge, or from its right if
-    // negative.
-    static constexpr int kGlueTool = 35, kCutTool = 95;
-    void ClickTool(int fromEdge);
+    // A place in a main window that nobody has resized, from the upper left corner of its list. Above lies the toolbar.
+    struct Place {
+        int x, y;
+    };
+    static constexpr Place kGlueTool{35, -35}, kCutTool{95, -35}, kList{250, 100}, kFirstStop{504, 26};
 
-    // In a row of the list.
-    void ClickStop(int row);
+    void PointAt(const Place& place) const {
+        constexpr int kContentHeight = 302; // what lies above it is as high as the system makes it
+        const WindowId window = OnlyWindow();
+        const int y = desktop_.Measure(window, "HEIGHT") - kContentHeight + place.y;
+        desktop_.Do({"mousemove", "--window", std::to_string(window), std::to_string(place.x), std::to_string(y)});
+    }
+
+    void Click(const Place& place) const {
+        PointAt(place);
+        desktop_.Do({"click", "1"});
+    }
 
 private:
     const Desktop& desktop_;
-    Process process_;
-    WindowId main_;
 };

@@ -3,26 +3,22 @@
 using AutoQuit = WholeProgramTest;
 
 TEST_F(AutoQuit, WaitsForTheFilesThatWaitBehindADialog) {
-    WriteUnfinishedSeries("film.mov");
     const std::string song = WriteSeries("song.flac");
-    Program& program = Start({"film.mov.001"});
-    AwaitUnfinished("film.mov");
+    Program& program = StartUnfinished("film.mov");
     program.OnlyWindow();
     desktop.Press({"ctrl+question"});
     program.Dialog();
     EXPECT_EQ(StartAgain({"song.flac.001"}), 0);
     FinishDownload("film.mov");
-    Await("the film shown", [&] { return desktop.Shown().size() == 1; });
+    AwaitShown({"film.mov"});
     program.Answer({"Return"});
     EXPECT_EQ(program.End(), 0); // after the song
     EXPECT_TRUE(Holds(File("song.flac"), song));
 }
 
 TEST_F(AutoQuit, ComesWithAStopToo) {
-    WriteUnfinishedSeries("film.mov");
-    Program& program = Start({"film.mov.001"});
-    AwaitUnfinished("film.mov");
-    program.ClickStop(0);
+    Program& program = StartUnfinished("film.mov");
+    program.Click(Program::kFirstStop);
     EXPECT_EQ(program.End(kAtOnce), 0);
     EXPECT_FALSE(Exists("film.mov"));
     EXPECT_TRUE(Holds(Trashed("film.mov"), ReadFile(File("film.mov.001"))));
@@ -32,23 +28,11 @@ TEST_F(AutoQuit, ComesWithAStopToo) {
 
 using QuitQuestion = WholeProgramTest;
 
-TEST_F(QuitQuestion, CancelLetsEverythingRunOn) {
-    const std::string film = WriteUnfinishedSeries("film.mov");
-    Program& program = Start({"film.mov.001"});
-    AwaitUnfinished("film.mov");
-    program.CloseMainWindow();
-    program.Answer({"Escape"});
-    FinishDownload("film.mov");
-    EXPECT_EQ(program.End(), 0); // of itself, after the glue
-    EXPECT_TRUE(Holds(File("film.mov"), film));
-}
-
 // They lie asleep. One that still copied might see its stop before the process ends, and begin to move its files to the
 // Trash.
-TEST_F(QuitQuestion, QuitEndsManyOperationsAtOnceAndLeavesTheirFilesAsTheyStand) {
-    constexpr int kOperations = 20;
+TEST_F(QuitQuestion, CancelLetsEverythingRunOnAndQuitEndsItAtOnceAndLeavesTheFilesAsTheyStand) {
     Words bases, parts;
-    for (int i = 0; i < kOperations; ++i) {
+    for (int i = 0; i < 20; ++i) {
         bases.push_back("film" + std::to_string(100 + i) + ".mov");
         parts.push_back(bases.back() + ".001");
         WriteUnfinishedSeries(bases.back());
@@ -56,6 +40,12 @@ TEST_F(QuitQuestion, QuitEndsManyOperationsAtOnceAndLeavesTheirFilesAsTheyStand)
     Program& program = Start(parts);
     for (const std::string& base : bases)
         AwaitUnfinished(base);
+    program.CloseMainWindow();
+    program.Answer({"Escape"});
+    FinishDownload(bases.back());
+    AwaitShown({bases.back()});
+    bases.pop_back();
+
     program.CloseMainWindow();
     program.Dialog();
     desktop.Press({"Return"});
@@ -71,23 +61,17 @@ TEST_F(QuitQuestion, StandsOnWhenNothingIsLeftAndBothAnswersCount) {
     Words shown;
     for (const std::string key : {"Escape", "Return"}) {
         const std::string base = key + ".mov";
-        shown.push_back(File(base));
-        const std::string film = WriteUnfinishedSeries(base);
-        Program& program = Start({base + ".001"});
-        AwaitUnfinished(base);
+        shown.push_back(base);
+        Program& program = StartUnfinished(base);
         program.CloseMainWindow();
         const WindowId question = program.Dialog();
         FinishDownload(base);
-        Await("the film shown", [&] { return desktop.Shown() == shown; });
-        EXPECT_TRUE(Holds(File(base), film));
+        AwaitShown(shown);
         EXPECT_EQ(StartAgain({}), 0); // by then the program would have ended
         EXPECT_EQ(program.Dialog(), question);
         desktop.Press({key});
-        if (key == "Escape") {
-            program.OnlyWindow();
-            EXPECT_EQ(StartAgain({}), 0);
+        if (key == "Escape")
             program.CloseMainWindow(); // which asks no more
-        }
         EXPECT_EQ(program.End(kAtOnce), 0) << key;
     }
 }

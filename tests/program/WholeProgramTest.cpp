@@ -20,70 +20,63 @@ std::string PString(const std::string& text) {
 
 } // namespace
 
-WholeProgramTest::WholeProgramTest()
-    : scratch_(EmptyScratchFolder()),
-      files_(scratch_ / "files"),
-      desktop(scratch_),
-      executable(OMBRIVEL_PROGRAM),
-      environment(desktop.Variables()) {
+WholeProgramTest::WholeProgramTest() : scratch_(EmptyScratchFolder()), executable(OMBRIVEL_PROGRAM) {
     Prefer({.SearchForUpdates = false}); // most tests have no business with a network
 }
 
-WholeProgramTest::~WholeProgramTest() {
+void WholeProgramTest::TearDown() {
+    if (HasFailure()) {
+        desktop.Run({"import", "-silent", "-window", "root", scratch_ / "screen.png"});
+        std::printf("The screen, the files and the outputs are in %s\n", scratch_.c_str());
+        for (const auto& program : programs_)
+            std::printf("A run of the program told: %s\n", program->Errors().c_str());
+    }
     programs_.clear();
     if (!HasFailure())
         fs::remove_all(scratch_);
 }
 
-void WholeProgramTest::TearDown() {
-    if (!HasFailure())
-        return;
-    desktop.SavePicture(scratch_ / "screen.png");
-    std::printf("The screen, the files and the outputs are in %s\n", scratch_.c_str());
-    for (const auto& program : programs_)
-        std::printf("A run of the program told: %s\n", program->Run().Errors().c_str());
-}
-
-std::unique_ptr<Program> WholeProgramTest::NewRun(const Words& files) {
+Program& WholeProgramTest::Start(const Words& files) {
     Words command{executable};
     command.insert(command.end(), files.begin(), files.end());
-    const fs::path log = scratch_ / "logs" / ("program" + std::to_string(++starts_));
-    return std::make_unique<Program>(desktop, command, Process::Setting{environment, files_, log});
-}
-
-Program& WholeProgramTest::Start(const Words& files) {
-    programs_.push_back(NewRun(files));
+    const fs::path log = scratch_ / "logs" / ("program" + std::to_string(programs_.size()));
+    programs_.push_back(std::make_unique<Program>(desktop, command, Process::Setting{environment, File(""), log}));
     return *programs_.back();
 }
 
-int WholeProgramTest::StartAgain(const Words& files) {
-    return NewRun(files)->End();
+Program& WholeProgramTest::StartUnfinished(const std::string& base) {
+    WriteUnfinishedSeries(base);
+    Program& program = Start({base + ".001"});
+    AwaitUnfinished(base);
+    return program;
 }
 
-bool WholeProgramTest::Holds(const fs::path& file, const std::string& bytes) {
-    std::error_code missing;
-    return fs::file_size(file, missing) == bytes.size() && ReadFile(file) == bytes;
+// Asked for by a helper, which may come to it after the program's end.
+void WholeProgramTest::AwaitShown(const Words& names) const {
+    Words paths;
+    for (const std::string& name : names)
+        paths.push_back(File(name));
+    Await("the file shown", [&] { return desktop.Shown() == paths; });
 }
 
-std::string WholeProgramTest::WriteSeries(const std::string& base) {
-    const std::string whole = Pattern(kPartSize * 3 - base.size());
-    for (const std::size_t i : {0U, 1U, 2U})
-        WriteFile(File(base + ".00" + std::to_string(i + 1)), whole.substr(i * kPartSize, kPartSize));
-    return whole;
-}
-
-std::string WholeProgramTest::WriteUnfinishedSeries(const std::string& base) {
-    const std::string whole = Pattern(kPartSize * 2);
+std::string WholeProgramTest::WriteSeries(const std::string& base) const {
+    const std::string whole = Pattern(kPartSize * 2 - base.size());
     WriteFile(File(base + ".001"), whole.substr(0, kPartSize));
-    WriteFile(File(base + ".002.download"), whole.substr(kPartSize));
+    WriteFile(File(base + ".002"), whole.substr(kPartSize));
     return whole;
 }
 
-void WholeProgramTest::AwaitUnfinished(const std::string& base) {
+std::string WholeProgramTest::WriteUnfinishedSeries(const std::string& base) const {
+    const std::string whole = WriteSeries(base);
+    fs::rename(File(base + ".002"), File(base + ".002.download"));
+    return whole;
+}
+
+void WholeProgramTest::AwaitUnfinished(const std::string& base) const {
     Await("the first part in " + base, [&] { return Holds(File(base), ReadFile(File(base + ".001"))); });
 }
 
-void WholeProgramTest::FinishDownload(const std::string& base) {
+void WholeProgramTest::FinishDownload(const std::string& base) const {
     fs::rename(File(base + ".002.download"), File(base + ".002"));
 }
 
@@ -99,6 +92,6 @@ std::string WholeProgramTest::PreferencesBytes(const Settings& settings, const s
     return bytes;
 }
 
-void WholeProgramTest::Prefer(const Settings& settings) {
+void WholeProgramTest::Prefer(const Settings& settings) const {
     WriteFile(PreferencesFile(), PreferencesBytes(settings, "English"));
 }

@@ -11,23 +11,15 @@
 
 #include <algorithm>
 
-namespace {
-
-std::function<void(const std::string&)> setStatus; // the window's own
-
-} // namespace
-
-ProgramTest::ProgramTest() {
-    setStatus = List().SetStatus;
+ProgramTest::ProgramTest() : setStatus_(List().SetStatus) {
     List().SetStatus = [this](const std::string& text) {
-        setStatus(text);
-        for (const Ref<claFilePerformInfo>& row : List().Info) {
-            if (std::find(rows.begin(), rows.end(), row) == rows.end()) {
-                rows.push_back(row);
-                if (onRow)
-                    onRow(*row);
-            }
-        }
+        setStatus_(text);
+        const Ref<claFilePerformInfo> last = List().Info.empty() ? nullptr : List().Info.back();
+        if (last.IsNil() || std::find(rows.begin(), rows.end(), last) != rows.end())
+            return;
+        rows.push_back(last);
+        if (onRow)
+            onRow(*last);
     };
 }
 
@@ -37,7 +29,7 @@ ProgramTest::~ProgramTest() {
         List().Info.back()->Close();
     for (const Ref<claFilePerformInfo>& row : rows)
         row->PerformThread = nullptr; // a worker that died holds its row
-    List().SetStatus = setStatus;
+    List().SetStatus = setStatus_;
     App::Instance()->InUse.clear();
     App::Instance()->Preferences = New<claPreferences>();
     AskedOfDesktop();

@@ -33,4 +33,7 @@ protected:
     void Glue(const std::string& name) const;
     // Clicks on the stop button of a row with a real pointer.
     static void ClickStop(int row);
+
+private:
+    const std::function<void(const std::string&)> setStatus_; // the window's own
 };

@@ -11,7 +11,7 @@ namespace {
 
 // Resources that the program did not have when it started, on and off.
 void SetLateResources(bool there) {
-    for (const char* const name : {"picBack.png", "sndNewVersion.mp3", "sndResetPreferences.wav"}) {
+    for (const char* const name : {"picBack.png", "sndNewVersion.mp3"}) {
         const std::string path = PathBesideProgram("../Resources/") + name;
         std::filesystem::remove(path);
         if (there)
@@ -26,13 +26,10 @@ TEST(Resources, APictureThatFailedIsTriedAgainAndASoundIsNot) {
     EXPECT_TRUE(sndNewVersion().IsNil());
     SetLateResources(true);
     const Ref<Picture> picture = picBack();
-    const Ref<Sound> sound = sndResetPreferences();
     EXPECT_FALSE(picture.IsNil());
-    EXPECT_FALSE(sound.IsNil());
     EXPECT_TRUE(sndNewVersion().IsNil());
     SetLateResources(false);
     EXPECT_EQ(picBack(), picture) << "kept, with no new look at the file";
-    EXPECT_EQ(sndResetPreferences(), sound);
 }
 
 } // namespace

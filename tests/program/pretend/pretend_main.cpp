@@ -1,6 +1,7 @@
 // The program's neighbours on a desktop, as far as the tests need them: a file manager that writes down what it is
-// asked to show, a window out of which files are dragged, and another instance of the program itself, which is just
-// about to end.
+// asked to show, another instance of the program itself, which is just about to end, and a window out of which files
+// are dragged.
+// usage: program_pretend NAME-ON-THE-BUS | drag ADDRESS...
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -13,7 +14,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace {
 
@@ -22,33 +22,19 @@ void Say(const QByteArray& line) {
     std::fflush(stdout);
 }
 
-class FileManager : public QDBusVirtualObject {
+// Writes down the files that it is asked to show. Ends instead of answering anything else.
+class Service : public QDBusVirtualObject {
 public:
     QString introspect(const QString&) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
-        if (message.interface() != QLatin1String("org.freedesktop.FileManager1") ||
-            message.member() != QLatin1String("ShowItems"))
-            return false;
+        if (message.interface() + message.member() != QLatin1String("org.freedesktop.FileManager1ShowItems"))
+            std::_Exit(0);
         for (const QString& address : message.arguments().constFirst().toStringList())
             Say(address.toUtf8());
-        bus.send(message.createReply());
-        return true;
+        return bus.send(message.createReply());
     }
 };
-
-// Ends instead of answering what it is asked first.
-class EndingInstance : public QDBusVirtualObject {
-public:
-    QString introspect(const QString&) const override { return {}; }
-    bool handleMessage(const QDBusMessage&, const QDBusConnection&) override { std::_Exit(0); }
-};
-
-// Serves requests to an object on the bus under that name.
-bool Serve(const QString& name, const QString& path, QDBusVirtualObject& object) {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    return bus.registerVirtualObject(path, &object) && bus.registerService(name);
-}
 
 // Starts a drag of the given addresses as soon as the pointer moves with its button down. Says "accepted" when the
 // program beneath the pointer would take them, and "ended" when the drag is over for this side.
@@ -84,23 +70,15 @@ private:
 
 int main(int count, char** words) {
     const QApplication application(count, words);
-    const QStringList arguments = QApplication::arguments();
-    const QString role = arguments.value(1);
-
-    FileManager fileManager;
-    EndingInstance endingInstance;
-    DragSource dragSource(arguments.mid(2));
-    bool ready = true;
-    if (role == QLatin1String("file-manager"))
-        ready = Serve(QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
-                      fileManager);
-    else if (role == QLatin1String("ending-instance"))
-        ready = Serve(QStringLiteral("example.halvrick.Ombrivel"), QStringLiteral("/example/halvrick/Ombrivel"),
-                      endingInstance);
-    else
+    const QString role = QApplication::arguments().at(1);
+    DragSource dragSource(QApplication::arguments().mid(2));
+    Service service;
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (role == QLatin1String("drag"))
         dragSource.show();
-    if (!ready)
+    else if (!bus.registerVirtualObject(QLatin1Char('/') + QString(role).replace(u'.', u'/'), &service) ||
+             !bus.registerService(role))
         return 1;
-    Say("ready");
+    std::fputs("ready\n", stderr);
     return QApplication::exec();
 }

@@ -14,7 +14,6 @@
 #include "settings/Multilingual.h"
 #include "settings/winChooseLanguage.h"
 #include "settings/winPreferences.h"
-#include "tests/support/Waiting.h"
 #include "ui/Pictures.h"
 #include "ui/claDialogButton.h"
 #include "ui/claFilePerform.h"
@@ -25,9 +24,12 @@
 #include "update/winUpdate.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QPainter>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <vector>
 
@@ -35,10 +37,13 @@ namespace {
 
 constexpr int kGap = 12;
 constexpr int kTitle = 24;
+constexpr std::chrono::milliseconds kSomeFrames{50}; // after which what was written to a control is seen on it
 
 QPixmap PictureOf(const Ref<Window>& window) {
     window->Show();
-    ShowOnScreen();
+    QEventLoop events;
+    QTimer::singleShot(kSomeFrames, &events, &QEventLoop::quit);
+    events.exec();
     const QPixmap picture = NativeWindow::Of(*window).widget->grab();
     window->Hide();
     return picture;
