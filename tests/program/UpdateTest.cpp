@@ -62,7 +62,7 @@ TEST_F(Updates, AWebServerServesTheCheckAtTheStartAndTheDownload) {
     WriteFile(File("web.conf"), "daemon off; master_process off; pid web.pid; events {} http { " + http + " }");
     Process web({kWebServer, "-p", File("").string(), "-c", "web.conf", "-e", "web-errors"},
                 {{}, File(""), File("web-output")});
-    web.Await("a server that listens", [this] { return Exists("web.pid"); });
+    Await("a server that listens", [this] { return Exists("web.pid"); });
     Program& program = Start({});
     program.Dialog();
     desktop.Press({"Return"});

@@ -101,8 +101,7 @@ TEST_F(HTTPRequestTest, IsCarriedByARealProxy) {
     client->Yield = true;
     folder.Write("proxy.conf", "Listen 127.0.0.1\nPort " + std::to_string(client->HTTPProxyPort) + "\n");
     Process proxy({kProxy, "-d", "-c", folder.Path("proxy.conf")}, {{}, folder.Path(), folder.Path("proxy")});
-    proxy.Await("a proxy that listens",
-                [&] { return proxy.Output().find("Accepting connections") != std::string::npos; });
+    Await("a proxy that listens", [&] { return proxy.Output().find("Accepting connections") != std::string::npos; });
     const std::jthread answering = AnswerAside({kReply});
     EXPECT_EQ(client->Get(url, 20), "body");
     EXPECT_NE(client->PageHeaders()->Value("Via"), "") << "what the proxy adds";
