@@ -101,4 +101,24 @@ TEST_F(ListTest, PaintsRowsByItsOwnBound) {
     }
 }
 
+// Text that a strip leaves untouched is not set: none may miss a piece of what it does touch.
+TEST(Drawing, StripsMakeTheSameTextAsTheWhole) {
+    constexpr int kWidth = 120, kHeight = 40;
+    const auto draw = [](QImage& image, const QRect& strip) {
+        QPainter painter(&image);
+        painter.setClipRect(strip);
+        Graphics graphics = MakeGraphics(painter);
+        graphics.DrawString("\xC3\x85 film|gjpq", 5, 22, 0, false);
+    };
+    QImage whole(kWidth, kHeight, QImage::Format_RGB32);
+    whole.fill(Qt::white);
+    QImage strips = whole;
+    const QImage blank = whole;
+    draw(whole, whole.rect());
+    for (int y = 0; y < kHeight; ++y)
+        draw(strips, {0, y, kWidth, 1});
+    EXPECT_NE(whole, blank);
+    EXPECT_EQ(whole, strips);
+}
+
 } // namespace
