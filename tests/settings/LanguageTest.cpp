@@ -6,28 +6,16 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include <map>
 #include <sstream>
 
 namespace {
 
-class LanguageTest : public testing::Test {
-protected:
-    ~LanguageTest() override { Multilingual::Initialize(languages, "English"); }
+Ref<FolderItem> Languages() {
+    return SpecialFolder::Resources()->Child("Multilingual");
+}
 
-    // The text of a key in a file of that content.
-    std::string TextIn(const std::string& content, const std::string& key, const std::string& one = "",
-                       const std::string& two = "") const {
-        folder.Write("strings.txt", content);
-        Multilingual::LoadLanguageFile(folder.Item("strings.txt"));
-        return Multilingual::GetString(key, one, two, "3", "4");
-    }
-
-    const TestFolder folder;
-    const Ref<FolderItem> languages = SpecialFolder::Resources()->Child("Multilingual");
-};
-
-TEST_F(LanguageTest, LinesAreReadByTheirGrammar) {
+TEST(LanguageTest, LinesAreReadByTheirGrammarAndAPlaceholderIsFilledInOnceAndInOrder) {
     // clang-format off
     const std::pair<const char*, const char*> table[] = {
         {"Foo: a", "a"}, {"fOO: a", "a"}, {"Foo: a: b ", "a: b "}, {"Foo: ", ""}, {"Foo:", ""}, {"Foo:a", ""},
@@ -36,53 +24,48 @@ TEST_F(LanguageTest, LinesAreReadByTheirGrammar) {
         {"MAC  Foo: a", ""}, {"/*\nFoo: a\n*/\nFoo: b", "b"}, {"/*\n/*\n*/\nFoo: a", "a"}, {"*/\nFoo: a", "a"},
         {"/*\nFoo: a", ""}, {"/* \nFoo: a", "a"}, {"/*\n */\nFoo: a", ""}, {"//Foo: a\nFoo: b", "b"},
         {" //\nFoo: // a", "// a"}, {"\n\nFoo: a\n\n", "a"}, {"Bar: b\rFoo: a\r", "a"}, {"Bar: b\r\nFoo: a\r\n", "a"},
-        {"\xFF: \n\xC3\nFoo: ä\xFF", "ä\xFF"}, {"\uFEFFFoo: a", ""}, {"Foo: a\\nb\\nc\\N", "a\nb\nc\\N"}};
+        {"\xFF: \n\xC3\nFoo: ä\xFF", "ä\xFF"}, {"\uFEFFFoo: a", ""}, {"Foo: a\\nb\\nc\\N", "a\nb\nc\\N"},
+        {"Foo: <!%PLACEHOLDER#1%!> and <!%PLACEHOLDER#1%!>", "two\n and <!%PLACEHOLDER#1%!>"},
+        {"Foo: <!%PLACEHOLDER#4%!><!%PLACEHOLDER#3%!><!%PLACEHOLDER#2%!>", "43two"}};
     // clang-format on
-    for (const auto& [content, text] : table)
-        EXPECT_EQ(TextIn(content, "Foo"), text) << content;
-    EXPECT_EQ(TextIn("//Foo: a\nFoo: b", "//Foo"), "");
+    const TestFolder folder;
+    for (const auto& [content, text] : table) {
+        folder.Write("strings.txt", content);
+        Multilingual::LoadLanguageFile(folder.Item("strings.txt"));
+        // A value may hold what comes later, and a line break as the files spell it.
+        EXPECT_EQ(Multilingual::GetString("Foo", "<!%PLACEHOLDER#2%!>\\n", "two", "3", "4"), text) << content;
+        EXPECT_EQ(Multilingual::GetString("//Foo"), "");
+    }
     EXPECT_THROW(Multilingual::LoadLanguageFile(folder.Item("missing")), NilObjectException);
     EXPECT_EQ(Multilingual::GetString("Foo"), "") << "emptied before the file is opened";
+    Multilingual::Initialize(Languages(), "English");
 }
 
-TEST_F(LanguageTest, APlaceholderIsFilledInOnceAndInOrder) {
-    const std::string twice = "Foo: <!%PLACEHOLDER#1%!> and <!%PLACEHOLDER#1%!>";
-    EXPECT_EQ(TextIn(twice, "Foo", "x"), "x and <!%PLACEHOLDER#1%!>");
-    EXPECT_EQ(TextIn(twice, "Foo"), " and <!%PLACEHOLDER#1%!>");
-    // A value may hold what comes later, and a line break as the files spell it.
-    EXPECT_EQ(TextIn(twice, "Foo", "<!%PLACEHOLDER#2%!>\\n", "y"), "y\n and <!%PLACEHOLDER#1%!>");
-    EXPECT_EQ(TextIn("Foo: <!%PLACEHOLDER#4%!><!%PLACEHOLDER#3%!><!%PLACEHOLDER#2%!>", "Foo", "1", "2"), "432");
-}
-
-// The keys of a language file that count in a build. Those whose text takes a value have a star.
-std::set<std::string> KeysOf(const Ref<FolderItem>& file, const std::string& tag, const std::string& otherTag) {
-    std::set<std::string> keys;
-    std::istringstream lines(ReadFile(file->AbsolutePath()));
+// The keys that take a value are the same ones too.
+TEST(LanguageTest, EveryLanguageHasTheTextsOfEnglish) {
+    const Ref<FolderItem> languages = Languages();
+    std::istringstream lines(ReadFile(languages->Child("English")->Child("strings.txt")->AbsolutePath()));
+    Multilingual::Initialize(languages, "English");
+    std::map<std::string, bool> takesValue;
     for (std::string line; std::getline(lines, line);) {
-        if (line.empty() || Left(line, 2) == "//" || Left(line, 4) == otherTag)
+        if (line.empty() || line.starts_with("//") || line.starts_with("WIN "))
             continue;
-        EXPECT_EQ(line.find_last_not_of(" \t\r"), line.size() - 1) << "a blank at the end of: " << line;
-        EXPECT_GT(line.size(), line.find(": ") + 2) << "no text in: " << line;
-        const std::string once = Replace(line, "<!%PLACEHOLDER#1%!>", "");
-        EXPECT_EQ(once.find("<!%"), std::string::npos) << line;
-        const std::string key = line.substr(0, line.find(": ")) + (once == line ? "" : "*");
-        EXPECT_TRUE(keys.insert(Left(key, 4) == tag ? key.substr(4) : key).second) << "twice: " << line;
+        const std::string key = NthField(Replace(line, "MAC ", ""), ": ", 1);
+        takesValue[key] = Multilingual::GetString(key, "#") != Multilingual::GetString(key);
     }
-    return keys;
-}
-
-TEST_F(LanguageTest, EveryLanguageHasTheKeysOfEnglishOnceForBothBuilds) {
-    const std::set<std::string> english = KeysOf(languages->Child("English")->Child("strings.txt"), "MAC ", "WIN ");
-    EXPECT_GT(english.size(), 50U);
     for (int32_t i = 1; i <= languages->Count(); ++i) {
-        const Ref<FolderItem> file = languages->Item(i)->Child("strings.txt");
-        EXPECT_EQ(KeysOf(file, "MAC ", "WIN "), english) << file->AbsolutePath();
-        EXPECT_EQ(KeysOf(file, "WIN ", "MAC "), english) << file->AbsolutePath();
+        const std::string language = languages->Item(i)->Name();
+        Multilingual::Initialize(languages, language);
+        for (const auto& [key, takes] : takesValue) {
+            const std::string text = Multilingual::GetString(key, "#");
+            EXPECT_EQ(text != Multilingual::GetString(key), takes) << language << ": " << key;
+            EXPECT_TRUE(!text.empty() && text.find("<!%") == std::string::npos) << language << ": " << key;
+        }
         // These two go into an address as they stand.
-        Multilingual::LoadLanguageFile(file);
-        EXPECT_EQ(Multilingual::GetString("SearchForUpdatesApp"), "Ombrivel") << file->AbsolutePath();
-        EXPECT_LE(Multilingual::GetString("SearchForUpdatesLanguage").size(), 5U) << "a code, not a sentence";
+        EXPECT_EQ(Multilingual::GetString("SearchForUpdatesApp"), "Ombrivel") << language;
+        EXPECT_LE(Multilingual::GetString("SearchForUpdatesLanguage").size(), 5U) << language;
     }
+    Multilingual::Initialize(languages, "English");
 }
 
 } // namespace

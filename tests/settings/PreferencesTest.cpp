@@ -1,11 +1,10 @@
 #include "settings/claPreferences.h"
 
-#include "framework/files/BinaryStream.h"
-#include "tests/support/TestFolder.h"
+#include "framework/files/FolderItem.h"
+#include "framework/files/SpecialFolder.h"
+#include "tests/support/Bytes.h"
 
 #include <gtest/gtest.h>
-
-#include <filesystem>
 
 namespace {
 
@@ -13,59 +12,36 @@ using namespace std::string_literals;
 
 const std::string kHead = "\x22Ombrivel Preferences Version 1.0.0";
 
-// Language and the five settings as they are read, in the order of the file.
-std::string Loaded() {
-    const auto loaded = New<claPreferences>();
-    loaded->Load();
-    std::string text = loaded->Language + ":";
-    for (const bool setting : {loaded->AutoQuit, loaded->LaunchArchives, loaded->MovePartsToTrash,
-                               loaded->ShowFilesAfter, loaded->SearchForUpdates})
-        text += setting ? '1' : '0';
-    return text;
+// What a file that holds these has to look like.
+std::string BytesOf(const claPreferences& preferences) {
+    std::string bytes = kHead + static_cast<char>(preferences.Language.size()) + preferences.Language;
+    for (const bool setting : {preferences.AutoQuit, preferences.LaunchArchives, preferences.MovePartsToTrash,
+                               preferences.ShowFilesAfter, preferences.SearchForUpdates})
+        bytes += setting ? '\1' : '\0';
+    return bytes;
 }
 
-TEST(Preferences, EachSettingHasItsByteInTheFile) {
-    const Ref<FolderItem> file = NoPreferences();
-    EXPECT_EQ(Loaded(), ":11111");
-    EXPECT_FALSE(file->Exists()) << "reading makes no file";
-    bool claPreferences::*const settings[] = {&claPreferences::AutoQuit, &claPreferences::LaunchArchives,
-                                              &claPreferences::MovePartsToTrash, &claPreferences::ShowFilesAfter,
-                                              &claPreferences::SearchForUpdates};
-    for (std::size_t i = 0; i < 5; ++i) {
+TEST(Preferences, EachSettingHasItsByteAndAFileThatIsNotQuiteOneIsTakenForWhatItIs) {
+    const std::string none = kHead + "\0\1\1\1\1\1"s;
+    const std::string longest = kHead + "\xFF" + std::string(255, 'x') + "\0\0\1\0\1"s;
+    const std::pair<std::string, std::string> table[] = {
+        {"", none},
+        {kHead.substr(0, 20), none},
+        {kHead.substr(0, 34) + "1\1x\0\0\0\0\0"s, none}, // another version
+        {kHead + "\5Deu", kHead + "\3Deu\0\0\0\0\0"s},
+        {kHead + "\1x\1\1", kHead + "\1x\1\1\0\0\0"s}, // what is missing reads as 0
+        {kHead + "\1x\0\2\xFF\1\0 and more"s, kHead + "\1x\0\1\1\1\0"s},
+        {longest, longest}};
+    const std::string file = SpecialFolder::Preferences()->Child("Ombrivel 1.0.0 Preferences")->AbsolutePath();
+    for (const auto& [bytes, whole] : table) {
+        WriteFile(file, bytes);
         const auto preferences = New<claPreferences>();
-        (*preferences).*settings[i] = false;
-        preferences->Language = i == 0 ? std::string(300, 'x') : "Français"; // cut off at what its length byte can say
+        preferences->Load();
+        EXPECT_EQ(BytesOf(*preferences), whole) << bytes;
+        preferences->Language.resize(bytes == longest ? 300 : preferences->Language.size()); // cut off again
         preferences->Save();
-        std::string flags = "\1\1\1\1\1", expected = ":11111";
-        flags[i] = '\0';
-        expected[i + 1] = '0';
-        const std::string language = preferences->Language.substr(0, 255);
-        std::string bytes = kHead;
-        bytes.append(1, char(language.size())).append(language).append(flags);
-        EXPECT_TRUE(ReadFile(file->AbsolutePath()) == bytes) << i;
-        EXPECT_EQ(Loaded(), language + expected);
+        EXPECT_EQ(ReadFile(file), whole);
     }
-    std::filesystem::remove(file->AbsolutePath());
-    std::filesystem::create_directory(file->AbsolutePath());
-    EXPECT_THROW(New<claPreferences>()->Save(), NilObjectException);
-    NoPreferences();
-}
-
-TEST(Preferences, AFileThatIsNotQuiteOneIsTakenForWhatItIs) {
-    const std::pair<std::string, const char*> table[] = {{"", ":11111"},
-                                                         {kHead.substr(0, 20), ":11111"},
-                                                         {kHead.substr(0, 34) + "1\1x\0\0\0\0\0"s, ":11111"},
-                                                         {kHead, ":00000"},
-                                                         {kHead + "\5Deu", "Deu:00000"},
-                                                         {kHead + "\1x\1\1", "x:11000"}, // what is missing reads as 0
-                                                         {kHead + "\1x\0\2\xFF\1\0 and more"s, "x:01110"}};
-    const Ref<FolderItem> file = NoPreferences();
-    for (const auto& [bytes, loaded] : table) {
-        file->CreateBinaryFile("")->Write(bytes);
-        EXPECT_EQ(Loaded(), loaded) << bytes;
-        EXPECT_TRUE(ReadFile(file->AbsolutePath()) == bytes);
-    }
-    NoPreferences();
 }
 
 } // namespace

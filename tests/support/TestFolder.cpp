@@ -1,7 +1,6 @@
 #include "tests/support/TestFolder.h"
 
 #include "framework/files/ProgramFile.h"
-#include "framework/files/SpecialFolder.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -63,12 +62,6 @@ void EmptyTrash() {
     fs::remove_all(home + "/data/Trash");
 }
 
-Ref<FolderItem> NoPreferences() {
-    const Ref<FolderItem> file = SpecialFolder::Preferences()->Child("Ombrivel 1.0.0 Preferences");
-    file->Delete();
-    return file;
-}
-
 std::string AskedOfDesktop() {
     siginfo_t helper{};
     while (waitid(P_ALL, 0, &helper, WEXITED | WNOWAIT) == 0) // until there is none, and none is left to be buried
@@ -79,14 +72,6 @@ std::string AskedOfDesktop() {
 }
 
 TestFolder::TestFolder() : path_(NewFolder(home + "/files")) {}
-
-TestFolder::~TestFolder() {
-    fs::remove_all(path_);
-}
-
-Ref<FolderItem> TestFolder::Item(const std::string& name) const {
-    return New<FolderItem>(path_)->Child(name);
-}
 
 std::vector<std::string> TestFolder::Names() const {
     return NamesIn(path_);

@@ -15,8 +15,6 @@ void LeavePrivateHome();
 
 std::vector<std::string> TrashedNames(); // sorted
 void EmptyTrash();
-// The preferences file, which is gone now if it was there.
-Ref<FolderItem> NoPreferences();
 // What the desktop was asked since the last call, one request a line: "reveal /path", "open /path".
 std::string AskedOfDesktop();
 
@@ -24,13 +22,13 @@ std::string AskedOfDesktop();
 class TestFolder {
 public:
     TestFolder();
-    ~TestFolder();
+    ~TestFolder() { std::filesystem::remove_all(path_); }
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
 
     const std::string& Path() const { return path_; }
     std::string Path(const std::string& name) const { return path_ + "/" + name; }
-    Ref<FolderItem> Item(const std::string& name) const;
+    Ref<FolderItem> Item(const std::string& name) const { return New<FolderItem>(path_)->Child(name); }
     std::vector<std::string> Names() const; // sorted
 
     void Write(const std::string& name, const std::string& bytes) const { WriteFile(Path(name), bytes); }
