@@ -46,7 +46,6 @@ TEST_F(CutTest, PartsAreThePlainSlicesOfTheSource) {
         EXPECT_TRUE(folder.Read(name) == Pattern(size)) << name;
         EXPECT_EQ(rows.back()->Bar->Value(), steps) << name;
         EXPECT_EQ(rows.back()->Status, "Creating part " + std::to_string((size - 1) / partSize + 1) + "…");
-        EXPECT_EQ(AskedOfDesktop(), "reveal " + folder.Path(name + ".001") + "\n");
     }
     EXPECT_EQ(StatusText(), "0 operations running");
 }
@@ -128,7 +127,6 @@ TEST_F(CutTest, AStopTrashesThePartsAndKeepsTheSource) {
         EXPECT_EQ(folder.Names(), Names{"film"});
         EXPECT_EQ(folder.Item("film")->Length(), 64ULL << 30U);
         EXPECT_GE(TrashedNames().size(), 3U);
-        EXPECT_TRUE(List().Info.empty());
         EXPECT_EQ(AskedOfDesktop(), "");
     }
 }
@@ -142,7 +140,6 @@ TEST_F(CutTest, AFullDiskLeavesShortPartsBeyondFourGigabytesToo) {
     EXPECT_TRUE(WaitForWorkers());
     EXPECT_EQ(folder.Item("film.002")->Length(), kMegabyte);
     EXPECT_EQ(folder.Read("film.003"), "third");
-    EXPECT_TRUE(List().Info.empty());
 }
 
 } // namespace

@@ -58,11 +58,10 @@ TEST_F(GlueTest, JoinsTheSeriesFromItsLowestNumberToItsFirstGap) {
         EXPECT_TRUE(folder.Item(target)->Exists()) << target;
         EXPECT_EQ(folder.Read(target), glued) << target;
         EXPECT_EQ(folder.Names().size(), there.size() + 1) << target;
-        const bool archive = target == "a.RAR" || target == "a.zip";
-        EXPECT_EQ(AskedOfDesktop(), (archive ? "open " : "reveal ") + folder.Path(target) + "\n");
+        const std::string verb = target == "a.RAR" || target == "a.zip" ? "open " : "reveal ";
+        EXPECT_EQ(AskedOfDesktop(), verb + folder.Path(target) + "\n");
         EXPECT_EQ(rows.back()->Status, glued.empty() ? "Preparing…" : "Adding part "s + glued.back() + "…") << target;
     }
-    EXPECT_TRUE(List().Info.empty());
 }
 
 TEST_F(GlueTest, GivesBackSideBySideWhatWasCutSideBySide) {
@@ -82,7 +81,6 @@ TEST_F(GlueTest, GivesBackSideBySideWhatWasCutSideBySide) {
         EXPECT_TRUE(folder.Read(name(i)) == Pattern(2 * kMegabyte + i)) << i;
     EXPECT_EQ(folder.Names().size(), kFiles);
     EXPECT_EQ(TrashedNames().size(), kFiles * 7);
-    EXPECT_TRUE(App::Instance()->InUse.empty());
     EXPECT_EQ(StatusText(), "0 operations running");
 }
 
@@ -171,15 +169,14 @@ TEST_F(GlueTest, AFullDiskPassesForASuccess) {
 }
 
 TEST_F(GlueTest, WhatCannotBeWrittenLeavesItsRowAndItsSeriesInUse) {
-    const Ref<FolderItem> part = New<FolderItem>("/proc/film.mov.001"); // no file is made there
-    App::Instance()->DecodeFile(part);
     for (const char* name : {".001", "001", "x"}) { // leave no name to glue under
         folder.Write(name, "1");
         Glue(name);
     }
-    EXPECT_TRUE(WaitForWorkers());
-    App::Instance()->DecodeFile(part);
-    EXPECT_TRUE(WaitForWorkers());
+    for (const char* part : {"/proc/film.mov.001", "/proc/film.mov.002"}) { // where no file can be made
+        App::Instance()->DecodeFile(New<FolderItem>(part));
+        EXPECT_TRUE(WaitForWorkers());
+    }
     EXPECT_EQ(folder.Names(), (Names{".001", "001", "x"}));
     EXPECT_EQ(rows.size(), 1U);
     EXPECT_EQ(List().Info, rows);

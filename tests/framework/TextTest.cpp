@@ -26,8 +26,7 @@ TEST(Text, CutsBetweenCharactersAndTakesAStrayByteForOne) {
 }
 
 TEST(Text, FindsAndComparesWithoutRegardToCase) {
-    EXPECT_EQ(InStr(6, "film.mov.001", "."), 9);
-    EXPECT_EQ(InStr(0, "äÖ.MOV", "ö.mov"), 2);
+    EXPECT_EQ(InStr(2, "äöÄÖ.MOV", "ö.mov"), 4);
     EXPECT_EQ(InStr(0, "\u212Alm", "klm"), 1) << "the Kelvin sign takes three bytes, its small letter one";
     EXPECT_EQ(InStr(0, "ä", "\xA4"), 0) << "a byte inside a character is no match";
     const std::tuple<std::string, std::string, int> table[] = {

@@ -14,7 +14,6 @@
 #include <QClipboard>
 #include <QProgressBar>
 #include <QScrollBar>
-#include <QTest>
 #include <QTextBlock>
 #include <QTextEdit>
 #include <QToolBar>
@@ -32,46 +31,44 @@ public:
 TEST(Windows, ACanvasIsRepaintedOnceWhenBarsAboveItChangeMoveOrGo) {
     const auto window = New<TestWindow>();
     const auto canvas = New<Canvas>();
-    const auto bar = New<ProgressBar>(), second = New<ProgressBar>();
+    const Ref<ProgressBar> bars[] = {New<ProgressBar>(), New<ProgressBar>()};
     int paints = 0;
-    bool served = false, servedWithin = false;
+    bool served = false;
     canvas->Paint = [&](Graphics&) {
         ++paints;
         served = false;
         PostToMainThread([&served] { served = true; });
         YieldForAWhile();
-        servedWithin = servedWithin || served;
+        EXPECT_FALSE(served);
         throw NilObjectException();
     };
-    bar->SetMaximum(5); // one without a measure moves by itself
-    second->SetMaximum(5);
     window->Make();
     window->Add(canvas, {.Width = 400, .Height = 200, .LockLeft = true, .LockRight = true});
-    window->Add(bar, {.Left = 10, .Top = 10, .Width = 300, .Height = 12, .LockRight = true, .LockBottom = true});
-    window->Add(second, {.Left = 10, .Top = 30, .Width = 300, .Height = 12});
+    for (const Ref<ProgressBar>& bar : bars) {
+        bar->SetMaximum(5); // one without a measure moves by itself
+        window->Add(bar, {.Left = 10, .Width = 300, .Height = 12, .LockRight = true, .LockBottom = true});
+    }
     window->Show();
-    using Change = void (*)(ProgressBar&);
-    for (const Change change :
-         {Change([](ProgressBar& one) { one.SetValue(1); }), Change([](ProgressBar& one) { one.SetMaximum(9); }),
-          Change([](ProgressBar& one) { one.SetTop(one.Top() + 50); })}) {
+    using Setter = void (ProgressBar::*)(int32_t);
+    for (const Setter set : {&ProgressBar::SetValue, &ProgressBar::SetMaximum, Setter(&ProgressBar::SetTop)}) {
         ShowOnScreen();
         paints = 0;
-        change(*bar);
-        change(*second);
+        for (const Ref<ProgressBar>& bar : bars)
+            ((*bar).*set)(7);
         ShowOnScreen();
         EXPECT_EQ(paints, 1);
     }
-    second->Close();
-    second->SetValue(5); // as a worker may that has not noticed yet
+    bars[1]->Close();
+    bars[1]->SetValue(5); // as a worker may that has not noticed yet
     ShowOnScreen();
     EXPECT_GT(paints, 1);
-    EXPECT_TRUE(served && !servedWithin);
+    EXPECT_TRUE(served);
 
     NativeWindow::Of(*window).widget->resize(450, 370);
     EXPECT_TRUE(WaitUntil([&canvas] { return canvas->Width() == 450; }));
     const auto* const shown = NativeWindow::Of(*window).widget->findChild<QProgressBar*>();
-    EXPECT_EQ(shown->geometry(), QRect(60, 130, 300, 12));
-    EXPECT_EQ(std::pair(shown->value(), shown->maximum()), std::pair(1, 9));
+    EXPECT_EQ(shown->geometry(), QRect(60, 77, 300, 12));
+    EXPECT_EQ(shown->value(), 7);
     window->Close();
 }
 
@@ -80,45 +77,39 @@ TEST(Windows, TheToolbarShowsNoToolTips) {
     EXPECT_EQ(bar->widgetForAction(bar->actions().constFirst())->toolTip(), QString());
 }
 
-TEST(Windows, TextAreasShowPiecesInTheirStylesToBeScrolledAndCopiedAndNoMoreThanPeopleRead) {
+TEST(Windows, ATextAreaShowsPiecesInTheirStylesToBeCopiedAndNoMoreThanPeopleRead) {
     const Ref<winUpdate> window = winUpdate::Instance();
-    const Ref<TextArea> area = window->txtMessage();
     window->Show();
     ShowOnScreen();
     QApplication::setActiveWindow(NativeWindow::Of(*window).widget);
     std::string text;
     for (int line = 0; line < 50; ++line) {
-        area->SetSelBold(line == 0);
-        area->SetSelText("p\xFFl\aa<b>in\n");
+        window->txtMessage()->SetSelBold(line == 0);
+        window->txtMessage()->SetSelText("p\xFFl\aa<b>in\n");
         text += "p\uFFFDl\uFFFDa<b>in\n";
     }
-    EXPECT_EQ(area->Text(), text);
-    auto& shown = *NativeWindow::Of(*window).widget->findChild<QTextEdit*>();
-    const QTextBlock first = shown.document()->begin();
+    auto& area = *NativeWindow::Of(*window).widget->findChild<QTextEdit*>();
+    const QTextBlock first = area.document()->begin();
     EXPECT_EQ(first.begin().fragment().charFormat().fontWeight(), QFont::Bold);
     EXPECT_EQ(first.next().begin().fragment().charFormat().fontWeight(), QFont::Normal);
-    EXPECT_EQ(shown.verticalScrollBar()->value(), 0) << "the beginning stays in view";
-    shown.setFocus();
-    QTest::keyClick(&shown, Qt::Key_Down);
-    EXPECT_GT(shown.verticalScrollBar()->value(), 0);
+    EXPECT_EQ(area.verticalScrollBar()->value(), 0) << "the beginning stays in view";
 
     const MenuItem copy("Copy", "", "", MenuItem::Role::Copy);
+    EXPECT_FALSE(CommandCanRun(copy));
+    area.setFocus();
+    EXPECT_TRUE(CommandCanRun(copy));
     EXPECT_FALSE(CommandCanRun(MenuItem("Paste", "", "", MenuItem::Role::Paste)));
     RunCommand(MenuItem("SelectAll", "", "", MenuItem::Role::SelectAll));
-    EXPECT_TRUE(CommandCanRun(copy));
     RunCommand(copy);
     EXPECT_EQ(QApplication::clipboard()->text().toStdString(), text);
-    QTest::keyClick(&shown, Qt::Key_Tab);
-    EXPECT_FALSE(shown.hasFocus() || CommandCanRun(copy));
 
     const auto begin = std::chrono::steady_clock::now();
-    area->SetSelText(std::string(8 << 20, 'w') + '\n');
+    window->txtMessage()->SetSelText(std::string(8 << 20, 'w') + '\n');
     for (int line = 0; line < 2000; ++line)
-        area->SetSelText(std::string(16 << 10, '\n'));
+        window->txtMessage()->SetSelText(std::string(16 << 10, '\n'));
     ShowOnScreen();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
-    EXPECT_GT(area->Text().size(), 50'000U);
-    EXPECT_LT(area->Text().size(), 1'000'000U);
+    EXPECT_LT(window->txtMessage()->Text().size(), 1'000'000U);
     window->Close();
 }
 
