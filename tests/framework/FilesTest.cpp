@@ -82,30 +82,21 @@ TEST(Files, OnlyPlainFilesAreOpenedAndOneUnderALeaseIsWaitedFor) {
     close(leased);
 }
 
-TEST(Files, MoveBlocksExactlyAndNothingBehindTheEndAsItIsNow) {
+TEST(Files, AStreamEndsWhereItsFileEndsByNowAndIsClosedOnce) {
     constexpr int32_t kBlock = 1048576;
     const TestFolder folder;
-    const std::string bytes = Pattern(std::size_t{4} * kBlock);
-    folder.Write("from", bytes);
+    folder.WriteSparse("from", uint64_t{2} * kBlock);
     const Ref<BinaryStream> from = folder.Item("from")->OpenAsBinaryFile(false);
     const Ref<BinaryStream> to = folder.Item("to")->CreateBinaryFile("");
     to->Write(from->Read(5)); // both ways to move bytes share one position
-    to->WriteFrom(*from, -7, kBlock);
-    to->WriteFrom(*from, kBlock, INT64_MAX);
-    to->Write(from->Read(200000));
-    to->WriteFrom(*from, INT32_MAX);
+    to->WriteFrom(*from, kBlock - 5);
+    folder.WriteSparse("from", kBlock + 10);
     to->WriteFrom(*from, kBlock);
-    EXPECT_EQ(from->Read(1), "");
-    EXPECT_TRUE(folder.Read("to") == bytes);
-
-    folder.WriteSparse("from", 10); // another program is at it
+    EXPECT_EQ(folder.Item("to")->Length(), kBlock + 10U);
+    folder.WriteSparse("from", 10);
     EXPECT_TRUE(from->AtEOF());
-    folder.WriteSparse("from", bytes.size() + 12);
-    to->WriteFrom(*from, 10);
-    folder.WriteSparse("from", bytes.size() + 11);
-    to->WriteFrom(*from, kBlock);
-    EXPECT_EQ(folder.Item("to")->Length(), bytes.size() + 11);
-
+    folder.WriteSparse("from", kBlock + 12);
+    EXPECT_EQ(from->Read(5).size(), 2U);
     from->Close();
     const Ref<BinaryStream> other = folder.Item("to")->OpenAsBinaryFile(false);
     from->Close(); // takes nothing away from who has its descriptor now

@@ -46,8 +46,7 @@ TEST(Language, LinesAreReadByTheirGrammarAndAPlaceholderIsFilledInOnceAndInOrder
 
 // The keys that take a value are the same ones too.
 TEST(Language, EveryLanguageHasTheTextsOfEnglish) {
-    const Ref<FolderItem> languages = Languages();
-    std::istringstream lines(ReadFile(languages->Child("English")->Child("strings.txt")->AbsolutePath()));
+    std::istringstream lines(ReadFile(Languages()->Child("English")->Child("strings.txt")->AbsolutePath()));
     std::map<std::string, bool> takesValue;
     for (std::string line; std::getline(lines, line);) {
         if (line.empty() || line.starts_with("//") || line.starts_with("WIN "))
@@ -55,6 +54,7 @@ TEST(Language, EveryLanguageHasTheTextsOfEnglish) {
         const std::string key = NthField(Replace(line, "MAC ", ""), ": ", 1);
         takesValue[key] = Multilingual::GetString(key, "#") != Multilingual::GetString(key);
     }
+    const Ref<FolderItem> languages = Languages();
     for (int32_t i = 1; i <= languages->Count(); ++i) {
         const std::string language = languages->Item(i)->Name();
         Multilingual::Initialize(languages, language);

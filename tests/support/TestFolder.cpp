@@ -24,6 +24,8 @@ std::string NewFolder(const std::string& parent) {
     return path;
 }
 
+} // namespace
+
 std::vector<std::string> NamesIn(const std::string& folder) {
     std::vector<std::string> names;
     std::error_code missing;
@@ -32,8 +34,6 @@ std::vector<std::string> NamesIn(const std::string& folder) {
     std::sort(names.begin(), names.end());
     return names;
 }
-
-} // namespace
 
 void EnterPrivateHome() {
     home = NewFolder(PathBesideProgram("../homes"));
@@ -72,10 +72,6 @@ std::string AskedOfDesktop() {
 }
 
 TestFolder::TestFolder() : path_(NewFolder(home + "/files")) {}
-
-std::vector<std::string> TestFolder::Names() const {
-    return NamesIn(path_);
-}
 
 void TestFolder::WriteSparse(const std::string& name, uint64_t size) const {
     const std::ofstream made(Path(name), std::ios::app);
