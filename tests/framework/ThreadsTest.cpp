@@ -1,111 +1,112 @@
 #include "framework/threads/MainThread.h"
+#include "framework/threads/Thread.h"
 #include "framework/threads/Timer.h"
 #include "tests/support/Waiting.h"
-#include "tests/support/Worker.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <stdexcept>
 
 namespace {
 
-TEST(Threads, NoResumeIsLostHoweverSoonItComes) {
+using namespace std::chrono_literals;
+
+class Worker : public Thread {
+public:
+    explicit Worker(std::function<void(Worker&)> body) : body_(std::move(body)) {}
+
+protected:
+    void Event_Run() override { body_(*this); }
+
+private:
+    std::function<void(Worker&)> body_;
+};
+
+TEST(Threads, NoResumeIsLostHoweverSoonItComesAndOneBeforehandDoesNothing) {
     constexpr int kRounds = 3000;
     std::atomic<int> woken{0};
-    New<Worker>([&woken](Worker& worker) {
-        for (int i = 0; i < kRounds; ++i, ++woken) {
-            worker.Suspend([&worker] {
-                PostToMainThread([&worker] { worker.Resume(); });
+    const auto worker = New<Worker>([&woken](Worker& self) {
+        self.Suspend([] { return false; });
+        for (; woken < kRounds; ++woken) {
+            self.Suspend([&self] {
+                PostToMainThread([&self] { self.Resume(); });
                 return true;
             });
         }
-    })->Run();
-    EXPECT_TRUE(WaitForWorkers());
-    EXPECT_EQ(woken, kRounds);
-}
-
-TEST(Threads, AResumeBeforehandDoesNothingAndARefusedSleepIsNone) {
-    std::atomic<int> step{0};
-    const auto worker = New<Worker>([&step](Worker& self) {
-        self.Suspend([] { return false; });
-        self.Suspend([&step] { return ++step == 1; });
-        ++step;
+        self.Suspend([&woken] { return ++woken > 0; });
     });
     worker->Resume();
     worker->Run();
-    EXPECT_TRUE(WaitUntil([&step] { return step == 1; }));
+    EXPECT_TRUE(WaitUntil([&woken] { return woken == kRounds + 1; }));
     YieldForAWhile();
-    EXPECT_EQ(step, 1);
+    EXPECT_EQ(Thread::RunningCount(), 1) << "the last sleep lasts";
     worker->Resume();
     EXPECT_TRUE(WaitForWorkers());
-    EXPECT_EQ(step, 2);
 }
 
 TEST(Threads, CallsReachTheMainThreadInOrderAndFailuresComeBack) {
-    constexpr int kCalls = 1000;
     int served = 0, servedWithin = 0; // written on the main thread alone
-    std::string failure;
+    bool failed = false;
     New<Worker>([&](Worker&) {
-        for (int i = 0; i < kCalls; ++i)
+        for (int i = 0; i < 1000; ++i)
             PostToMainThread([&, i] { served += served == i && IsMainThread() ? 1 : 0; });
         try {
             OnMainThread([&]() -> int {
                 PostToMainThread([&] { ++served; });
                 YieldForAWhile();
                 servedWithin = served;
-                throw std::runtime_error("told");
+                throw NilObjectException();
             });
-        } catch (const std::runtime_error& error) {
-            failure = error.what();
+        } catch (const NilObjectException&) {
+            failed = true;
         }
     })->Run();
     EXPECT_TRUE(WaitForWorkers());
-    EXPECT_EQ(servedWithin, kCalls) << "what a worker waits for happens in one step";
-    EXPECT_EQ(served, kCalls + 1);
-    EXPECT_EQ(failure, "told");
+    EXPECT_EQ(servedWithin, 1000) << "what a worker waits for happens in one step";
+    EXPECT_TRUE(failed);
     PostToMainThread([&] { served = 0; });
     YieldForAWhile();
     EXPECT_EQ(served, 0) << "a long loop that nobody waits for serves events";
 }
 
-// Its last reference goes on a worker.
 class CountingTimer : public Timer {
 public:
-    explicit CountingTimer(int& count) : count_(count) {
-        SetMode(2);
-        SetPeriod(2);
-    }
+    int* count = nullptr;
 
 protected:
     void Event_Action() override {
-        ++count_;
+        ++*count;
         throw NilObjectException();
     }
-
-private:
-    int& count_;
 };
 
-TEST(Threads, ATimerFiresWhileItIsHeldAndAFailureEndsNothingElse) {
+TEST(Threads, ATimerFiresWhileItIsHeldWhateverFails) {
     testing::internal::CaptureStderr();
-    int count = 0, other = 0;
-    auto timer = New<CountingTimer>(count);
-    const auto clock = New<CountingTimer>(other);
+    int count = 0;
+    auto timer = New<CountingTimer>();
+    timer->count = &count;
+    timer->SetPeriod(2);
+    timer->SetMode(2);
     EXPECT_TRUE(WaitUntil([&count] { return count >= 4; }));
-    New<Worker>([held = timer](Worker&) { Ref<Worker>()->Resume(); })->Run();
-    timer = nullptr;
+    New<Worker>([held = std::move(timer)](Worker&) { Ref<Worker>()->Resume(); })->Run(); // its last reference
     EXPECT_TRUE(WaitForWorkers());
-    const int atItsEnd = count;
-    other = 0;
-    EXPECT_TRUE(WaitUntil([&other] { return other >= 10; }));
-    EXPECT_EQ(count, atItsEnd);
-    clock->SetMode(0);
-    other = 0;
+    count = 0;
     YieldForAWhile();
-    EXPECT_EQ(other, 0);
+    EXPECT_EQ(count, 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "framework_tests: timer: nil object\nframework_tests: thread: nil object\n");
+}
+
+TEST(Threads, AnUpdateComesOncePerFrameHoweverOftenAWorkerAsksForIt) {
+    const auto update = New<CountingUpdate>();
+    const auto begin = std::chrono::steady_clock::now();
+    New<Worker>([update](Worker&) {
+        for (int i = 0; i < 100000; ++i)
+            update->RequestUpdate();
+    })->Run();
+    EXPECT_TRUE(WaitForWorkers());
+    ShowOnScreen();
+    EXPECT_LE(update->updates, (std::chrono::steady_clock::now() - begin) / 16ms + 1);
 }
 
 } // namespace

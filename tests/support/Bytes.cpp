@@ -1,9 +1,12 @@
 #include "tests/support/Bytes.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <fstream>
 #include <random>
 #include <sstream>
 #include <stdexcept>
+#include <vector>
 
 std::string ReadFile(const std::filesystem::path& file) {
     std::ostringstream bytes;
@@ -19,12 +22,7 @@ void WriteFile(const std::filesystem::path& file, const std::string& bytes) {
 }
 
 std::string Pattern(std::size_t size) {
-    std::mt19937_64 next(size);
-    std::string bytes;
-    while (bytes.size() < size) {
-        const auto number = next();
-        bytes.append(reinterpret_cast<const char*>(&number), sizeof number);
-    }
-    bytes.resize(size);
-    return bytes;
+    std::vector<uint64_t> numbers(size / sizeof(uint64_t) + 1);
+    std::generate(numbers.begin(), numbers.end(), std::mt19937_64(size));
+    return {reinterpret_cast<const char*>(numbers.data()), size};
 }

@@ -1,7 +1,6 @@
 #include "tests/support/TestFolder.h"
 
 #include "framework/files/ProgramFile.h"
-#include "framework/files/SpecialFolder.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -25,6 +24,8 @@ std::string NewFolder(const std::string& parent) {
     return path;
 }
 
+} // namespace
+
 std::vector<std::string> NamesIn(const std::string& folder) {
     std::vector<std::string> names;
     std::error_code missing;
@@ -33,8 +34,6 @@ std::vector<std::string> NamesIn(const std::string& folder) {
     std::sort(names.begin(), names.end());
     return names;
 }
-
-} // namespace
 
 void EnterPrivateHome() {
     home = NewFolder(PathBesideProgram("../homes"));
@@ -63,12 +62,6 @@ void EmptyTrash() {
     fs::remove_all(home + "/data/Trash");
 }
 
-Ref<FolderItem> NoPreferences() {
-    const Ref<FolderItem> file = SpecialFolder::Preferences()->Child("Ombrivel 1.0.0 Preferences");
-    file->Delete();
-    return file;
-}
-
 std::string AskedOfDesktop() {
     siginfo_t helper{};
     while (waitid(P_ALL, 0, &helper, WEXITED | WNOWAIT) == 0) // until there is none, and none is left to be buried
@@ -79,18 +72,6 @@ std::string AskedOfDesktop() {
 }
 
 TestFolder::TestFolder() : path_(NewFolder(home + "/files")) {}
-
-TestFolder::~TestFolder() {
-    fs::remove_all(path_);
-}
-
-Ref<FolderItem> TestFolder::Item(const std::string& name) const {
-    return New<FolderItem>(path_)->Child(name);
-}
-
-std::vector<std::string> TestFolder::Names() const {
-    return NamesIn(path_);
-}
 
 void TestFolder::WriteSparse(const std::string& name, uint64_t size) const {
     const std::ofstream made(Path(name), std::ios::app);

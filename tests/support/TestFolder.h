@@ -13,10 +13,9 @@
 void EnterPrivateHome();
 void LeavePrivateHome();
 
-std::vector<std::string> TrashedNames(); // sorted
+std::vector<std::string> NamesIn(const std::string& folder); // sorted; none if there is no such folder
+std::vector<std::string> TrashedNames();
 void EmptyTrash();
-// The preferences file, which is gone now if it was there.
-Ref<FolderItem> NoPreferences();
 // What the desktop was asked since the last call, one request a line: "reveal /path", "open /path".
 std::string AskedOfDesktop();
 
@@ -24,14 +23,14 @@ std::string AskedOfDesktop();
 class TestFolder {
 public:
     TestFolder();
-    ~TestFolder();
+    ~TestFolder() { std::filesystem::remove_all(path_); }
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
 
     const std::string& Path() const { return path_; }
     std::string Path(const std::string& name) const { return path_ + "/" + name; }
-    Ref<FolderItem> Item(const std::string& name) const;
-    std::vector<std::string> Names() const; // sorted
+    Ref<FolderItem> Item(const std::string& name) const { return New<FolderItem>(path_)->Child(name); }
+    std::vector<std::string> Names() const { return NamesIn(path_); } // sorted
 
     void Write(const std::string& name, const std::string& bytes) const { WriteFile(Path(name), bytes); }
     // Gives a new or an existing file that size, without room on the disk for it.
@@ -47,8 +46,6 @@ class FileSizeLimit {
 public:
     explicit FileSizeLimit(uint64_t bytes);
     ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
 
 private:
     rlimit before_{};

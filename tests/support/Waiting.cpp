@@ -3,7 +3,6 @@
 #include "framework/threads/MainThread.h"
 #include "framework/threads/Thread.h"
 #include "framework/threads/Yield.h"
-#include "framework/windows/ScreenUpdate.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -11,14 +10,6 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-class Probe : public ScreenUpdate {
-public:
-    bool updated = false;
-
-protected:
-    void UpdateScreen() override { updated = true; }
-};
 
 } // namespace
 
@@ -49,9 +40,9 @@ void YieldForAWhile() {
 
 // The toolkit paints a little after it was told to, but within one frame.
 void ShowOnScreen() {
-    for (int frame = 0; frame < 3; ++frame) {
-        const auto probe = New<Probe>();
-        probe->RequestUpdate();
-        WaitUntil([&probe] { return probe->updated; });
+    const auto update = New<CountingUpdate>();
+    for (const int frame : {1, 2, 3}) {
+        update->RequestUpdate();
+        WaitUntil([&] { return update->updates == frame; });
     }
 }

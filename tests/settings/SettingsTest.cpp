@@ -1,0 +1,107 @@
+#include "settings/Multilingual.h"
+#include "settings/claPreferences.h"
+
+#include "framework/files/SpecialFolder.h"
+#include "framework/text/Text.h"
+#include "tests/support/TestFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
+
+namespace {
+
+using namespace std::string_literals;
+
+Ref<FolderItem> Languages() {
+    return SpecialFolder::Resources()->Child("Multilingual");
+}
+
+TEST(Language, LinesAreReadByTheirGrammarAndAPlaceholderIsFilledInOnceAndInOrder) {
+    // clang-format off
+    const std::pair<const char*, const char*> table[] = {
+        {"Foo: a", "a"}, {"fOO: a", "a"}, {"Foo: a: b ", "a: b "}, {"Foo: ", ""}, {"Foo:", ""}, {"Foo:a", ""},
+        {"Food: a", ""}, {"Foo: a\nFoo: b", "a"}, {"Foo: a\nMAC Foo: b", "a"}, {"MAC Foo: b\nFoo: a", "b"},
+        {"WIN Foo: a", ""}, {"WIN Foo: a\nFoo: b", "b"}, {"MAC Foo Bar: a", "a"}, {"Foo Bar: a", ""}, {" Foo: a", ""},
+        {"MAC  Foo: a", ""}, {"/*\nFoo: a\n*/\nFoo: b", "b"}, {"/*\n/*\n*/\nFoo: a", "a"}, {"*/\nFoo: a", "a"},
+        {"/*\nFoo: a", ""}, {"/* \nFoo: a", "a"}, {"/*\n */\nFoo: a", ""}, {"//Foo: a\nFoo: b", "b"},
+        {" //\nFoo: // a", "// a"}, {"\n\nFoo: a\n\n", "a"}, {"Bar: b\rFoo: a\r", "a"}, {"Bar: b\r\nFoo: a\r\n", "a"},
+        {"\xFF: \n\xC3\nFoo: ä\xFF", "ä\xFF"}, {"\uFEFFFoo: a", ""}, {"Foo: a\\nb\\nc\\N", "a\nb\nc\\N"},
+        {"Foo: <!%PLACEHOLDER#1%!> and <!%PLACEHOLDER#1%!>", "two\n and <!%PLACEHOLDER#1%!>"},
+        {"Foo: <!%PLACEHOLDER#4%!><!%PLACEHOLDER#3%!><!%PLACEHOLDER#2%!>", "43two"}};
+    // clang-format on
+    const TestFolder folder;
+    for (const auto& [content, text] : table) {
+        folder.Write("strings.txt", content);
+        Multilingual::LoadLanguageFile(folder.Item("strings.txt"));
+        // A value may hold what comes later, and a line break as the files spell it.
+        EXPECT_EQ(Multilingual::GetString("Foo", "<!%PLACEHOLDER#2%!>\\n", "two", "3", "4"), text) << content;
+        EXPECT_EQ(Multilingual::GetString("//Foo"), "");
+    }
+    EXPECT_THROW(Multilingual::LoadLanguageFile(folder.Item("missing")), NilObjectException);
+    EXPECT_EQ(Multilingual::GetString("Foo"), "") << "emptied before the file is opened";
+    Multilingual::Initialize(Languages(), "English");
+}
+
+// The keys that take a value are the same ones too.
+TEST(Language, EveryLanguageHasTheTextsOfEnglish) {
+    std::istringstream lines(ReadFile(Languages()->Child("English")->Child("strings.txt")->AbsolutePath()));
+    std::map<std::string, bool> takesValue;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.empty() || line.starts_with("//") || line.starts_with("WIN "))
+            continue;
+        const std::string key = NthField(Replace(line, "MAC ", ""), ": ", 1);
+        takesValue[key] = Multilingual::GetString(key, "#") != Multilingual::GetString(key);
+    }
+    const Ref<FolderItem> languages = Languages();
+    for (int32_t i = 1; i <= languages->Count(); ++i) {
+        const std::string language = languages->Item(i)->Name();
+        Multilingual::Initialize(languages, language);
+        for (const auto& [key, takes] : takesValue) {
+            const std::string text = Multilingual::GetString(key, "#");
+            EXPECT_EQ(text != Multilingual::GetString(key), takes) << language << ": " << key;
+            EXPECT_TRUE(!text.empty() && text.find("<!%") == std::string::npos) << language << ": " << key;
+        }
+        // These two go into an address as they stand.
+        EXPECT_EQ(Multilingual::GetString("SearchForUpdatesApp"), "Ombrivel") << language;
+        EXPECT_LE(Multilingual::GetString("SearchForUpdatesLanguage").size(), 5U) << language;
+    }
+    Multilingual::Initialize(languages, "English");
+}
+
+const std::string kHead = "\x22Ombrivel Preferences Version 1.0.0";
+
+// What a file that holds these has to look like.
+std::string BytesOf(const claPreferences& preferences) {
+    std::string bytes = kHead + static_cast<char>(preferences.Language.size()) + preferences.Language;
+    for (const bool setting : {preferences.AutoQuit, preferences.LaunchArchives, preferences.MovePartsToTrash,
+                               preferences.ShowFilesAfter, preferences.SearchForUpdates})
+        bytes += setting ? '\1' : '\0';
+    return bytes;
+}
+
+TEST(Preferences, EachSettingHasItsByteAndAFileThatIsNotQuiteOneIsTakenForWhatItIs) {
+    const std::string none = kHead + "\0\1\1\1\1\1"s;
+    const std::string longest = kHead + "\xFF" + std::string(255, 'x') + "\0\0\1\0\1"s;
+    const std::pair<std::string, std::string> table[] = {
+        {"", none},
+        {kHead.substr(0, 20), none},
+        {kHead.substr(0, 34) + "1\1x\0\0\0\0\0"s, none}, // another version
+        {kHead + "\5Deu", kHead + "\3Deu\0\0\0\0\0"s},
+        {kHead + "\1x\1\1", kHead + "\1x\1\1\0\0\0"s}, // what is missing reads as 0
+        {kHead + "\1x\0\2\xFF\1\0 and more"s, kHead + "\1x\0\1\1\1\0"s},
+        {longest, longest}};
+    const std::string file = SpecialFolder::Preferences()->Child("Ombrivel 1.0.0 Preferences")->AbsolutePath();
+    for (const auto& [bytes, whole] : table) {
+        WriteFile(file, bytes);
+        const auto preferences = New<claPreferences>();
+        preferences->Load();
+        EXPECT_EQ(BytesOf(*preferences), whole) << bytes;
+        preferences->Language.resize(bytes == longest ? 300 : preferences->Language.size()); // cut off again
+        preferences->Save();
+        EXPECT_EQ(ReadFile(file), whole);
+    }
+}
+
+} // namespace
