@@ -3,6 +3,7 @@
 #include "bench/Operations.h"
 #include "bench/Scratch.h"
 #include "framework/threads/MainThread.h"
+#include "framework/threads/Thread.h"
 #include "framework/threads/Timer.h"
 #include "ui/winMain.h"
 
@@ -95,7 +96,7 @@ double MemoryPerOperation(const std::string& folder, uint64_t size) {
     const double peak = PeakDuring([&] {
         for (const std::string& film : films)
             BeginCut(film, kPartSize);
-        WaitForAll();
+        Thread::WaitForAll();
     });
     return (peak - idle) / 1024 / kOperations;
 }
@@ -114,7 +115,7 @@ void MeasureLiveliness(const BenchOptions& options, Report& report) {
         const double busy = GapDuring([&] {
             for (const std::string& film : films)
                 BeginCut(film, 10 * 1048576);
-            WaitForAll();
+            Thread::WaitForAll();
         });
         report.Add("event loop, idle", "99 % of the gaps below, ms", idle, 20);
         report.Add("event loop, 16 operations", "99 % of the gaps below, ms", busy, 20);

@@ -7,13 +7,10 @@
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/threads/MainThread.h"
+#include "framework/threads/Thread.h"
 #include "ui/claFilePerform.h"
 #include "ui/claFilePerformInfo.h"
 #include "ui/winMain.h"
-
-#include <algorithm>
-#include <chrono>
-#include <thread>
 
 void BeginCut(const std::string& file, int32_t partSize) {
     RunOnMainThread([&] {
@@ -29,14 +26,6 @@ void BeginCut(const std::string& file, int32_t partSize) {
     });
 }
 
-void WaitForAll() {
-    // Each look costs processor time of our own: so after a hundredth of the time that has gone.
-    const auto start = std::chrono::steady_clock::now();
-    while (Thread::RunningCount() > 0)
-        std::this_thread::sleep_for(std::max<std::chrono::steady_clock::duration>(
-            std::chrono::milliseconds(1), (std::chrono::steady_clock::now() - start) / 100));
-}
-
 void StopAll() {
     RunOnMainThread([] {
         for (const auto& row : winMain::Instance()->canPerform()->Info) {
@@ -48,10 +37,10 @@ void StopAll() {
 
 void Cut(const std::string& file, int32_t partSize) {
     BeginCut(file, partSize);
-    WaitForAll();
+    Thread::WaitForAll();
 }
 
 void Glue(const std::string& part) {
     RunOnMainThread([&] { App::Instance()->DecodeFile(New<FolderItem>(part)); });
-    WaitForAll();
+    Thread::WaitForAll();
 }

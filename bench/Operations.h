@@ -8,7 +8,6 @@
 void Cut(const std::string& file, int32_t partSize);
 void Glue(const std::string& part);
 
-// Start one and return at once; WaitForAll waits until none runs.
+// Starts one and returns at once.
 void BeginCut(const std::string& file, int32_t partSize);
-void WaitForAll();
 void StopAll();

@@ -16,6 +16,11 @@ constexpr int32_t kNormalPriority = 5;
 
 std::atomic<int32_t> running{0};
 
+void CountEnd() {
+    --running;
+    running.notify_all();
+}
+
 // On Linux a nice value belongs to the one thread that sets it.
 void StandBack(int32_t priority) {
     const int32_t niceness = std::clamp(kNormalPriority - priority, 0, 19);
@@ -30,13 +35,13 @@ void Thread::Run() {
         StandBack(self->Priority);
         EventEdge::Run("thread", [&self] { self->Event_Run(); });
         self = nullptr;
-        --running;
+        CountEnd();
     };
     ++running;
     try {
         std::thread(body).detach();
     } catch (...) {
-        --running;
+        CountEnd();
         throw; // the system gives no more threads
     }
 }
@@ -59,4 +64,9 @@ void Thread::Resume() {
 
 int32_t Thread::RunningCount() {
     return running;
+}
+
+void Thread::WaitForAll() {
+    for (int32_t count = running; count > 0; count = running)
+        running.wait(count);
 }

@@ -28,6 +28,9 @@ public:
     // How many threads have been started and have not wholly ended yet.
     static int32_t RunningCount();
 
+    // Waits until there are none. Not for the main thread, which they may be waiting for themselves.
+    static void WaitForAll();
+
 protected:
     // The body.
     virtual void Event_Run() = 0;

@@ -31,8 +31,8 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    // Every third frame of a common display: smooth enough for bars and texts, and a third as dear to a fast transfer.
-    static constexpr std::chrono::milliseconds kFrame{50};
+    // Often enough for bars and texts, which are no animation, and seldom enough to cost a fast transfer next to nothing.
+    static constexpr std::chrono::milliseconds kFrame{100};
 
     void ServeWithNextFrame() {
         const auto next = std::chrono::ceil<std::chrono::milliseconds>(servedLast_ + kFrame - Clock::now());

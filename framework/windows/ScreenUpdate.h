@@ -5,7 +5,7 @@
 #include <atomic>
 
 // Base of what shows on the screen and may be changed from any thread: however often it is told to, it updates itself
-// at most twenty times a second, on the main thread.
+// at most ten times a second, on the main thread.
 class ScreenUpdate : public Object {
 public:
     // Any thread.

@@ -96,13 +96,18 @@ TEST_F(HTTPRequestTest, IsCarriedByARealProxy) {
     if (!std::filesystem::exists(kProxy))
         GTEST_SKIP() << "tinyproxy is not installed";
     const TestFolder folder;
-    client->HTTPProxyAddress = "127.0.0.1";
+    client->HTTPProxyAddress = "127.0.0.2";          // where nobody else listens
     client->HTTPProxyPort = LoopbackServer().Port(); // which is free now
     client->Yield = true;
-    folder.Write("proxy.conf", "Listen 127.0.0.1\nPort " + std::to_string(client->HTTPProxyPort) + "\n");
+    folder.Write("proxy.conf", "Listen 127.0.0.2\nPort " + std::to_string(client->HTTPProxyPort) + "\n");
     Process proxy({kProxy, "-d", "-c", folder.Path("proxy.conf")}, {{}, folder.Path(), folder.Path("proxy")});
     Await("a proxy that listens", [&] { return proxy.Output().find("Accepting connections") != std::string::npos; });
-    const std::jthread answering = AnswerAside({kReply});
+    const std::jthread answering([this] {
+        LoopbackPeer peer = server.Accept();
+        while (request.find("\r\n\r\n") == std::string::npos) // it comes line by line
+            request += peer.Read();
+        peer.Send(kReply);
+    });
     EXPECT_EQ(client->Get(url, 20), "body");
     EXPECT_NE(client->PageHeaders()->Value("Via"), "") << "what the proxy adds";
 }
