@@ -31,7 +31,7 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    // Often enough for bars and texts, which are no animation, and seldom enough to cost a fast transfer next to nothing.
+    // Often enough for bars and texts, which are no animation, and seldom enough to cost a fast transfer little.
     static constexpr std::chrono::milliseconds kFrame{100};
 
     void ServeWithNextFrame() {
