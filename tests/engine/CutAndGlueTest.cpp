@@ -247,7 +247,7 @@ TEST_F(GlueTest, ASeriesThatIsBeingGluedIsTurnedAway) {
     Glue("film.mo.001"); // its base is the shorter one
     EXPECT_TRUE(WaitUntil([this] { return rows.size() == 3 && List().Info.size() == 2; }));
     ClickStop(0);
-    EXPECT_TRUE(WaitUntil([this] { return List().Info.size() == 1; }));
+    EXPECT_TRUE(WaitUntil([] { return List().Info.size() == 1; }));
     ASSERT_EQ(App::Instance()->InUse.size(), 1U);
     EXPECT_EQ(App::Instance()->InUse[0]->AbsolutePath(), elsewhere.Path("film.mov"));
     std::filesystem::remove(folder.Path("film.mov.002.download"));
