@@ -8,9 +8,6 @@
 #include "framework/files/FolderItem.h"
 #include "framework/threads/MainThread.h"
 #include "framework/threads/Thread.h"
-#include "ui/claFilePerform.h"
-#include "ui/claFilePerformInfo.h"
-#include "ui/winMain.h"
 
 void BeginCut(const std::string& file, int32_t partSize) {
     RunOnMainThread([&] {
@@ -23,15 +20,6 @@ void BeginCut(const std::string& file, int32_t partSize) {
         thread->FileName =
             FreeBaseName(*thread->Folder, thread->File->Name(), PartCount(thread->File->Length(), partSize));
         thread->Run();
-    });
-}
-
-void StopAll() {
-    RunOnMainThread([] {
-        for (const auto& row : winMain::Instance()->canPerform()->Info) {
-            row->PerformThread->Stop = true;
-            row->PerformThread->Resume();
-        }
     });
 }
 

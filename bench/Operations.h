@@ -10,4 +10,3 @@ void Glue(const std::string& part);
 
 // Starts one and returns at once.
 void BeginCut(const std::string& file, int32_t partSize);
-void StopAll();
