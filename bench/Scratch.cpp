@@ -23,7 +23,7 @@ namespace {
 constexpr int kMostLooks = 100;
 constexpr useconds_t kBetweenLooks = 50'000;
 constexpr std::size_t kPage = 4096;
-constexpr std::size_t kBetweenKept = 128 * kPage;
+constexpr std::size_t kBetweenKept = 512 * kPage; // 2 MiB
 
 uint64_t FreeBytesAtOnce(const std::string& path) {
     const int descriptor = open(path.c_str(), O_RDONLY);

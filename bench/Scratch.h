@@ -29,9 +29,9 @@ void MakeFile(const std::string& path, uint64_t bytes);
 uint64_t FreeBytes(const std::string& path);
 
 // Keeps that much memory, as far as it is free, ready for the files of a measure while this lives. The host of a
-// virtual machine takes away what lies free in large pieces, and getting it back costs several times what copying into
-// it does, to the one side or the other as it happens. So all of it is used once and given back but for a page here and
-// there, which leaves no large piece.
+// virtual machine takes away what lies free in pieces of 2 MiB and more, and getting it back costs several times what
+// copying into it does, to the one side or the other as it happens. So all of it is used once and given back but for a
+// page in every 2 MiB, which leaves pieces large enough for what file systems ask for.
 class WarmMemory {
 public:
     explicit WarmMemory(uint64_t bytes);

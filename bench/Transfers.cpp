@@ -84,14 +84,12 @@ void MeasureOnSharing(const std::string& kind, uint64_t size, const BenchOptions
 
 void MeasureTransfers(const BenchOptions& options, Report& report) {
     const auto size = static_cast<uint64_t>(std::llround(4 * options.scale * double(kGiB) / kPartSize)) * kPartSize;
+    const WarmMemory warm(size * 4); // the file, its parts, and images that hold them
     MeasureOn("disk", options.folder, size, options, {1.0, 1.05}, report);
-    if (access("/dev/shm", W_OK) == 0) {
-        // Its files take single pages. On a disk they take large pieces, of which this leaves too few.
-        const WarmMemory warm(size * 9 / 4); // the file, its parts and what holds them
+    if (access("/dev/shm", W_OK) == 0)
         MeasureOn("tmpfs", "/dev/shm", size, options, {1.0, 1.05}, report);
-    } else {
+    else
         report.Skip("cut and glue, tmpfs", "/dev/shm is not there");
-    }
     MeasureOnSharing("btrfs", size, options, report);
     MeasureOnSharing("xfs", size, options, report);
 }
