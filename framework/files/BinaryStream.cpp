@@ -1,5 +1,6 @@
 #include "framework/files/BinaryStream.h"
 
+#include <fcntl.h>
 #include <linux/fs.h>
 #include <linux/magic.h>
 #include <sys/ioctl.h>
@@ -11,6 +12,7 @@
 #include <array>
 #include <cerrno>
 #include <memory>
+#include <tuple>
 
 namespace {
 
@@ -21,6 +23,8 @@ constexpr std::size_t kPage = 4096;
 // Sharing may have to write the source's fresh data out first, and a stop has to wait for it: so not a whole part at
 // once.
 constexpr int64_t kShareAtOnce = int64_t{64} * 1024 * 1024;
+constexpr int64_t kRoomAtOnce = int64_t{64} * 1024 * 1024; // as much stays with a file whose writer is killed
+constexpr int64_t kWorthAsking = int64_t{1} * 1024 * 1024;
 constexpr std::size_t kLongestPString = 255;
 
 // Page upon page: the kernel copies noticeably faster between places that lie alike.
@@ -33,12 +37,14 @@ char* BytesToCopyThrough() {
     return buffer->bytes.data();
 }
 
+unsigned long FileSystemOf(int descriptor) {
+    struct statfs status = {};
+    return fstatfs(descriptor, &status) == 0 ? static_cast<unsigned long>(status.f_type) : 0;
+}
+
 // File systems of this machine, on which reading and writing through a buffer costs less than copy_file_range.
 bool MovesPlainly(int descriptor) {
-    struct statfs status = {};
-    if (fstatfs(descriptor, &status) != 0)
-        return false;
-    switch (static_cast<unsigned long>(status.f_type)) {
+    switch (FileSystemOf(descriptor)) {
     case EXT4_SUPER_MAGIC:
     case TMPFS_MAGIC:
     case BTRFS_SUPER_MAGIC:
@@ -73,10 +79,13 @@ void BinaryStream::Write(std::string_view data) {
 void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) {
     const int64_t available = source.Remaining();
     const int64_t block = std::clamp<int64_t>(count, 0, available);
-    int64_t moved = ShareFrom(source, block, std::clamp<int64_t>(more, 0, available - block));
+    const int64_t ahead = std::clamp<int64_t>(more, 0, available - block);
+    int64_t moved = ShareFrom(source, block, ahead);
     moved += DelegateFrom(source, block - moved);
-    if (moved < block)
+    if (moved < block) {
+        FindRoomFor(block - moved + ahead);
         CopyFrom(source, block - moved);
+    }
 }
 
 // Makes the file refer to the source's own blocks, a good piece ahead of what was asked for, and then counts off what
@@ -144,13 +153,34 @@ void BinaryStream::CopyFrom(BinaryStream& source, int64_t count) {
     }
 }
 
+// Given room beforehand, in a large piece, ext4 has much less to do for each block that is written, and nothing to find
+// for it while another thread writes the file's earlier blocks out. A failure means nothing: a disk that is full shows
+// when the bytes are written.
+void BinaryStream::FindRoomFor(int64_t count) {
+    if (position_ < roomUntil_ || count < kWorthAsking || FileSystemOf(descriptor_) != EXT4_SUPER_MAGIC)
+        return;
+    count = std::min(count, kRoomAtOnce);
+    roomUntil_ = position_ + count;
+    std::ignore = fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, position_, count);
+}
+
+// What was not written to after all, as after a stop, would stay with the file.
+void BinaryStream::ReturnRoom() {
+    struct stat status = {};
+    if (position_ < roomUntil_ && fstat(descriptor_, &status) == 0 && status.st_size < roomUntil_)
+        std::ignore = ftruncate(descriptor_, status.st_size);
+    roomUntil_ = 0;
+}
+
 bool BinaryStream::AtEOF() {
     return Remaining() == 0;
 }
 
 void BinaryStream::Close() {
-    if (descriptor_ >= 0)
+    if (descriptor_ >= 0) {
+        ReturnRoom();
         ::close(descriptor_);
+    }
     descriptor_ = -1;
 }
 

@@ -23,7 +23,7 @@ public:
     // Moves up to `count` bytes of `source` here: what Write(source.Read(count)) does, but without holding the block in
     // memory, and without copying it at all where the file system can share blocks between files. A write that fails
     // leaves the source advanced by the block all the same. `more` says how many further bytes will follow by such
-    // calls: larger pieces are cheaper to share.
+    // calls: larger pieces are cheaper to share, and to find room for.
     void WriteFrom(BinaryStream& source, int32_t count, int64_t more = 0);
 
     // True when all bytes have been read; for an empty file at once. (Plain EOF is a macro of the C library.)
@@ -42,6 +42,8 @@ private:
     bool ShareAhead(BinaryStream& source, int64_t count);
     int64_t DelegateFrom(BinaryStream& source, int64_t count);
     void CopyFrom(BinaryStream& source, int64_t count);
+    void FindRoomFor(int64_t count);
+    void ReturnRoom();
     int64_t ReadInto(char* buffer, int64_t count);
     bool WriteAll(const char* data, int64_t count);
     void Advance(int64_t count);
@@ -51,8 +53,9 @@ private:
     enum class Way { Share, Delegate, Copy };
 
     int descriptor_;
-    int64_t position_ = 0; // bytes read or written so far
-    int64_t shared_ = 0;   // of a source: bytes behind the position that the file written to shares already
+    int64_t position_ = 0;  // bytes read or written so far
+    int64_t roomUntil_ = 0; // of a target: the position up to which the file system has been asked for room
+    int64_t shared_ = 0;    // of a source: bytes behind the position that the file written to shares already
     const BinaryStream* sharedWith_ = nullptr; // of a source: that file
     bool ended_ = false;                       // a read failed or came back empty
     Way way_ = Way::Share;                     // of a source

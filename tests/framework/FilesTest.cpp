@@ -104,4 +104,18 @@ TEST(Files, AStreamEndsWhereItsFileEndsByNowAndIsClosedOnce) {
     EXPECT_FALSE(other->AtEOF());
 }
 
+// Room is found for a large piece at once, and what a stop leaves of it goes back to the disk.
+TEST(Files, AStreamClosedEarlyHoldsNoMoreOfTheDiskThanItsBytes) {
+    constexpr int32_t kBlock = 1048576;
+    const TestFolder folder;
+    folder.WriteSparse("from", uint64_t{32} * kBlock);
+    const Ref<BinaryStream> to = folder.Item("to")->CreateBinaryFile("");
+    to->WriteFrom(*folder.Item("from")->OpenAsBinaryFile(false), kBlock, int64_t{31} * kBlock);
+    to->Close();
+    struct stat status = {};
+    ASSERT_EQ(stat(folder.Path("to").c_str(), &status), 0);
+    EXPECT_EQ(status.st_size, kBlock);
+    EXPECT_LE(status.st_blocks * 512, 2 * kBlock);
+}
+
 } // namespace
