@@ -19,7 +19,7 @@ Cost CostOfCommand(const std::vector<std::string>& words, const std::string& fol
 // Two sides of a measure.
 struct Ratio {
     double ratio = 0;
-    double ours = 0, peers = 0; // the least of all rounds, seconds
+    double ours = 0, peers = 0; // mean of the cheaper half of the rounds, seconds
 };
 struct Comparison {
     Ratio wall, cpu;

@@ -8,10 +8,10 @@
 struct BenchOptions {
     std::string folder; // on the disk to measure
     double scale = 1;   // 1 for the sizes that count, less for a quick look
-    int rounds = 9;     // of what takes seconds
+    int rounds = 15;    // of what takes seconds
     std::string only;   // part of a measure's name, or empty for all
 
-    int FewRounds() const { return (rounds + 2) / 3; } // of what takes longer
+    int FewRounds() const { return (rounds + 4) / 5; } // of what takes longer
 };
 
 // Each adds its rows to the report. They run on a thread of their own beside the main thread with its windows.

@@ -26,7 +26,7 @@ struct Arguments {
 };
 
 Arguments Parse(int count, char** words) {
-    Arguments arguments{{"build/bench", 1, 9, ""}, "build/bench.json"};
+    Arguments arguments{{"build/bench", 1, 15, ""}, "build/bench.json"};
     for (int i = 1; i < count; i += 2) {
         const std::string name = i + 1 < count ? words[i] : "";
         const std::string value = i + 1 < count ? words[i + 1] : "";

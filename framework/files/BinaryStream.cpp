@@ -37,24 +37,6 @@ char* BytesToCopyThrough() {
     return buffer->bytes.data();
 }
 
-unsigned long FileSystemOf(int descriptor) {
-    struct statfs status = {};
-    return fstatfs(descriptor, &status) == 0 ? static_cast<unsigned long>(status.f_type) : 0;
-}
-
-// File systems of this machine, on which reading and writing through a buffer costs less than copy_file_range.
-bool MovesPlainly(int descriptor) {
-    switch (FileSystemOf(descriptor)) {
-    case EXT4_SUPER_MAGIC:
-    case TMPFS_MAGIC:
-    case BTRFS_SUPER_MAGIC:
-    case XFS_SUPER_MAGIC:
-        return true;
-    default:
-        return false;
-    }
-}
-
 template <class Call>
 int64_t Uninterrupted(Call&& call) {
     ssize_t result = 0;
@@ -83,8 +65,27 @@ void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) 
     int64_t moved = ShareFrom(source, block, ahead);
     moved += DelegateFrom(source, block - moved);
     if (moved < block) {
-        FindRoomFor(block - moved + ahead);
+        if (source.way_ == Way::CopyIntoRoom)
+            FindRoomFor(block - moved + ahead);
         CopyFrom(source, block - moved);
+    }
+}
+
+// The way for what can't be shared. On file systems of this machine reading and writing through a buffer costs less
+// than copy_file_range.
+BinaryStream::Way BinaryStream::WayInto(int descriptor) {
+    struct statfs status = {};
+    if (fstatfs(descriptor, &status) != 0)
+        return Way::Delegate;
+    switch (static_cast<unsigned long>(status.f_type)) {
+    case EXT4_SUPER_MAGIC:
+        return Way::CopyIntoRoom;
+    case TMPFS_MAGIC:
+    case BTRFS_SUPER_MAGIC:
+    case XFS_SUPER_MAGIC:
+        return Way::Copy;
+    default:
+        return Way::Delegate;
     }
 }
 
@@ -95,7 +96,7 @@ int64_t BinaryStream::ShareFrom(BinaryStream& source, int64_t count, int64_t mor
         source.shared_ = 0;
     if (source.shared_ < count && source.way_ == Way::Share &&
         !ShareAhead(source, std::min(count + more, std::max(count, kShareAtOnce))))
-        source.way_ = MovesPlainly(descriptor_) ? Way::Copy : Way::Delegate;
+        source.way_ = WayInto(descriptor_);
     const int64_t moved = std::min(count, source.shared_);
     if (moved > 0) {
         source.shared_ -= moved;
@@ -157,7 +158,7 @@ void BinaryStream::CopyFrom(BinaryStream& source, int64_t count) {
 // for it while another thread writes the file's earlier blocks out. A failure means nothing: a disk that is full shows
 // when the bytes are written.
 void BinaryStream::FindRoomFor(int64_t count) {
-    if (position_ < roomUntil_ || count < kWorthAsking || FileSystemOf(descriptor_) != EXT4_SUPER_MAGIC)
+    if (position_ < roomUntil_ || count < kWorthAsking)
         return;
     count = std::min(count, kRoomAtOnce);
     roomUntil_ = position_ + count;

@@ -37,6 +37,10 @@ public:
     void WriteBoolean(bool value);
 
 private:
+    // How bytes get from a stream to another: cheapest way first, each left for another once the system declines it.
+    enum class Way { Share, Delegate, Copy, CopyIntoRoom };
+
+    static Way WayInto(int descriptor);
     int64_t Remaining();
     int64_t ShareFrom(BinaryStream& source, int64_t count, int64_t more);
     bool ShareAhead(BinaryStream& source, int64_t count);
@@ -48,9 +52,6 @@ private:
     bool WriteAll(const char* data, int64_t count);
     void Advance(int64_t count);
     void SkipTo(int64_t position);
-
-    // How bytes get from a stream to another: cheapest way first, each left for the next once the system declines it.
-    enum class Way { Share, Delegate, Copy };
 
     int descriptor_;
     int64_t position_ = 0;  // bytes read or written so far
