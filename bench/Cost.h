@@ -25,5 +25,5 @@ struct Comparison {
     Ratio wall, cpu;
 };
 
-// Pair by pair, A B A B ..., that many.
+// Pair by pair, A B B A A B ..., that many.
 Comparison Compare(int rounds, const std::function<Cost()>& ours, const std::function<Cost()>& peer);
