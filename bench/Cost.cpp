@@ -26,9 +26,8 @@ double Now() {
 // What else the machine does mostly adds to a cost, so the dearer half of the rounds tells little. The mean of the
 // other half wavers less from run to run than the least or the median of all.
 double Typical(const std::vector<Cost>& costs, double Cost::*figure) {
-    std::vector<double> sorted;
-    for (const Cost& cost : costs)
-        sorted.push_back(cost.*figure);
+    std::vector<double> sorted(costs.size());
+    std::transform(costs.begin(), costs.end(), sorted.begin(), [figure](const Cost& cost) { return cost.*figure; });
     std::sort(sorted.begin(), sorted.end());
     sorted.resize((sorted.size() + 1) / 2);
     return std::accumulate(sorted.begin(), sorted.end(), 0.0) / double(sorted.size());

@@ -2,7 +2,6 @@
 
 #include "bench/Cost.h"
 
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -24,8 +23,7 @@ private:
         double figure, atMost;
         std::string milliseconds; // of both sides
         bool skipped;
-        // Bounds have two digits behind the point at most. A figure's third is another in every run.
-        bool Holds() const { return skipped || std::round(figure * 100) <= std::round(atMost * 100); }
+        bool Holds() const { return skipped || figure <= atMost; }
     };
     void AddRow(const Row& row);
 
