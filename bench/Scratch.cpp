@@ -104,6 +104,7 @@ WarmMemory::WarmMemory(uint64_t bytes) : size_(std::min<uint64_t>(bytes, FreeMem
     memory_ = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (memory_ == MAP_FAILED)
         throw std::runtime_error("no memory to warm");
+    madvise(memory_, size_, MADV_NOHUGEPAGE); // of which no part could be given back
     auto* const pages = static_cast<char*>(memory_);
     std::memset(pages, 1, size_);
     for (std::size_t at = 0; at + kBetweenKept < size_; at += kBetweenKept)

@@ -23,7 +23,8 @@ constexpr std::size_t kPage = 4096;
 // Sharing may have to write the source's fresh data out first, and a stop has to wait for it: so not a whole part at
 // once.
 constexpr int64_t kShareAtOnce = int64_t{64} * 1024 * 1024;
-constexpr int64_t kRoomAtOnce = int64_t{64} * 1024 * 1024; // as much stays with a file whose writer is killed
+// Up to as much stays with an unfinished file if the program ends while it is written.
+constexpr int64_t kRoomAtOnce = int64_t{64} * 1024 * 1024;
 constexpr int64_t kWorthAsking = int64_t{1} * 1024 * 1024;
 constexpr std::size_t kLongestPString = 255;
 
@@ -170,7 +171,6 @@ void BinaryStream::ReturnRoom() {
     struct stat status = {};
     if (position_ < roomUntil_ && fstat(descriptor_, &status) == 0 && status.st_size < roomUntil_)
         std::ignore = ftruncate(descriptor_, status.st_size);
-    roomUntil_ = 0;
 }
 
 bool BinaryStream::AtEOF() {

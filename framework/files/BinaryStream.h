@@ -37,7 +37,8 @@ public:
     void WriteBoolean(bool value);
 
 private:
-    // How bytes get from a stream to another: cheapest way first, each left for another once the system declines it.
+    // How bytes get from a stream to another. Sharing is tried first and, once the system declines it, left for the way
+    // that suits the target; delegating is left for copying in the same manner.
     enum class Way { Share, Delegate, Copy, CopyIntoRoom };
 
     static Way WayInto(int descriptor);
