@@ -25,7 +25,10 @@ public:
             updates_.push_back(std::move(update));
             first = updates_.size() == 1;
         }
-        if (first)
+        // What an event or a paint asks for should follow at once: a new row's bar, the stop button under the pointer.
+        if (IsMainThread())
+            PostToMainThread([this] { Serve(); });
+        else if (first)
             PostToMainThread([this] { ServeWithNextFrame(); });
     }
 

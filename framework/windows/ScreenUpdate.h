@@ -4,8 +4,8 @@
 
 #include <atomic>
 
-// Base of what shows on the screen and may be changed from any thread: however often it is told to, it updates itself
-// at most ten times a second, on the main thread.
+// Base of what shows on the screen and may be changed from any thread. It updates itself on the main thread: once the
+// event is over that asked for it, or, however often workers ask, at most ten times a second.
 class ScreenUpdate : public Object {
 public:
     // Any thread.
