@@ -3,11 +3,15 @@
 #include "framework/windows/Native.h"
 
 #include <QApplication>
+#include <QCache>
 #include <QFont>
-#include <QFontMetrics>
+#include <QGlyphRun>
+#include <QRawFont>
+#include <QTextLayout>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -15,12 +19,40 @@ int32_t OrNatural(int32_t size, int32_t natural) {
     return size == kNaturalSize ? natural : size;
 }
 
-// Whether a line of that font on that baseline lies wholly above or below what is to be painted. Setting text is what
-// painting costs most, and a bar's step has the rows beneath it painted along, where no text stands.
-bool MissesLine(const QPainter& painter, const QFontMetrics& font, int32_t baseline) {
+// The rows that the glyphs of a text touch, from its baseline. Those of other scripts, and marks that are stacked,
+// reach beyond the ascent and the descent of the font, and QFontMetrics does not know where stacked ones come to lie.
+QRect MeasuredInk(const QString& text, const QFont& font) {
+    QTextLayout layout(text, font);
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
+    QRectF ink;
+    for (const QGlyphRun& run : layout.glyphRuns()) {
+        const QList<quint32> glyphs = run.glyphIndexes();
+        const QList<QPointF> positions = run.positions();
+        for (qsizetype i = 0; i < glyphs.size(); ++i)
+            ink |= run.rawFont().boundingRect(glyphs[i]).translated(positions[i]);
+    }
+    // One row more on each side: what is drawn is rounded, and on a denser screen otherwise.
+    return ink.translated(0, -line.ascent()).toAlignedRect().adjusted(0, -1, 0, 1);
+}
+
+// Measuring costs as much as drawing, and the same few texts come again and again.
+QRect InkOf(const QString& text, const QFont& font) {
+    static auto* const known = new QCache<std::pair<QFont, QString>, QRect>(200);
+    if (const QRect* const ink = known->object({font, text}))
+        return *ink;
+    const QRect ink = MeasuredInk(text, font);
+    known->insert({font, text}, new QRect(ink));
+    return ink;
+}
+
+// Whether such a text on that baseline lies wholly above or below what is to be painted. Setting text is what painting
+// costs most, and a bar's step has the rows beneath it painted along, where no text stands.
+bool Misses(const QPainter& painter, const QRect& ink, int32_t baseline) {
     const QRegion wanted = painter.clipRegion();
     return painter.hasClipping() && std::none_of(wanted.begin(), wanted.end(), [&](const QRect& area) {
-               return area.top() <= baseline + font.descent() && baseline - font.ascent() <= area.bottom();
+               return area.top() <= baseline + ink.bottom() && baseline + ink.top() <= area.bottom();
            });
 }
 
@@ -52,13 +84,14 @@ void Graphics::DrawString(const std::string& text, int32_t x, int32_t baseline, 
                           bool /*condense*/) {
     QFont font = QApplication::font();
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(TextSize))));
-    const QFontMetrics metrics(font);
+    const QString shown = ToScreen(text);
+    const QRect ink = InkOf(shown, font);
     for (QPainter* painter : native_->painters) {
-        if (MissesLine(*painter, metrics, baseline))
+        if (Misses(*painter, ink, baseline))
             continue;
         painter->setFont(font);
         painter->setPen(QColor(QRgb(ForeColor)));
-        painter->drawText(QPoint(x, baseline), ToScreen(text));
+        painter->drawText(QPoint(x, baseline), shown);
     }
 }
 
