@@ -68,7 +68,7 @@ TEST_F(HTTPRequestTest, WaitsWithoutEvents) {
     EXPECT_EQ(folder.Read("film"), "body");
     EXPECT_FALSE(served) << "nothing else gets a turn";
     client->Yield = true;
-    EXPECT_EQ(client->Get("http://localhost:" + std::to_string(server.Port()) + "/", 0), "body");
+    EXPECT_EQ(client->Get("http://127.1:" + std::to_string(server.Port()) + "/", 0), "body");
     EXPECT_TRUE(served);
     answering.join();
 
