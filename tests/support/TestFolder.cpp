@@ -71,7 +71,9 @@ std::string AskedOfDesktop() {
     return requests;
 }
 
-TestFolder::TestFolder() : path_(NewFolder(home + "/files")) {}
+TestFolder::TestFolder() : TestFolder(home + "/files") {}
+
+TestFolder::TestFolder(const std::string& parent) : path_(NewFolder(parent)) {}
 
 void TestFolder::WriteSparse(const std::string& name, uint64_t size) const {
     const std::ofstream made(Path(name), std::ios::app);

@@ -22,7 +22,8 @@ std::string AskedOfDesktop();
 // A folder for one test, gone with it.
 class TestFolder {
 public:
-    TestFolder();
+    TestFolder(); // on the disk of the build
+    explicit TestFolder(const std::string& parent);
     ~TestFolder() { std::filesystem::remove_all(path_); }
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
