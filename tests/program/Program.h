@@ -2,6 +2,8 @@
 
 #include "tests/program/Desktop.h"
 
+#include <utility>
+
 // One run of the program on a desktop.
 class Program : public Process {
 public:
@@ -34,6 +36,19 @@ public:
         const WindowId dialog = Dialog();
         desktop_.Press(keys);
         Await("the end of a dialog", [&] { return !desktop_.WindowsOf(*this).contains(dialog); });
+    }
+
+    // Presses keys in the only window each of which opens a menu, in place of the last one. A key that comes while a
+    // menu closes is lost with it, so the next one waits.
+    void OpenMenus(const Words& keys) const {
+        WindowId last = OnlyWindow();
+        for (const std::string& key : keys) {
+            desktop_.Press({key});
+            Await("a menu", [&] {
+                const std::set<WindowId> windows = desktop_.WindowsOf(*this);
+                return windows.size() == 2 && std::exchange(last, *windows.rbegin()) != *windows.rbegin();
+            });
+        }
     }
 
     // What its close button does.

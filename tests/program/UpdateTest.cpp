@@ -76,15 +76,16 @@ TEST_F(Updates, AWebServerServesTheCheckAtTheStartAndTheDownload) {
 }
 
 TEST_F(Updates, AreCheckedForInSilenceAtTheStartAndFromTheMenuAndLeftByKeysWithTheBoxUntickedForGood) {
-    const Words menu{"F10", "Left", "Up", "Up", "Return"}; // in the last menu, the item above the last
     Program& program = Start({});
+    const auto ask = [&] { // by the item above the last, in the last menu
+        program.OpenMenus({"F10", "Left"});
+        desktop.Press({"Up", "Up", "Return"});
+    };
     Answer("false");
-    program.OnlyWindow();
-    desktop.Press(menu);
+    ask();
     Answer("false");
     program.Answer({"Return"});
-    program.OnlyWindow();
-    desktop.Press(menu);
+    ask();
     // From the button over the other one to the box; and the fourth is no way out.
     const LoopbackPeer peer = Download(program, {"Tab", "Tab", "space", "alt+F4", "Return"});
     desktop.Press({"Escape"});
