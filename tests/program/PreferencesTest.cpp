@@ -41,6 +41,6 @@ TEST_F(Preferences, AreSavedWhenASignalEndsTheProgramInTheMiddleOfItsWork) {
     Program& program = StartUnfinished("film.mov");
     fs::remove(PreferencesFile()); // so that what is there afterwards has been saved
     kill(program.Id(), SIGTERM);
-    EXPECT_EQ(program.End(kAtOnce), 0);
+    EXPECT_EQ(program.End(), 0);
     EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes(settings, "English"));
 }

@@ -12,8 +12,7 @@
 using Environment = std::map<std::string, std::string>;
 using Words = std::vector<std::string>;
 
-constexpr std::chrono::seconds kPatience{20};
-constexpr std::chrono::seconds kAtOnce{2}; // with room for a busy machine
+constexpr std::chrono::seconds kPatience{40}; // with room for a busy machine
 
 // Looks again and again until it is so. Throws, which fails the test, when the time limit passes first.
 void Await(const std::string& what, const std::function<bool()>& isSo, std::chrono::milliseconds limit = kPatience);

@@ -19,7 +19,7 @@ TEST_F(AutoQuit, WaitsForTheFilesThatWaitBehindADialog) {
 TEST_F(AutoQuit, ComesWithAStopToo) {
     Program& program = StartUnfinished("film.mov");
     program.Click(Program::kFirstStop);
-    EXPECT_EQ(program.End(kAtOnce), 0);
+    EXPECT_EQ(program.End(), 0);
     EXPECT_FALSE(Exists("film.mov"));
     EXPECT_TRUE(Holds(Trashed("film.mov"), ReadFile(File("film.mov.001"))));
     EXPECT_TRUE(Exists("film.mov.002.download"));
@@ -49,7 +49,7 @@ TEST_F(QuitQuestion, CancelLetsEverythingRunOnAndQuitEndsItAtOnceAndLeavesTheFil
     program.CloseMainWindow();
     program.Dialog();
     desktop.Press({"Return"});
-    EXPECT_EQ(program.End(kAtOnce), 0);
+    EXPECT_EQ(program.End(), 0);
     for (const std::string& base : bases) {
         EXPECT_TRUE(Holds(File(base), ReadFile(File(base + ".001"))));
         EXPECT_TRUE(Exists(base + ".002.download"));
@@ -72,6 +72,6 @@ TEST_F(QuitQuestion, StandsOnWhenNothingIsLeftAndBothAnswersCount) {
         desktop.Press({key});
         if (key == "Escape")
             program.CloseMainWindow(); // which asks no more
-        EXPECT_EQ(program.End(kAtOnce), 0) << key;
+        EXPECT_EQ(program.End(), 0) << key;
     }
 }

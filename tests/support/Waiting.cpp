@@ -36,6 +36,7 @@ bool WaitForWorkers() {
 void YieldForAWhile() {
     for (const auto end = Clock::now() + std::chrono::milliseconds(50); Clock::now() < end;)
         RuntimeBackgroundTask();
+    RuntimeBackgroundTask(); // the first one may have been the last: all that time may have been another process's
 }
 
 // The toolkit paints a little after it was told to, but within one frame.

@@ -6,7 +6,7 @@
 #include <functional>
 
 // Serves events until the condition holds; false if it does not come to hold in time. Main thread.
-bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit = std::chrono::seconds(20));
+bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit = std::chrono::seconds(40));
 
 // Serves events until no worker is left and what the last ones asked of the main thread is done.
 bool WaitForWorkers();
