@@ -20,6 +20,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 namespace {
 
 class TestWindow : public Window {
@@ -103,12 +105,12 @@ TEST(Windows, ATextAreaShowsPiecesInTheirStylesToBeCopiedAndNoMoreThanPeopleRead
     RunCommand(copy);
     EXPECT_EQ(QApplication::clipboard()->text().toStdString(), text);
 
-    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t begin = std::clock(); // of its own work, however busy the machine is
     window->txtMessage()->SetSelText(std::string(8 << 20, 'w') + '\n');
     for (int line = 0; line < 2000; ++line)
         window->txtMessage()->SetSelText(std::string(16 << 10, '\n'));
     ShowOnScreen();
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    EXPECT_LT((std::clock() - begin) / CLOCKS_PER_SEC, 5);
     EXPECT_LT(window->txtMessage()->Text().size(), 1'000'000U);
     window->Close();
 }
