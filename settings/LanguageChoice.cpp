@@ -17,19 +17,20 @@
 namespace {
 
 constexpr const char* kLanguageFile = "strings.txt";
-constexpr const char* kPlainSystem = "English"; // for a system that is set to no language at all
 
 struct FolderOfLanguage {
     const char* code;
     const char* folder;
 };
 
-// A regional form that is not listed counts as its language.
+// A regional form that is not listed counts as its language. The first code of a folder is the one that the toolkit
+// knows.
 constexpr std::array kFolders{
     FolderOfLanguage{"cs", "Czech"},
     FolderOfLanguage{"de", "German"},
     FolderOfLanguage{"el", "Greek"},
     FolderOfLanguage{"en", "English"},
+    FolderOfLanguage{kPlainLanguage, "English"},
     FolderOfLanguage{"es", "Spanish"},
     FolderOfLanguage{"fr", "French"},
     FolderOfLanguage{"it", "Italian"},
@@ -103,11 +104,8 @@ Ref<FolderItem> ChooseLanguage(const FolderItem& folder) {
 } // namespace
 
 std::string Multilingual::SystemLanguage() {
-    const std::vector<std::string> languages = WantedLanguages();
-    if (languages.empty())
-        return kPlainSystem;
     const Ref<FolderItem> folder = SpecialFolder::Resources()->Child("Multilingual");
-    for (const std::string& language : languages) {
+    for (const std::string& language : WantedLanguages()) {
         const std::string name = FolderNameOf(language);
         if (!name.empty() && folder->Child(name)->Exists())
             return name;

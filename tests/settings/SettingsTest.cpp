@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <map>
 #include <sstream>
 
@@ -68,6 +69,38 @@ TEST(Language, EveryLanguageHasTheTextsOfEnglish) {
         EXPECT_LE(Multilingual::GetString("SearchForUpdatesLanguage").size(), 5U) << language;
     }
     Multilingual::Initialize(languages, "English");
+}
+
+TEST(Language, TheSystemsIsTheFirstInTheListThatHasAFolder) {
+    struct Case {
+        const char *all, *messages, *lang, *list, *language;
+    };
+    const Case table[] = {{"", "", "", "", "English"},
+                          {"", "", "", "de", "English"},
+                          {"C", "de_DE", "de_DE", "fr:de", "English"},
+                          {"POSIX", "", "", "fr", "English"},
+                          {"C.UTF-8", "", "", "fr:de", "French"},
+                          {"C.UTF-8", "de_DE", "de_DE", "", "English"},
+                          {"", "de_AT.UTF-8@euro", "fr_FR", "", "German"},
+                          {"it_IT", "de_AT", "fr_FR", "", "Italian"},
+                          {"", "C", "de_DE", "fr", "English"},
+                          {"", "", "fi_FI.UTF-8", "", ""},
+                          {"", "", "de_DE.UTF-8", ":::", "German"},
+                          {"", "", "de_DE.UTF-8", ":fi::fr_CA:", "French"},
+                          {"", "", "de_DE.UTF-8", "fi", ""},
+                          {"", "", "de_DE.UTF-8", "fi:C", "English"},
+                          {"", "", "de_DE.UTF-8", "fi:POSIX:fr", "English"},
+                          {"", "", "de_DE.UTF-8", "zh_TW:zh:zh_SG", "Chinese (Simplified)"},
+                          {"", "", "pt_PT.UTF-8", "", "Portuguese (Brazil)"}};
+    for (const auto& [all, messages, lang, list, language] : table) {
+        setenv("LC_ALL", all, 1);
+        setenv("LC_MESSAGES", messages, 1);
+        setenv("LANG", lang, 1);
+        setenv("LANGUAGE", list, 1);
+        EXPECT_EQ(Multilingual::SystemLanguage(), language) << all << ' ' << messages << ' ' << lang << ' ' << list;
+    }
+    setenv("LC_ALL", "C.UTF-8", 1);
+    setenv("LANGUAGE", "", 1);
 }
 
 const std::string kHead = "\x22Ombrivel Preferences Version 1.0.0";
