@@ -113,6 +113,10 @@ std::string Multilingual::SystemLanguage() {
     return {};
 }
 
+void Multilingual::SpeakLanguageOf(const FolderItem& languageFolder) {
+    Application::SpeakLanguage(CodeOf(languageFolder.Name()));
+}
+
 void Multilingual::Initialize(const Ref<FolderItem>& folder, const std::string& language) {
     Ref<FolderItem> languageFolder;
     if (!language.empty())
@@ -121,7 +125,7 @@ void Multilingual::Initialize(const Ref<FolderItem>& folder, const std::string& 
         languageFolder = ChooseLanguage(*folder);
     if (!languageFolder.IsNil() && languageFolder->Exists()) {
         LoadLanguageFile(languageFolder->Child(kLanguageFile)); // once more after a choice, which does not matter
-        Application::SpeakLanguage(CodeOf(languageFolder->Name()));
+        SpeakLanguageOf(*languageFolder);
         LocalizeMenu();
     }
 }

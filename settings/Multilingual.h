@@ -27,6 +27,9 @@ std::string SystemLanguage();
 // Loads its strings.txt and gives the menus their texts. A user who chooses none ends the program.
 void Initialize(const Ref<FolderItem>& folder, const std::string& language);
 
+// Has the toolkit speak the language of that folder too: its own texts, and the forms of the characters in all texts.
+void SpeakLanguageOf(const FolderItem& languageFolder);
+
 // Gives every menu and command its text in the loaded language.
 void LocalizeMenu();
 

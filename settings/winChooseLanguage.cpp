@@ -53,6 +53,7 @@ void winChooseLanguage::lstLanguage_Open() {
 // The menus stay as they are: they are localised once, when the choice is made.
 void winChooseLanguage::lstLanguage_Change() {
     Multilingual::LoadLanguageFile(SelectedFile());
+    Multilingual::SpeakLanguageOf(*SelectedFile()->Parent());
     lstLanguage_->SetAccessibleName(Multilingual::GetString("ChoosePlease"));
     staMessage_->SetText(Multilingual::GetString("ChoosePlease"));
     ActionButton->SetCaption(Multilingual::GetString("ButtonOK"));

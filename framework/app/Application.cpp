@@ -13,6 +13,7 @@
 #include "framework/menus/MenuCommands.h"
 #include "framework/threads/MainThread.h"
 #include "framework/threads/MainThreadQueue.h"
+#include "framework/windows/LanguageFont.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/NativeStyle.h"
 #include "framework/windows/OpenWindows.h"
@@ -157,6 +158,7 @@ void Application::SpeakLanguage(const std::string& code) {
     if (translator.load(QLocale(QString::fromStdString(code)), QStringLiteral("qtbase"), QStringLiteral("_"),
                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&translator);
+    UseFontOfLanguage(code);
 }
 
 void Application::SetIcon(const Ref<Picture>& icon) {

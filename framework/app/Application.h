@@ -29,8 +29,8 @@ public:
     static void SetMenuBar(const Ref<::MenuBar>& bar);
     // The commands that the application takes, whichever window is in front.
     ::MenuHandlers& MenuHandlers() { return menuHandlers_; }
-    // Has the toolkit's own texts (the open dialog, say) in the language of that code, "pt" or "zh_CN"; empty for
-    // English.
+    // Has the toolkit's own texts (the open dialog, say) in the language of that code, "pt" or "zh_CN", and the
+    // characters of all texts as that language writes them; empty for English.
     static void SpeakLanguage(const std::string& code);
     // The icon of all windows.
     static void SetIcon(const Ref<Picture>& icon);

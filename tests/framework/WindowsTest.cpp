@@ -1,3 +1,4 @@
+#include "framework/app/Application.h"
 #include "framework/menus/MenuCommands.h"
 #include "framework/menus/MenuItem.h"
 #include "framework/threads/MainThread.h"
@@ -12,6 +13,8 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFontDatabase>
+#include <QPainter>
 #include <QProgressBar>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -72,6 +75,37 @@ TEST(Windows, ACanvasIsRepaintedOnceWhenBarsAboveItChangeMoveOrGo) {
     EXPECT_EQ(shown->geometry(), QRect(60, 77, 300, 12));
     EXPECT_EQ(shown->value(), 7);
     window->Close();
+}
+
+QImage Drawn(const QString& text, const QFont& font) {
+    QImage image(64, 64, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setFont(font);
+    painter.drawText(8, 48, text);
+    return image;
+}
+
+// Whether the desktop's own font has the characters or not. What was drawn before does not stand in the way.
+TEST(Windows, DrawCharactersAsTheLanguageSpokenWritesThem) {
+    const QString chinese = QStringLiteral("Noto Sans CJK SC");
+    const QString bone = QStringLiteral("\u9AA8"); // mirrored in Chinese
+    const QString latin = QStringLiteral("Rag");
+    if (!QFontDatabase::hasFamily(chinese))
+        GTEST_SKIP() << "no font that has the character in several forms";
+    for (const char* const ofDesktop : {"Sans Serif", "Noto Sans CJK HK"}) {
+        QApplication::setFont(QFont(ofDesktop));
+        const QFont before = SystemFont(false, false);
+        QFont expected = before;
+        expected.setFamily(chinese);
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_NE(Drawn(bone, SystemFont(false, false)), Drawn(bone, expected)) << ofDesktop;
+            Application::SpeakLanguage("zh_CN");
+            EXPECT_EQ(Drawn(bone, SystemFont(false, false)), Drawn(bone, expected)) << ofDesktop;
+            EXPECT_EQ(Drawn(latin, SystemFont(false, false)), Drawn(latin, before)) << ofDesktop;
+            Application::SpeakLanguage("de");
+        }
+    }
 }
 
 TEST(Windows, TheToolbarShowsNoToolTips) {
