@@ -2,14 +2,11 @@
 #include "settings/claPreferences.h"
 
 #include "framework/files/SpecialFolder.h"
-#include "framework/text/Text.h"
 #include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <map>
-#include <sstream>
 
 namespace {
 
@@ -43,32 +40,6 @@ TEST(Language, LinesAreReadByTheirGrammarAndAPlaceholderIsFilledInOnceAndInOrder
     EXPECT_THROW(Multilingual::LoadLanguageFile(folder.Item("missing")), NilObjectException);
     EXPECT_EQ(Multilingual::GetString("Foo"), "") << "emptied before the file is opened";
     Multilingual::Initialize(Languages(), "English");
-}
-
-// The keys that take a value are the same ones too.
-TEST(Language, EveryLanguageHasTheTextsOfEnglish) {
-    std::istringstream lines(ReadFile(Languages()->Child("English")->Child("strings.txt")->AbsolutePath()));
-    std::map<std::string, bool> takesValue;
-    for (std::string line; std::getline(lines, line);) {
-        if (line.empty() || line.starts_with("//") || line.starts_with("WIN "))
-            continue;
-        const std::string key = NthField(Replace(line, "MAC ", ""), ": ", 1);
-        takesValue[key] = Multilingual::GetString(key, "#") != Multilingual::GetString(key);
-    }
-    const Ref<FolderItem> languages = Languages();
-    for (int32_t i = 1; i <= languages->Count(); ++i) {
-        const std::string language = languages->Item(i)->Name();
-        Multilingual::Initialize(languages, language);
-        for (const auto& [key, takes] : takesValue) {
-            const std::string text = Multilingual::GetString(key, "#");
-            EXPECT_EQ(text != Multilingual::GetString(key), takes) << language << ": " << key;
-            EXPECT_TRUE(!text.empty() && text.find("<!%") == std::string::npos) << language << ": " << key;
-        }
-        // These two go into an address as they stand.
-        EXPECT_EQ(Multilingual::GetString("SearchForUpdatesApp"), "Ombrivel") << language;
-        EXPECT_LE(Multilingual::GetString("SearchForUpdatesLanguage").size(), 5U) << language;
-    }
-    Multilingual::Initialize(languages, "English");
 }
 
 TEST(Language, TheSystemsIsTheFirstInTheListThatHasAFolder) {

@@ -1,0 +1,91 @@
+// The language files have the texts that the program asks for, all of them and no others.
+
+#include "framework/files/SpecialFolder.h"
+#include "settings/Multilingual.h"
+#include "tests/support/TestFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+#include <regex>
+#include <set>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Words = std::set<std::string>;
+
+const std::regex kFirstWord("[A-Z][a-z]+");
+
+Ref<FolderItem> Languages() {
+    return SpecialFolder::Resources()->Child("Multilingual");
+}
+
+Words Matches(const std::string& text, const std::regex& pattern) {
+    Words found;
+    for (auto match = std::sregex_iterator(text.begin(), text.end(), pattern); match != std::sregex_iterator(); ++match)
+        found.insert(match->str(1));
+    return found;
+}
+
+// Of both variants.
+Words KeysOfEnglish() {
+    const std::string file = ReadFile(Languages()->Child("English")->Child("strings.txt")->AbsolutePath());
+    return Matches(file, std::regex("(?:^|\n)(?:MAC |WIN )?(\\w+): "));
+}
+
+Words LiteralsOfTheProgram() {
+    Words found;
+    const fs::path root = fs::canonical(SpecialFolder::Resources()->AbsolutePath()).parent_path();
+    for (const char* const folder : {"core", "engine", "settings", "ui", "update"}) {
+        for (const std::string& name : NamesIn(root / folder))
+            found.merge(Matches(ReadFile(root / folder / name), std::regex("\"([A-Z]\\w+)\"")));
+    }
+    return found;
+}
+
+std::string FirstWord(const std::string& name) {
+    std::smatch word;
+    return std::regex_search(name, word, kFirstWord) ? word.str() : name;
+}
+
+// A literal that begins with the first word of any key, and goes on, is one.
+TEST(LanguageFiles, EnglishHasTheKeysThatTheProgramAsksForAndNoOther) {
+    const Words keys = KeysOfEnglish();
+    Words subjects;
+    for (const std::string& key : keys)
+        subjects.insert(FirstWord(key));
+    Words asked;
+    for (const std::string& literal : LiteralsOfTheProgram()) {
+        if (subjects.contains(FirstWord(literal)) && FirstWord(literal) != literal)
+            asked.insert(literal);
+    }
+    EXPECT_EQ(asked.erase("SearchForUpdates"), 1U); // the update server names the rest
+    asked.insert("SearchForUpdatesVersion");
+    EXPECT_EQ(asked, keys);
+}
+
+// The keys that take a value are the same ones too.
+TEST(LanguageFiles, EveryLanguageHasTheTextsOfEnglish) {
+    const Ref<FolderItem> languages = Languages();
+    std::map<std::string, bool> takesValue;
+    for (const std::string& key : KeysOfEnglish())
+        takesValue[key] = Multilingual::GetString(key, "#") != Multilingual::GetString(key);
+    for (int32_t i = 1; i <= languages->Count(); ++i) {
+        const std::string language = languages->Item(i)->Name();
+        Multilingual::Initialize(languages, language);
+        for (const auto& [key, takes] : takesValue) {
+            const std::string text = Multilingual::GetString(key, "#");
+            EXPECT_EQ(text != Multilingual::GetString(key), takes) << language << ": " << key;
+            EXPECT_TRUE(!text.empty() && text.find("<!%") == std::string::npos) << language << ": " << key;
+        }
+        // These two go into an address as they stand.
+        EXPECT_EQ(Multilingual::GetString("SearchForUpdatesApp"), "Ombrivel") << language;
+        EXPECT_LE(Multilingual::GetString("SearchForUpdatesLanguage").size(), 5U) << language;
+    }
+    Multilingual::Initialize(languages, "English");
+}
+
+} // namespace
