@@ -1,5 +1,6 @@
-// The language files have the texts that the program asks for, all of them and no others.
+// The language files have the texts that the program asks for, all of them and no others. Built for both variants.
 
+#include "framework/base/BuildVariant.h"
 #include "framework/files/SpecialFolder.h"
 #include "settings/Multilingual.h"
 #include "tests/support/TestFolder.h"
@@ -86,6 +87,7 @@ TEST(LanguageFiles, EveryLanguageHasTheTextsOfEnglish) {
         EXPECT_LE(Multilingual::GetString("SearchForUpdatesLanguage").size(), 5U) << language;
     }
     Multilingual::Initialize(languages, "English");
+    EXPECT_EQ(Multilingual::GetString("ButtonQuit"), kWindowsVariant ? "Exit" : "Quit");
 }
 
 } // namespace

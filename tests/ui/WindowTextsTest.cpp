@@ -1,5 +1,6 @@
-// Every text of every window, in every language, has room in its control.
+// Every text of every window, in every language, has room in its control. Built for both variants.
 
+#include "framework/base/BuildVariant.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/windows/Label.h"
@@ -50,6 +51,12 @@ void ExpectRoomFor(const Ref<Window>& window) {
         EXPECT_TRUE(widget->text().isEmpty() || HasRoom(*widget)) << widget->text().toStdString();
 }
 
+void ExpectButtonsInOrder(const claDialogWindow& dialog) {
+    const Ref<claDialogButton>& left = kWindowsVariant ? dialog.ActionButton : dialog.CancelButton;
+    const Ref<claDialogButton>& right = kWindowsVariant ? dialog.CancelButton : dialog.ActionButton;
+    EXPECT_LT(left->Left() + left->Width(), right->Left());
+}
+
 // What a screen reader has to say of the window and each thing that it shows.
 void ExpectNames(const Ref<Window>& window) {
     QWidgetList things =
@@ -76,6 +83,10 @@ TEST(WindowTexts, HaveRoomAndEveryControlItsName) {
         list->SetCellTag(0, 0, language->Child("strings.txt"));
         list->SetListIndex(0);
         EXPECT_NE(chooser->staMessage()->Text(), "");
+        for (const Ref<claDialogWindow>& dialog :
+             {Ref<claDialogWindow>(winCut::Instance()), Ref<claDialogWindow>(winUpdate::Instance()),
+              Ref<claDialogWindow>(chooser)})
+            ExpectButtonsInOrder(*dialog);
 
         const std::vector<Ref<Window>> dialogs{winCut::Instance(), winPreferences::Instance(), winAbout::Instance(),
                                                winUpdate::Instance(), chooser};
