@@ -1,4 +1,4 @@
-// Paints every window in one language side by side, for people to look at.
+// Paints every window, menu and dialog in one language side by side, for people to look at.
 // usage: LANGUAGE=CODE ombrivel-sheet PICTURE TITLE
 
 #include "core/App.h"
@@ -25,12 +25,15 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPainter>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <functional>
 #include <vector>
 
 namespace {
@@ -44,9 +47,26 @@ QPixmap PictureOf(const Ref<Window>& window) {
     QEventLoop events;
     QTimer::singleShot(kSomeFrames, &events, &QEventLoop::quit);
     events.exec();
-    const QPixmap picture = NativeWindow::Of(*window).widget->grab();
-    window->Hide();
+    return NativeWindow::Of(*window).widget->grab();
+}
+
+// Of the dialog that the call shows and waits for. It is left by its cancel button.
+QPixmap PictureOfDialog(const std::function<void()>& ask) {
+    QPixmap picture;
+    QTimer::singleShot(kSomeFrames, [&picture] {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        picture = dialog->grab();
+        dialog->close();
+    });
+    ask();
     return picture;
+}
+
+// As it is when opened. Opened here it would be the window in front, which no command goes to.
+QPixmap PictureOfMenu(QMenu& menu) {
+    menu.ensurePolished();
+    menu.resize(menu.sizeHint());
+    return menu.grab();
 }
 
 void FillList() {
@@ -81,41 +101,63 @@ void FillUpdate(const winUpdate& window) {
                                     Multilingual::GetString("SearchForUpdatesFilename", file));
 }
 
-std::vector<QPixmap> Windows() {
+// The main window and what it leads to, the opened menus first.
+std::vector<QPixmap> MainPictures() {
+    const Ref<winMain> window = winMain::Instance();
     FillList();
+    std::vector<QPixmap> pictures{PictureOf(window)};
+    const QList<QAction*> menus = NativeWindow::Of(*window).widget->menuBar()->actions();
+    for (const QAction* const menu : menus)
+        pictures.push_back(PictureOfMenu(*menu->menu()));
+    pictures.push_back(PictureOfDialog([&menus] { menus.last()->menu()->actions().first()->trigger(); })); // the help
+    pictures.push_back(PictureOfDialog([&window] { window->Close(); })); // may it quit
+    pictures.push_back(
+        PictureOfDialog([] { App::Instance()->Error(Multilingual::GetString("SearchForUpdatesServerError")); }));
+    return pictures;
+}
+
+std::vector<QPixmap> Pictures() {
+    std::vector<QPixmap> pictures = MainPictures();
     const Ref<winCut> cut = winCut::Instance();
     cut->FileSize = 734003200;
     cut->UpdateStatus();
     FillUpdate(*winUpdate::Instance());
     const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
-    std::vector<QPixmap> pictures;
-    for (const Ref<Window>& window :
-         {Ref<Window>(winMain::Instance()), Ref<Window>(cut), Ref<Window>(winPreferences::Instance()),
-          Ref<Window>(winAbout::Instance()), Ref<Window>(winUpdate::Instance())})
+    for (const Ref<Window>& window : {Ref<Window>(cut), Ref<Window>(winPreferences::Instance()),
+                                      Ref<Window>(winUpdate::Instance()), Ref<Window>(winAbout::Instance())})
         pictures.push_back(PictureOf(window));
     FillChooser(*chooser); // which changes the language
     pictures.push_back(PictureOf(chooser));
     return pictures;
 }
 
-// One row of pictures with the language's name above.
-QPixmap RowOf(const std::string& title) {
-    const std::vector<QPixmap> pictures = Windows();
-    int width = kGap;
-    int height = 0;
+// From the top downwards, then from left to right, no column higher than the first picture. Gives where each one goes,
+// and how wide it all is.
+std::vector<QPoint> Places(const std::vector<QPixmap>& pictures, int& width) {
+    std::vector<QPoint> places;
+    QPoint next(kGap, kTitle);
+    width = 0;
     for (const QPixmap& picture : pictures) {
-        width += picture.width() + kGap;
-        height = std::max(height, picture.height());
+        if (next.y() > kTitle && next.y() + picture.height() > kTitle + pictures.front().height())
+            next = QPoint(width, kTitle);
+        places.push_back(next);
+        next.ry() += picture.height() + kGap;
+        width = std::max(width, next.x() + picture.width() + kGap);
     }
-    QPixmap row(width, height + kTitle + kGap);
+    return places;
+}
+
+// The pictures of one language with its name above.
+QPixmap RowOf(const std::string& title) {
+    const std::vector<QPixmap> pictures = Pictures();
+    int width = 0;
+    const std::vector<QPoint> places = Places(pictures, width);
+    QPixmap row(width, pictures.front().height() + kTitle + kGap);
     row.fill(QColor(0xC8, 0xCF, 0xD6));
     QPainter painter(&row);
     painter.drawText(kGap, kTitle - 8, QString::fromStdString(title));
-    int x = kGap;
-    for (const QPixmap& picture : pictures) {
-        painter.drawPixmap(x, kTitle, picture);
-        x += picture.width() + kGap;
-    }
+    for (std::size_t i = 0; i < pictures.size(); ++i)
+        painter.drawPixmap(places[i], pictures[i]);
     return row;
 }
 
