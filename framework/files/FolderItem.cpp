@@ -14,6 +14,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -25,13 +26,17 @@ constexpr const char* kTypeAttribute = "user.ombrivel.type";
 constexpr const char* kCreatorAttribute = "user.ombrivel.creator";
 constexpr std::size_t kCodeSize = 4;
 
+bool GoesUp(const std::filesystem::path& path) {
+    return std::find(path.begin(), path.end(), "..") != path.end();
+}
+
 // Absolute, without "." and "..", and without following a link in the last component: a link is an entry of its own.
 std::string CleanPath(const std::string& path) {
     if (path.empty())
         return {};
     std::error_code failure;
     std::filesystem::path whole = std::filesystem::absolute(path, failure);
-    if (path.find("..") != std::string::npos) {
+    if (GoesUp(whole)) {
         const auto folder = std::filesystem::weakly_canonical(whole.parent_path(), failure);
         whole = (failure ? whole.parent_path() : folder) / whole.filename();
     }

@@ -44,6 +44,19 @@ TEST(Files, AnyNameOfTheSystemPassesThroughWholeAndIntoTheTrashAndNoneLeavesItsF
     EXPECT_EQ(PathsFromUriList(list), (Names{"/a b", "/\xFF"}));
 }
 
+TEST(Files, APathKeepsItsLinksButForTheWayUp) {
+    const TestFolder folder;
+    std::filesystem::create_directories(folder.Path("inner/deep"));
+    std::filesystem::create_directory_symlink("inner/deep", folder.Path("link"));
+    const std::string base = New<FolderItem>(folder.Path())->AbsolutePath() + "/";
+    for (const auto& [path, clean] : {std::pair("link/a..b.001", "link/a..b.001"),
+                                      {"link/...", "link/..."},
+                                      {"link/./x/", "link/x"},
+                                      {"link/../x", "inner/x"},
+                                      {"link/..", "inner"}})
+        EXPECT_EQ(New<FolderItem>(base + path)->AbsolutePath(), base + clean);
+}
+
 TEST(Files, AFileIsAPartByItsCodeOrElseByItsExtension) {
     const TestFolder folder;
     std::filesystem::create_directory(folder.Path("folder.001"));
