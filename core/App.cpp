@@ -76,6 +76,7 @@ void App::Event_NewDocument() {
 }
 
 void App::Event_Close() {
+    TellWaitingCuts();
     if (started_)
         Preferences->Save();
 }

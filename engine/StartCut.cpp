@@ -4,12 +4,13 @@
 #include "engine/PartNames.h"
 #include "engine/PromisedBase.h"
 #include "engine/claEncodeThread.h"
+#include "framework/app/ModalRun.h"
+#include "framework/base/StandardError.h"
 #include "framework/desktop/Desktop.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Number.h"
 #include "framework/text/Text.h"
-#include "framework/threads/MainThread.h"
 #include "framework/threads/Yield.h"
 #include "framework/windows/ComboBox.h"
 #include "ui/claDialogButton.h"
@@ -71,36 +72,18 @@ struct ClosedAtTheEnd {
     ~ClosedAtTheEnd() { dialog.Close(); }
 };
 
-// Files that came while another was being asked about or prepared: that serves events, and a cut that began in the
-// middle could settle on the same names. Each is served by an event of its own afterwards, in the order of their
-// coming.
+// Files that came while a dialog was up, or while a cut was being prepared. Each is served by an event of its own
+// afterwards, in the order of their coming.
 struct WaitingFile {
     Ref<FolderItem> file;
     OnTheWay onTheWay;
 };
 std::deque<WaitingFile> waiting;
 
-void ServeNext();
-
-class Turn {
-public:
-    Turn() { taken_ = true; }
-    ~Turn() {
-        taken_ = false;
-        if (!waiting.empty())
-            PostToMainThread(ServeNext);
-    }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-
-    static bool IsTaken() { return taken_; }
-
-private:
-    static inline bool taken_ = false;
-};
-
 void AskAndCut(const Ref<FolderItem>& file) {
-    const Turn turn;
+    // Until the worker runs: its preparation serves events, and a cut that began in the middle could settle on the same
+    // names.
+    const ModalRun turn;
     const OnTheWay asking;
     const Ref<winCut> dialog = winCut::Instance();
     const ClosedAtTheEnd closed{*dialog};
@@ -112,8 +95,6 @@ void AskAndCut(const Ref<FolderItem>& file) {
 }
 
 void ServeNext() {
-    if (Turn::IsTaken() || waiting.empty())
-        return;
     const WaitingFile next = waiting.front();
     waiting.pop_front();
     AskAndCut(next.file);
@@ -126,10 +107,17 @@ void StartCut(const Ref<FolderItem>& file) {
         Beep();
         return;
     }
-    if (Turn::IsTaken() || !waiting.empty())
+    if (ModalRun::Any() || !waiting.empty()) {
         waiting.push_back({file, {}});
-    else
+        ModalRun::After(ServeNext);
+    } else {
         AskAndCut(file);
+    }
+}
+
+void TellWaitingCuts() {
+    for (const WaitingFile& next : waiting)
+        TellStandardError(next.file->AbsolutePath() + ": the program ended before it was cut");
 }
 
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count) {

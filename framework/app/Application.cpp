@@ -114,8 +114,7 @@ void Begin(const std::vector<std::string>& paths, const std::function<Ref<Applic
     if (!begun)
         EndProcess(1);
     if (paths.empty())
-        OpenEvents::Instance().NewDocument();
-    OpenEvents::Instance().Deliver();
+        EventEdge::Run("open event", [] { application->Event_NewDocument(); });
 }
 
 } // namespace

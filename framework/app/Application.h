@@ -39,7 +39,7 @@ public:
     static void AfterFirstPaint(std::function<void()> call);
 
     // Whether files, or a wish that the program come forward, have reached the process but none of the events below
-    // yet: they wait while a modal dialog runs. Main thread.
+    // yet. These come before any call that is posted to the main thread from now on. Main thread.
     static bool EventsWait();
 
     // The program has been set up and may begin. An exception that leaves this event ends the process with code 1.
@@ -47,7 +47,7 @@ public:
     // The program was started without a file, or asked to come forward.
     virtual void Event_NewDocument() {}
     // A file was handed over: named at the start, or by a second start of the program. At the start these come before
-    // Event_Open; later ones wait while a modal dialog runs.
+    // Event_Open; later ones also while a modal dialog runs.
     virtual void Event_OpenDocument(const Ref<FolderItem>&) {}
     // The process is about to end.
     virtual void Event_Close() {}

@@ -89,7 +89,7 @@ protected:
     void dropEvent(QDropEvent* event) override {
         TakeAsCopy(*event);
         const auto drag = New<DragItem>(FilesIn(*event->mimeData(), canvas_.acceptedTypes_));
-        OpenEvents::Instance().AddLater([canvas = Self(&canvas_), drag](Application&) {
+        OpenEvents::Instance().Add([canvas = Self(&canvas_), drag](Application&) {
             if (canvas->DropObject)
                 canvas->DropObject(drag, 0);
         });

@@ -2,18 +2,23 @@
 
 using AutoQuit = WholeProgramTest;
 
-TEST_F(AutoQuit, WaitsForTheFilesThatWaitBehindADialog) {
+TEST_F(AutoQuit, WaitsForACutThatWaitsBehindADialogAndAGlueDoesNot) {
+    const std::string letter = Pattern(1000);
+    WriteFile(File("letter.txt"), letter);
     const std::string song = WriteSeries("song.flac");
     Program& program = StartUnfinished("film.mov");
-    program.OnlyWindow();
-    desktop.Press({"ctrl+question"});
-    program.Dialog();
-    EXPECT_EQ(StartAgain({"song.flac.001"}), 0);
+    program.CloseMainWindow();
+    const WindowId question = program.Dialog();
+    EXPECT_EQ(StartAgain({"letter.txt", "song.flac.001"}), 0);
+    AwaitShown({"song.flac"});
+    EXPECT_EQ(program.Dialog(), question);
     FinishDownload("film.mov");
-    AwaitShown({"film.mov"});
+    AwaitShown({"song.flac", "film.mov"});
+    program.Answer({"Escape"});
     program.Answer({"Return"});
-    EXPECT_EQ(program.End(), 0); // after the song
+    EXPECT_EQ(program.End(), 0);
     EXPECT_TRUE(Holds(File("song.flac"), song));
+    EXPECT_TRUE(Holds(File("letter.txt.001"), letter));
 }
 
 TEST_F(AutoQuit, ComesWithAStopToo) {
@@ -59,6 +64,7 @@ TEST_F(QuitQuestion, CancelLetsEverythingRunOnAndQuitEndsItAtOnceAndLeavesTheFil
 // The list has become empty behind the question, which neither goes away nor lets the program end by itself.
 TEST_F(QuitQuestion, StandsOnWhenNothingIsLeftAndBothAnswersCount) {
     Words shown;
+    WriteFile(File("letter.txt"), "x");
     for (const std::string key : {"Escape", "Return"}) {
         const std::string base = key + ".mov";
         shown.push_back(base);
@@ -67,11 +73,13 @@ TEST_F(QuitQuestion, StandsOnWhenNothingIsLeftAndBothAnswersCount) {
         const WindowId question = program.Dialog();
         FinishDownload(base);
         AwaitShown(shown);
-        EXPECT_EQ(StartAgain({}), 0); // by then the program would have ended
+        EXPECT_EQ(StartAgain(key == "Escape" ? Words{} : Words{"letter.txt"}), 0); // by then it would have ended
         EXPECT_EQ(program.Dialog(), question);
         desktop.Press({key});
         if (key == "Escape")
             program.CloseMainWindow(); // which asks no more
         EXPECT_EQ(program.End(), 0) << key;
+        const std::string unasked = File("letter.txt").string() + ": the program ended before it was cut\n";
+        EXPECT_EQ(program.Errors(), key == "Escape" ? "" : "ombrivel: " + unasked);
     }
 }
