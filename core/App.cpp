@@ -7,12 +7,14 @@
 #include "framework/desktop/Desktop.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Text.h"
+#include "framework/threads/MainThread.h"
 #include "framework/windows/MessageDialog.h"
 #include "settings/Multilingual.h"
 #include "settings/claPreferences.h"
 #include "settings/winPreferences.h"
 #include "ui/MainMenu.h"
 #include "ui/Pictures.h"
+#include "ui/claFilePerform.h"
 #include "ui/winAbout.h"
 #include "ui/winMain.h"
 #include "update/claSearchForUpdates.h"
@@ -101,6 +103,18 @@ void App::DecodeFile(const Ref<FolderItem>& file) {
 
 void App::EncodeFile(const Ref<FolderItem>& file) {
     StartCut(file);
+}
+
+void App::QuitIfAllIsDone() {
+    if (!Preferences->AutoQuit || !QuitAfter || !winMain::Instance()->canPerform()->Info.empty())
+        return;
+    const auto again = [] { Instance()->QuitIfAllIsDone(); };
+    if (EventsWait())
+        PostToMainThread(again); // behind them
+    else if (OnTheWay::Anything())
+        OnTheWay::WhenGone(again);
+    else
+        Quit(0);
 }
 
 void App::Error(const std::string& text) {

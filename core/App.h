@@ -42,6 +42,10 @@ public:
     virtual void DecodeFile(const Ref<FolderItem>& file);
     virtual void EncodeFile(const Ref<FolderItem>& file);
 
+    // Quits, if the user wants that, when no operation is left of a run that opened files began. What is on its way
+    // comes first; no row may come of it (a cut that is called off), so this is done again when it has gone.
+    void QuitIfAllIsDone();
+
     // Shows an error dialog with that explanation.
     virtual void Error(const std::string& text);
 

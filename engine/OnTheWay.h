@@ -8,12 +8,18 @@
 class OnTheWay {
 public:
     OnTheWay() { ++count_; }
-    ~OnTheWay() { --count_; }
+    ~OnTheWay();
     OnTheWay(const OnTheWay&) { ++count_; }
     OnTheWay& operator=(const OnTheWay&) = default;
 
     static bool Anything() { return count_ > 0; }
+    // Makes the call from the event loop, once, when nothing is on its way any more. There is one such call, the last
+    // that was given. Main thread.
+    static void WhenGone(void (*call)()) { whenGone_ = call; }
 
 private:
+    static void MakeCall();
+
+    static inline void (*whenGone_)() = nullptr; // belongs to the main thread
     static inline std::atomic<int> count_{0};
 };

@@ -1,7 +1,6 @@
 #include "ui/claFilePerformInfo.h"
 
 #include "core/App.h"
-#include "engine/OnTheWay.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Number.h"
 #include "framework/threads/MainThread.h"
@@ -54,7 +53,5 @@ void claFilePerformInfo::Close() {
     const Ref<App> app = App::Instance();
     if (app->Preferences->ShowFilesAfter && !FileToShow.IsNil())
         ShowFileInFinder({FileToShow->AbsolutePath()});
-    if (app->Preferences->AutoQuit && app->QuitAfter && Parent->Info.empty() && !OnTheWay::Anything() &&
-        !Application::EventsWait())
-        Quit(0);
+    app->QuitIfAllIsDone();
 }

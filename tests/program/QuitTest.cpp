@@ -21,6 +21,16 @@ TEST_F(AutoQuit, WaitsForACutThatWaitsBehindADialogAndAGlueDoesNot) {
     EXPECT_TRUE(Holds(File("letter.txt.001"), letter));
 }
 
+TEST_F(AutoQuit, ComesAfterACutThatIsCalledOffToo) {
+    WriteSeries("film.mov");
+    WriteFile(File("letter.txt"), "x");
+    Program& program = Start({"film.mov.001", "letter.txt"});
+    program.Dialog();
+    AwaitShown({"film.mov"});
+    program.Answer({"Escape"});
+    EXPECT_EQ(program.End(), 0);
+}
+
 TEST_F(AutoQuit, ComesWithAStopToo) {
     Program& program = StartUnfinished("film.mov");
     program.Click(Program::kFirstStop);
