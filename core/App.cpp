@@ -4,6 +4,7 @@
 #include "engine/OnTheWay.h"
 #include "engine/StartCut.h"
 #include "engine/StartGlue.h"
+#include "framework/base/StandardError.h"
 #include "framework/desktop/Desktop.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Text.h"
@@ -91,7 +92,9 @@ void App::Event_OpenDocument(const Ref<FolderItem>& item) {
 }
 
 void App::Route(const Ref<FolderItem>& item) {
-    if (RuntimeStringCompare(item->Type(), FileTypes::OmbrivelPart()->Name) == 0)
+    if (!item->Exists()) // a part has gone when its series was glued meanwhile
+        TellNoSuchFile(item->AbsolutePath());
+    else if (RuntimeStringCompare(item->Type(), FileTypes::OmbrivelPart()->Name) == 0)
         DecodeFile(item);
     else
         EncodeFile(item);

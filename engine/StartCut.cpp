@@ -97,7 +97,10 @@ void AskAndCut(const Ref<FolderItem>& file) {
 void ServeNext() {
     const WaitingFile next = waiting.front();
     waiting.pop_front();
-    AskAndCut(next.file);
+    if (next.file->Exists())
+        AskAndCut(next.file);
+    else
+        TellNoSuchFile(next.file->AbsolutePath());
 }
 
 } // namespace

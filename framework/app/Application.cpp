@@ -29,6 +29,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <optional>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -88,32 +89,35 @@ void ListenToQueue() {
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [&queue] { queue.Serve(); });
 }
 
-// The files named on the command line. What is not there is told and left out: the desktop would not hand it over.
-std::vector<std::string> FilesToOpen(int count, char** words) {
+// The files named on the command line, nothing if it names none. What is not there is told and left out: the desktop
+// would not hand it over.
+std::optional<std::vector<std::string>> FilesToOpen(int count, char** words) {
+    if (count <= 1)
+        return std::nullopt;
     std::vector<std::string> paths;
     for (int i = 1; i < count; ++i) {
         const auto item = New<FolderItem>(words[i]);
         if (item->Exists())
             paths.push_back(item->AbsolutePath());
         else
-            TellStandardError(std::string(words[i]) + ": no such file");
+            TellNoSuchFile(words[i]);
     }
     return paths;
 }
 
-// Files come in before Event_Open, which serves them when the windows are there; a start without a file is told after
-// it.
-void Begin(const std::vector<std::string>& paths, const std::function<Ref<Application>()>& startup) {
+// Files come in before Event_Open, which serves them when the windows are there; a start that names no file is told
+// after it. One whose files are all missing is none: it was meant to open something.
+void Begin(const std::optional<std::vector<std::string>>& paths, const std::function<Ref<Application>()>& startup) {
     const bool begun = EventEdge::Run("the program could not start", [&] {
         application = startup();
         FollowTheWindowInFront();
-        for (const std::string& path : paths)
+        for (const std::string& path : paths.value_or(std::vector<std::string>()))
             application->Event_OpenDocument(New<FolderItem>(path));
         application->Event_Open();
     });
     if (!begun)
         EndProcess(1);
-    if (paths.empty())
+    if (!paths)
         EventEdge::Run("open event", [] { application->Event_NewDocument(); });
 }
 
@@ -179,7 +183,7 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
     ReadingFonts readingFonts;
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
     DescribeToToolkit();
-    const std::vector<std::string> paths = FilesToOpen(argumentCount, arguments);
+    const auto paths = FilesToOpen(argumentCount, arguments);
     readingFonts.Await(); // from here on, too, the environment may be changed
     if (HandOver(identity.Id, paths))
         return 0;

@@ -44,10 +44,10 @@ public:
 
     // The program has been set up and may begin. An exception that leaves this event ends the process with code 1.
     virtual void Event_Open() {}
-    // The program was started without a file, or asked to come forward.
+    // The program was started without a file, or asked to come forward. Not if it was given files that are all gone.
     virtual void Event_NewDocument() {}
     // A file was handed over: named at the start, or by a second start of the program. At the start these come before
-    // Event_Open; later ones also while a modal dialog runs.
+    // Event_Open; later ones also while a modal dialog runs. The file may have gone meanwhile.
     virtual void Event_OpenDocument(const Ref<FolderItem>&) {}
     // The process is about to end.
     virtual void Event_Close() {}

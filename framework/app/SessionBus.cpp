@@ -83,13 +83,13 @@ void RememberThatNoneIsThere() {
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
-QDBusMessage Request(const QString& programId, const std::vector<std::string>& paths) {
-    const bool activate = paths.empty();
+QDBusMessage Request(const QString& programId, const std::optional<std::vector<std::string>>& paths) {
+    const bool activate = !paths;
     auto message = QDBusMessage::createMethodCall(programId, ObjectPath(programId), kInterface,
                                                   activate ? QStringLiteral("Activate") : QStringLiteral("Open"));
     if (!activate) {
         QStringList addresses;
-        for (const std::string& path : paths)
+        for (const std::string& path : *paths)
             addresses << QString::fromStdString(FileUriFromPath(path));
         message << addresses;
     }
@@ -99,7 +99,7 @@ QDBusMessage Request(const QString& programId, const std::vector<std::string>& p
 
 } // namespace
 
-bool HandOver(const std::string& programId, const std::vector<std::string>& paths) {
+bool HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths) {
     if (!BusIsThere()) {
         RememberThatNoneIsThere();
         return false;

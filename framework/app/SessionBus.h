@@ -1,11 +1,13 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 // The program on the session bus, as org.freedesktop.Application has it: one instance serves, further starts hand their
 // files to it. Without a bus each start stands alone. Main thread.
 
-// Hands the files (absolute paths) to a running instance, or asks it to come forward if there are none. False if there
-// is no instance, or it ended before it answered; then this process has become the one that serves.
-bool HandOver(const std::string& programId, const std::vector<std::string>& paths);
+// Hands the files (absolute paths, of which there may be none left) to a running instance; without a list, tells it of
+// a start without a file. It comes forward either way. False if there is no instance, or it ended before it answered;
+// then this process has become the one that serves.
+bool HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths);

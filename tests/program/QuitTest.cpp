@@ -21,14 +21,33 @@ TEST_F(AutoQuit, WaitsForACutThatWaitsBehindADialogAndAGlueDoesNot) {
     EXPECT_TRUE(Holds(File("letter.txt.001"), letter));
 }
 
-TEST_F(AutoQuit, ComesAfterACutThatIsCalledOffToo) {
+// The second part has gone to the Trash with its series when its turn comes.
+TEST_F(AutoQuit, ComesAfterACutThatIsCalledOffAndAFileThatHasGone) {
     WriteSeries("film.mov");
     WriteFile(File("letter.txt"), "x");
-    Program& program = Start({"film.mov.001", "letter.txt"});
+    Program& program = Start({"film.mov.001", "letter.txt", "film.mov.002"});
     program.Dialog();
     AwaitShown({"film.mov"});
     program.Answer({"Escape"});
     EXPECT_EQ(program.End(), 0);
+    EXPECT_EQ(program.Errors(), "ombrivel: " + File("film.mov.002").string() + ": no such file\n");
+    EXPECT_FALSE(Exists("film 1.mov") || Exists("film.mov.002"));
+}
+
+TEST_F(AutoQuit, IsNotCalledOffByStartsForFilesThatAreAllGone) {
+    const std::string song = WriteSeries("song.flac");
+    const std::string gone = File("gone.001");
+    Program& program = Start({"gone", "gone.001"});
+    program.OnlyWindow();
+    EXPECT_EQ(StartAgain({"gone"}), 0);
+    desktop.Run({"dbus-send", "--print-reply", "--dest=example.halvrick.Ombrivel", "/example/halvrick/Ombrivel",
+                 "org.freedesktop.Application.Open", "array:string:file://" + gone});
+    EXPECT_EQ(StartAgain({"song.flac.001"}), 0);
+    EXPECT_EQ(program.End(), 0);
+    EXPECT_TRUE(Holds(File("song.flac"), song));
+    EXPECT_FALSE(Exists("gone"));
+    EXPECT_EQ(program.Errors(),
+              "ombrivel: gone: no such file\nombrivel: gone.001: no such file\nombrivel: " + gone + ": no such file\n");
 }
 
 TEST_F(AutoQuit, ComesWithAStopToo) {
