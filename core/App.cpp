@@ -58,11 +58,14 @@ void App::Event_Open() {
     const OnTheWay waiting;
     // By index: a file may be handed over while the dialog of the one before it is up. No yield: a glue that came to
     // its end in it would no longer turn away the other parts of its series. The list is not emptied afterwards.
+    bool served = openFiles_.empty();
     for (std::size_t i = 0; i < openFiles_.size(); ++i) {
         const Ref<FolderItem> item = openFiles_[i];
-        Route(item);
+        served = Route(item) || served;
     }
     started_ = true;
+    if (!served) // other starts were quicker, and are done
+        QuitIfAllIsDone();
     if (Preferences->SearchForUpdates)
         claSearchForUpdates::Check(false);
 }
@@ -91,13 +94,16 @@ void App::Event_OpenDocument(const Ref<FolderItem>& item) {
         openFiles_.push_back(item);
 }
 
-void App::Route(const Ref<FolderItem>& item) {
-    if (!item->Exists()) // a part has gone when its series was glued meanwhile
+bool App::Route(const Ref<FolderItem>& item) {
+    if (!item->Exists()) { // a part has gone when its series was glued meanwhile
         TellNoSuchFile(item->AbsolutePath());
-    else if (RuntimeStringCompare(item->Type(), FileTypes::OmbrivelPart()->Name) == 0)
+        return false;
+    }
+    if (RuntimeStringCompare(item->Type(), FileTypes::OmbrivelPart()->Name) == 0)
         DecodeFile(item);
     else
         EncodeFile(item);
+    return true;
 }
 
 void App::DecodeFile(const Ref<FolderItem>& file) {

@@ -53,8 +53,8 @@ public:
     virtual void RemoveInUse(const Ref<FolderItem>& item);
 
     // A part of a series goes to the glue, everything else to the cut. What is not there (any more) is told to standard
-    // error, and that is all.
-    void Route(const Ref<FolderItem>& item);
+    // error, and gives false.
+    bool Route(const Ref<FolderItem>& item);
 
 private:
     std::vector<Ref<FolderItem>> openFiles_; // handed over before the start was finished

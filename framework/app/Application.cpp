@@ -30,6 +30,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <optional>
+#include <set>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -89,18 +90,28 @@ void ListenToQueue() {
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [&queue] { queue.Serve(); });
 }
 
+// Looked at as early as can be: what goes after that has been served by another start at the same time, and what was
+// never there is the user's mistake.
+std::set<const char*> WordsWithoutFile(int count, char** words) {
+    std::set<const char*> missing;
+    for (int i = 1; i < count; ++i) {
+        if (!FolderItem(words[i]).Exists())
+            missing.insert(words[i]);
+    }
+    return missing;
+}
+
 // The files named on the command line, nothing if it names none. What is not there is told and left out: the desktop
 // would not hand it over.
-std::optional<std::vector<std::string>> FilesToOpen(int count, char** words) {
+std::optional<std::vector<std::string>> FilesToOpen(int count, char** words, const std::set<const char*>& missing) {
     if (count <= 1)
         return std::nullopt;
     std::vector<std::string> paths;
     for (int i = 1; i < count; ++i) {
-        const auto item = New<FolderItem>(words[i]);
-        if (item->Exists())
-            paths.push_back(item->AbsolutePath());
-        else
+        if (missing.contains(words[i]))
             TellNoSuchFile(words[i]);
+        else
+            paths.push_back(FolderItem(words[i]).AbsolutePath());
     }
     return paths;
 }
@@ -180,10 +191,11 @@ bool Application::EventsWait() {
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup) {
     program = identity;
+    const std::set<const char*> missing = WordsWithoutFile(argumentCount, arguments);
     ReadingFonts readingFonts;
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
     DescribeToToolkit();
-    const auto paths = FilesToOpen(argumentCount, arguments);
+    const auto paths = FilesToOpen(argumentCount, arguments, missing);
     readingFonts.Await(); // from here on, too, the environment may be changed
     if (HandOver(identity.Id, paths))
         return 0;

@@ -34,6 +34,16 @@ TEST_F(AutoQuit, ComesAfterACutThatIsCalledOffAndAFileThatHasGone) {
     EXPECT_FALSE(Exists("film 1.mov") || Exists("film.mov.002"));
 }
 
+TEST_F(AutoQuit, ComesWhenAllFilesHaveGoneInTheMiddleOfTheStart) {
+    WriteFile(File("letter.txt"), "x");
+    environment["LANGUAGE"] = "fi"; // of which there is no folder: a dialog holds the start up
+    Program& program = Start({"letter.txt"});
+    program.OnlyWindow();
+    std::filesystem::remove(File("letter.txt"));
+    desktop.Press({"Return"});
+    EXPECT_EQ(program.End(), 0);
+}
+
 TEST_F(AutoQuit, IsNotCalledOffByStartsForFilesThatAreAllGone) {
     const std::string song = WriteSeries("song.flac");
     const std::string gone = File("gone.001");
