@@ -23,9 +23,15 @@ public:
     // From the start of the worker until it has its row.
     std::optional<OnTheWay> Coming;
 
+    // Which of all workers this one is, in the order of their making by the main thread. Rows stand in this order.
+    const int64_t Sequence = ++lastSequence_;
+
 protected:
     void Event_Run() final { Event_RunThread(); }
 
     // The worker's body. Its loops need no yield: the system's scheduler shares out the time.
     virtual void Event_RunThread() {}
+
+private:
+    static inline int64_t lastSequence_ = 0;
 };

@@ -9,6 +9,8 @@
 #include "ui/claFilePerformInfo.h"
 #include "ui/winMain.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr uint32_t kWhite = 0xFFFFFF;
@@ -30,14 +32,21 @@ bool PaintsRow(int32_t i, int32_t height) {
     return !(double(height) / double(i) < double(i));
 }
 
+bool StartedBefore(const Ref<claThread>& thread, const Ref<claFilePerformInfo>& row) {
+    return thread->Sequence < row->PerformThread->Sequence;
+}
+
 } // namespace
 
+// A glue measures its series first, which on a slow server takes its time: its row then takes its place above those of
+// later operations. The others don't wait for it, and the button that the pointer is on stays the one at that place, as
+// when a row goes.
 Ref<claFilePerformInfo> claFilePerform::AddInfo(const std::string& name, int32_t maximum, int32_t value,
                                                 const std::string& status, const Ref<Picture>& icon,
                                                 const Ref<claThread>& thread) {
     const Ref<winMain> window = winMain::Instance();
     const auto info = New<claFilePerformInfo>();
-    Info.push_back(info);
+    Info.insert(std::upper_bound(Info.begin(), Info.end(), thread, StartedBefore), info);
     info->Name = name;
     info->Status = status;
     info->Parent = Self(this);

@@ -14,7 +14,8 @@ class Picture;
 // status and a stop button. It has no selection, no keyboard and no scrolling. Main thread.
 class claFilePerform : public Canvas {
 public:
-    // The rows, top row first. Each has a live Bar. Only AddInfo appends, only claFilePerformInfo::Close removes.
+    // The rows, top row first, in the order in which their operations were started. Each has a live Bar. Only AddInfo
+    // adds, only claFilePerformInfo::Close removes.
     std::vector<Ref<claFilePerformInfo>> Info;
 
     // The text about the number of rows has changed.

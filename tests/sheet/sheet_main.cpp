@@ -3,6 +3,7 @@
 
 #include "core/App.h"
 #include "core/Startup.h"
+#include "engine/claThread.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/threads/MainThread.h"
@@ -72,9 +73,9 @@ QPixmap PictureOfMenu(QMenu& menu) {
 void FillList() {
     claFilePerform& list = *winMain::Instance()->canPerform();
     using Multilingual::GetString;
-    list.AddInfo("film.mov", 40, 26, GetString("MainStatusCreatingPart", "3"), picIconCut(), nullptr);
-    list.AddInfo("photos.zip", 40, 12, GetString("MainStatusAddingPart", "2"), picIconGlue(), nullptr);
-    list.AddInfo("talk.mp3", 40, 33, GetString("MainStatusWaiting", "7"), picIconGlue(), nullptr);
+    list.AddInfo("film.mov", 40, 26, GetString("MainStatusCreatingPart", "3"), picIconCut(), New<claThread>());
+    list.AddInfo("photos.zip", 40, 12, GetString("MainStatusAddingPart", "2"), picIconGlue(), New<claThread>());
+    list.AddInfo("talk.mp3", 40, 33, GetString("MainStatusWaiting", "7"), picIconGlue(), New<claThread>());
 }
 
 // Every language by its own name.

@@ -14,12 +14,13 @@
 ProgramTest::ProgramTest() : setStatus_(List().SetStatus) {
     List().SetStatus = [this](const std::string& text) {
         setStatus_(text);
-        const Ref<claFilePerformInfo> last = List().Info.empty() ? nullptr : List().Info.back();
-        if (last.IsNil() || std::find(rows.begin(), rows.end(), last) != rows.end())
-            return;
-        rows.push_back(last);
-        if (onRow)
-            onRow(*last);
+        for (const Ref<claFilePerformInfo>& row : std::vector(List().Info)) {
+            if (std::find(rows.begin(), rows.end(), row) != rows.end())
+                continue;
+            rows.push_back(row);
+            if (onRow)
+                onRow(*row);
+        }
     };
 }
 

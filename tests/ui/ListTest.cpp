@@ -78,6 +78,16 @@ TEST_F(ListTest, OnlyMovesOnAButtonAndAnUpdateRepaint) {
     EXPECT_NE(Screen(), seen) << "the button shows the pointer";
 }
 
+TEST_F(ListTest, RowsStandInTheOrderInWhichTheirOperationsStarted) {
+    std::vector<Ref<claThread>> threads(4);
+    for (Ref<claThread>& thread : threads)
+        thread = New<claThread>();
+    for (const std::size_t i : {2U, 0U, 3U, 1U}) // each has measured its series when it gets its row
+        List().AddInfo("film.mov", 7, 0, "Preparing…", picIconGlue(), threads[i]);
+    for (std::size_t i = 0; i < threads.size(); ++i)
+        EXPECT_EQ(List().Info.at(i)->PerformThread, threads[i]) << i;
+}
+
 // While i * i does not exceed the height: this is not the number of rows that fit, and it is meant. Bands stand in all
 // of them, with rows and without.
 TEST_F(ListTest, PaintsRowsByItsOwnBound) {
