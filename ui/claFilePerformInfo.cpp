@@ -30,10 +30,12 @@ void claFilePerformInfo::SetStatus(const char* key, int32_t part) {
         statusKey_ = key;
         statusPart_ = part;
     }
-    if (IsMainThread())
-        UpdateScreen();
-    else
+    if (!IsMainThread()) {
         RequestUpdate();
+        return;
+    }
+    UpdateScreen();
+    Bar->Refresh(true); // which has what shows through it repainted
 }
 
 void claFilePerformInfo::UpdateScreen() {

@@ -25,7 +25,8 @@ public:
     Ref<claThread> PerformThread;
 
     // Sets Status to the text of that key, a literal, with the number of a part. From a worker soon: of the thousands
-    // that it may tell in a second, only those are made that somebody could read. Any thread.
+    // that it may tell in a second, only those are made that somebody could read; it reaches the screen with the bar's
+    // next step. From the main thread at once, as a worker that goes to sleep takes no more steps. Any thread.
     void SetStatus(const char* key, int32_t part);
 
     // Asks for a repaint of the list. The workers do not call it: a new status reaches the screen with whatever

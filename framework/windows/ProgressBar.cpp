@@ -69,8 +69,8 @@ void ProgressBar::SetValue(int32_t value) {
 }
 
 void ProgressBar::SetMaximum(int32_t maximum) {
-    if (maximum_.exchange(maximum) != maximum)
-        RequestUpdate();
+    maximum_ = maximum;
+    RequestUpdate(); // also of 0 at 0: a step without a measure is one too
 }
 
 void ProgressBar::MakeWidget(NativeControl& native) {

@@ -9,6 +9,7 @@ public:
     int32_t Value() const { return value_; }
     void SetValue(int32_t value);
     int32_t Maximum() const { return maximum_; }
+    // Asks for a repaint even if nothing changes.
     void SetMaximum(int32_t maximum);
 
 protected:

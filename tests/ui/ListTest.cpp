@@ -23,6 +23,12 @@ protected:
         return window->screen()->grabWindow(window->winId()).toImage();
     }
 
+    // The first row's.
+    static QImage StatusLine() {
+        const NativeWindow& window = NativeWindow::Of(*winMain::Instance());
+        return Screen().copy({window.content->mapTo(window.widget, QPoint(45, 34)), QSize(400, 15)});
+    }
+
     // Whether a click stops the worker of that row, after a move to that place. The place of the click is not looked
     // at.
     static bool Stops(const Ref<claFilePerformInfo>& row, int32_t x, int32_t y) {
@@ -62,7 +68,7 @@ TEST_F(ListTest, RowsHaveBarsAndButtonsThatAreOpenOnAllSidesAndGoByTheLastMoveAl
 }
 
 // Entering a button repaints, and so does every move on it; leaving one does not. That is meant.
-TEST_F(ListTest, OnlyMovesOnAButtonAndAnUpdateRepaint) {
+TEST_F(ListTest, OnlyMovesOnAButtonStepsWaitsAndAnUpdateRepaint) {
     const Ref<claFilePerformInfo> row = AddRow();
     QImage seen = Screen();
     for (const auto& [fromRight, isOnButton] : {std::pair(100, false), {22, true}, {21, true}, {100, false}}) {
@@ -72,10 +78,18 @@ TEST_F(ListTest, OnlyMovesOnAButtonAndAnUpdateRepaint) {
         seen = Screen();
     }
     row->Update();
-    EXPECT_NE(Screen(), seen);
     seen = Screen();
     List().Event_MouseMove(List().Width() - 22, 26);
     EXPECT_NE(Screen(), seen) << "the button shows the pointer";
+    const std::function<void()> steps[] = {[&row] { row->Update(); },
+                                           [&row] { row->SetStatus("MainStatusWaiting", 2); },
+                                           [&row] { row->Bar->SetMaximum(0); }, [&row] { row->Bar->SetMaximum(0); }};
+    for (const auto& step : steps) {
+        const QImage status = StatusLine();
+        row->Status += "Waiting…";
+        step();
+        EXPECT_NE(StatusLine(), status) << &step - steps;
+    }
 }
 
 TEST_F(ListTest, RowsStandInTheOrderInWhichTheirOperationsStarted) {
