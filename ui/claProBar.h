@@ -3,8 +3,7 @@
 #include "framework/windows/ProgressBar.h"
 
 // A bar of the main window's array `proBar`. Its layout puts it above the window's top edge, out of sight; the list
-// moves it into its row. Bars are children of the window and stand above everything else, so that of a row that reaches
-// behind the bottom strip lies over the strip. That is meant.
+// moves it into its row, and cuts it off where the row is.
 class claProBar : public ProgressBar {
 public:
     explicit claProBar(int32_t index = 0) : Index(index) {}

@@ -167,7 +167,9 @@ void winMain::Glue() {
 }
 
 Ref<ProgressBar> winMain::GetNewBar() {
-    return Add(New<claProBar>(), claProBar::Layout());
+    ControlLayout layout = claProBar::Layout();
+    layout.Within = canPerform_.Get();
+    return Add(New<claProBar>(), layout);
 }
 
 void winMain::Canvas1_Paint(Graphics& graphics) {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+class Control;
 class Window;
 struct NativeControl; // the toolkit's side, known to the framework's sources only
 
@@ -18,6 +19,9 @@ struct ControlLayout {
     int32_t TabIndex = -1; // -1: not reached by Tab
     bool Visible = true;
     bool Enabled = true;
+    // What holds the control and cuts it off at its own edges, in place of the window; it stands in the window's upper
+    // left corner. Read when the control is made.
+    const Control* Within = nullptr;
 };
 
 // Base of everything that stands in a window. A control belongs to the main thread, apart from what says otherwise. The

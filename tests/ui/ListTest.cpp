@@ -102,6 +102,19 @@ TEST_F(ListTest, RowsStandInTheOrderInWhichTheirOperationsStarted) {
         EXPECT_EQ(List().Info.at(i)->PerformThread, threads[i]) << i;
 }
 
+TEST_F(ListTest, TheLowerEdgeCutsOffBars) {
+    const QPoint strip(45, 278); // left of the count
+    const NativeWindow& window = NativeWindow::Of(*winMain::Instance());
+    const auto stripOnScreen = [&] {
+        return Screen().copy({window.content->mapTo(window.widget, strip), QSize(20, 24)});
+    };
+    const QImage before = stripOnScreen();
+    for (int row = 1; row <= 6; ++row)
+        AddRow();
+    EXPECT_EQ(stripOnScreen(), before);
+    EXPECT_EQ(List().Info.back()->Bar->Top() + List().Info.back()->Bar->Height(), 282);
+}
+
 // While i * i does not exceed the height: this is not the number of rows that fit, and it is meant. Bands stand in all
 // of them, with rows and without.
 TEST_F(ListTest, PaintsRowsByItsOwnBound) {
