@@ -39,6 +39,13 @@ std::size_t MatchSize(std::string_view text, std::size_t at, std::string_view fi
     return in - at;
 }
 
+// Line and paragraph separators among them, and the marks that set or isolate a direction: behind one, a name's ending
+// reads as another.
+bool IsControl(char32_t code) {
+    return code < 0x20 || (code >= 0x7F && code < 0xA0) || (code >= 0x2028 && code <= 0x202E) ||
+           (code >= 0x2066 && code <= 0x2069);
+}
+
 } // namespace
 
 int32_t Len(std::string_view text) {
@@ -198,9 +205,7 @@ std::string Displayable(std::string_view text) {
     shown.reserve(text.size());
     for (std::size_t at = 0; at < text.size();) {
         const Utf8Char here = Utf8At(text, at);
-        const bool control =
-            here.code < 0x20 || (here.code >= 0x7F && here.code < 0xA0) || here.code == 0x2028 || here.code == 0x2029;
-        if (here.IsStrayByte() || control)
+        if (here.IsStrayByte() || IsControl(here.code))
             AppendUtf8(shown, 0xFFFD);
         else
             shown.append(text.substr(at, here.size));

@@ -24,6 +24,8 @@ TEST(Text, CutsBetweenCharactersAndTakesAStrayByteForOne) {
     for (const std::string& whole : {Left(kOdd, 99), Right(kOdd, 99), Mid(kOdd, 0), Mid(kOdd, -5, INT32_MAX)})
         EXPECT_EQ(whole, kOdd);
     EXPECT_EQ(Displayable(kOdd + "\n\x7F\u0085\u2028…"), "\uFFFDä€𝄞\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD…");
+    EXPECT_EQ(Displayable("\u200E\u200F\u2027\u202A\u202E\u202F\u2065\u2066\u2069\u206A"),
+              "\u200E\u200F\u2027\uFFFD\uFFFD\u202F\u2065\uFFFD\uFFFD\u206A");
 }
 
 TEST(Text, FindsAndComparesWithoutRegardToCase) {
