@@ -47,6 +47,16 @@ Utf8Char Utf8At(std::string_view text, std::size_t at) {
     return {code, form.size};
 }
 
+std::string_view Utf8Beginning(std::string_view text, std::size_t most) {
+    if (most >= text.size())
+        return text;
+    for (std::size_t back = 1; back < 4 && back <= most; ++back) {
+        if (Utf8At(text, most - back).size > back)
+            return text.substr(0, most - back);
+    }
+    return text.substr(0, most);
+}
+
 void AppendUtf8(std::string& text, char32_t code) {
     if (!IsScalar(code))
         code = kReplacement;

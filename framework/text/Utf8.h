@@ -16,5 +16,8 @@ struct Utf8Char {
 // stray bytes.
 Utf8Char Utf8At(std::string_view text, std::size_t at);
 
+// The longest beginning of at most that many bytes that ends with a whole character.
+std::string_view Utf8Beginning(std::string_view text, std::size_t most);
+
 // Appends a code point; one that Unicode does not have becomes U+FFFD.
 void AppendUtf8(std::string& text, char32_t code);

@@ -1,6 +1,7 @@
 #include "framework/windows/Native.h"
 
 #include "framework/text/Text.h"
+#include "framework/text/Utf8.h"
 
 #include <QApplication>
 #include <QFont>
@@ -19,16 +20,16 @@ constexpr std::size_t kMostBytes = std::size_t(64) * 1024;
 } // namespace
 
 QString ToScreen(std::string_view text) {
-    const std::string shown = Displayable(text.substr(0, kMostBytes));
+    const std::string shown = Displayable(Utf8Beginning(text, kMostBytes));
     return QString::fromUtf8(shown.data(), static_cast<qsizetype>(shown.size()));
 }
 
 QString ToParagraphs(const std::string& text) {
     QStringList lines;
-    const std::size_t size = std::min(text.size(), kMostBytes);
-    for (std::size_t from = 0; from <= size;) {
-        const std::size_t end = std::min(text.find('\n', from), size);
-        lines << ToScreen(std::string_view(text).substr(from, end - from));
+    const std::string_view shown = Utf8Beginning(text, kMostBytes);
+    for (std::size_t from = 0; from <= shown.size();) {
+        const std::size_t end = std::min(shown.find('\n', from), shown.size());
+        lines << ToScreen(shown.substr(from, end - from));
         from = end + 1;
     }
     return lines.join(QLatin1Char('\n'));

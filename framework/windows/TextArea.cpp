@@ -1,5 +1,6 @@
 #include "framework/windows/TextArea.h"
 
+#include "framework/text/Utf8.h"
 #include "framework/windows/Native.h"
 
 #include <QScrollBar>
@@ -53,7 +54,9 @@ void TextArea::Insert(const Piece& piece) {
     QTextEdit& area = *AreaOf(Native());
     if (area.document()->characterCount() > kMostOfText)
         return;
-    const std::string text = piece.text.substr(0, kMostOfPiece);
+    std::string text(Utf8Beginning(piece.text, kMostOfPiece));
+    if (text.size() < piece.text.size() && piece.text.ends_with('\n'))
+        text += '\n';
     QTextCharFormat style;
     style.setFontWeight(Styled && piece.bold ? QFont::Bold : QFont::Normal);
     const int inView = area.verticalScrollBar()->value();

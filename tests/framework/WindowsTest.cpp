@@ -140,7 +140,14 @@ TEST(Windows, ATextAreaShowsPiecesInTheirStylesToBeCopiedAndNoMoreThanPeopleRead
     EXPECT_EQ(QApplication::clipboard()->text().toStdString(), text);
 
     const std::clock_t begin = std::clock(); // of its own work, however busy the machine is
-    window->txtMessage()->SetSelText(std::string(8 << 20, 'w') + '\n');
+    std::string longTitle = "w";
+    while (longTitle.size() < std::size_t(8) << 20)
+        longTitle += "𝄞";
+    window->txtMessage()->SetSelText(longTitle + '\n'); // each cut falls into a character
+    window->txtMessage()->SetSelText("next");
+    EXPECT_TRUE(window->txtMessage()->Text().ends_with("𝄞\nnext"));
+    EXPECT_TRUE(ToScreen(longTitle).endsWith(QStringLiteral("𝄞")));
+    EXPECT_TRUE(ToParagraphs(longTitle).endsWith(QStringLiteral("𝄞")));
     for (int line = 0; line < 2000; ++line)
         window->txtMessage()->SetSelText(std::string(16 << 10, '\n'));
     ShowOnScreen();
