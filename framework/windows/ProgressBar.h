@@ -6,6 +6,9 @@
 // any thread, as often as one likes.
 class ProgressBar : public Control {
 public:
+    // Stands on something light on dark desktops too. Set before the window makes the control.
+    bool OnLight = false;
+
     int32_t Value() const { return value_; }
     void SetValue(int32_t value);
     int32_t Maximum() const { return maximum_; }

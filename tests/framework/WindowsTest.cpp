@@ -108,6 +108,40 @@ TEST(Windows, DrawCharactersAsTheLanguageSpokenWritesThem) {
     }
 }
 
+TEST(Windows, ABarWithoutAMeasureIsAnEmptyOneOnWhichAChunkMoves) {
+    const auto window = New<TestWindow>();
+    const auto bar = New<ProgressBar>();
+    bar->OnLight = true;
+    window->Make();
+    window->Add(bar, {.Width = 300, .Height = 12});
+    window->Show();
+    auto* const shown = NativeWindow::Of(*window).widget->findChild<QProgressBar*>();
+    const auto middleRow = [&](int32_t maximum) {
+        bar->SetMaximum(maximum);
+        ShowOnScreen();
+        return shown->grab().toImage().copy(0, 6, 300, 1);
+    };
+    const QRgb empty = middleRow(1).pixel(150, 0);
+    bar->SetValue(1);
+    const QRgb full = middleRow(1).pixel(150, 0);
+    const QImage moving = middleRow(0);
+    int emptyPixels = 0, fullPixels = 0;
+    for (int x = 0; x < 300; ++x) {
+        emptyPixels += moving.pixel(x, 0) == empty ? 1 : 0;
+        fullPixels += moving.pixel(x, 0) == full ? 1 : 0;
+    }
+    EXPECT_GT(emptyPixels, 230);
+    EXPECT_GT(fullPixels, 40);
+    EXPECT_TRUE(WaitUntil([&] { return middleRow(0) != moving; }));
+
+    const QPalette light = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(0x2A, 0x2E, 0x32)));
+    bar->SetValue(0);
+    EXPECT_GT(qGray(middleRow(1).pixel(150, 0)), 200) << "light on a dark desktop too";
+    QApplication::setPalette(light);
+    window->Close();
+}
+
 TEST(Windows, TheToolbarShowsNoToolTips) {
     const auto* const bar = NativeWindow::Of(*winMain::Instance()).widget->findChild<QToolBar*>();
     EXPECT_EQ(bar->widgetForAction(bar->actions().constFirst())->toolTip(), QString());
