@@ -177,7 +177,7 @@ void Application::SpeakLanguage(const std::string& code) {
 
 void Application::SetIcon(const Ref<Picture>& icon) {
     if (!icon.IsNil())
-        QApplication::setWindowIcon(icon->ForFramework().Icon());
+        QApplication::setWindowIcon(IconOf(icon));
 }
 
 void Application::AfterFirstPaint(std::function<void()> call) {

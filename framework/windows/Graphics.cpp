@@ -65,7 +65,7 @@ double DensityOf(const QPainter& painter) {
 
 Graphics MakeGraphics(QPainter& painter) {
     auto native = std::make_unique<Graphics::Native>();
-    native->painters.push_back(&painter);
+    native->painter = &painter;
     return Graphics(std::move(native));
 }
 
@@ -76,8 +76,8 @@ Graphics::Graphics(Graphics&&) noexcept = default;
 Graphics::~Graphics() = default;
 
 void Graphics::FillRect(int32_t x, int32_t y, int32_t width, int32_t height) {
-    for (QPainter* painter : native_->painters)
-        painter->fillRect(x, y, width, height, QColor(QRgb(ForeColor)));
+    native_->Draw(
+        [=, color = QColor(QRgb(ForeColor))](QPainter& painter) { painter.fillRect(x, y, width, height, color); });
 }
 
 void Graphics::DrawString(const std::string& text, int32_t x, int32_t baseline, int32_t /*wrapWidth*/,
@@ -85,14 +85,13 @@ void Graphics::DrawString(const std::string& text, int32_t x, int32_t baseline, 
     QFont font = QApplication::font();
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(TextSize))));
     const QString shown = ToScreen(text);
-    const QRect ink = InkOf(shown, font);
-    for (QPainter* painter : native_->painters) {
-        if (Misses(*painter, ink, baseline))
-            continue;
-        painter->setFont(font);
-        painter->setPen(QColor(QRgb(ForeColor)));
-        painter->drawText(QPoint(x, baseline), shown);
-    }
+    native_->Draw([=, ink = InkOf(shown, font), color = QColor(QRgb(ForeColor))](QPainter& painter) {
+        if (Misses(painter, ink, baseline))
+            return;
+        painter.setFont(font);
+        painter.setPen(color);
+        painter.drawText(QPoint(x, baseline), shown);
+    });
 }
 
 void Graphics::DrawPicture(const Ref<Picture>& picture, int32_t x, int32_t y, int32_t width, int32_t height,
@@ -100,11 +99,11 @@ void Graphics::DrawPicture(const Ref<Picture>& picture, int32_t x, int32_t y, in
     const QRect source(sourceX, sourceY, OrNatural(sourceWidth, picture->Width()),
                        OrNatural(sourceHeight, picture->Height()));
     const QRect target(x, y, OrNatural(width, source.width()), OrNatural(height, source.height()));
-    for (QPainter* painter : native_->painters) {
-        const QImage& image = picture->ForFramework().Composed(DensityOf(*painter));
+    native_->Draw([=](QPainter& painter) {
+        const QImage& image = picture->ForFramework().Composed(DensityOf(painter));
         const double scale = double(image.width()) / std::max(1, picture->Width());
         const QRectF pixels(source.x() * scale, source.y() * scale, source.width() * scale, source.height() * scale);
-        painter->setRenderHint(QPainter::SmoothPixmapTransform);
-        painter->drawImage(QRectF(target), image, pixels);
-    }
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(QRectF(target), image, pixels);
+    });
 }

@@ -9,27 +9,47 @@
 #include <QImage>
 #include <QPainter>
 
-#include <memory>
+#include <functional>
+#include <utility>
 #include <vector>
 
+using DrawingStep = std::function<void(QPainter&)>;
+
+// Draws on a window at once, or notes the steps of a drawing on a picture.
 struct Graphics::Native {
-    // One painter for a window; one for each density of a picture that is drawn on.
-    std::vector<QPainter*> painters;
-    std::vector<std::unique_ptr<QPainter>> owned;
+    QPainter* painter = nullptr;
+    std::vector<DrawingStep>* steps = nullptr;
+
+    template <class Step>
+    void Draw(Step step) const {
+        if (painter != nullptr)
+            step(*painter);
+        else
+            steps->push_back(std::move(step));
+    }
 };
 
 struct Picture::Native {
     QImage natural;
-    QImage dense; // twice the size; null if there is none
+    std::function<QImage()> readDense; // gives it at twice the size, or null
+    std::vector<DrawingStep> drawn;    // onto the picture
     Ref<Picture> mask;
 
-    // The picture with its mask applied, for a screen of that many device pixels per pixel. Kept until somebody asks
-    // for the mask again, to draw on it.
+    // The picture, with what is drawn on it and its mask applied, for a screen of that many device pixels per pixel.
+    // Made at the first need, and kept until somebody asks for the picture or its mask again, to draw on it.
     const QImage& Composed(double density) const;
-    QIcon Icon() const;
+    void Forget() const;
 
-    mutable QImage composedNatural;
-    mutable QImage composedDense;
+private:
+    bool HasDense() const;
+    QImage Compose(QImage image, double scale) const;
+
+    mutable QImage dense_;
+    mutable bool denseIsRead_ = false;
+    mutable QImage composedNatural_, composedDense_;
 };
 
 Graphics MakeGraphics(QPainter& painter);
+
+// For the toolkit's own places for icons.
+QIcon IconOf(const Ref<Picture>& picture);

@@ -2,10 +2,15 @@
 
 #include "framework/windows/NativeGraphics.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QIconEngine>
 #include <QPixmap>
+#include <QStyle>
+#include <QStyleOption>
 
 #include <png.h>
+
+#include <utility>
 
 namespace {
 
@@ -30,9 +35,10 @@ QImage ReadImage(const std::string& path) {
     return read ? image.convertToFormat(QImage::Format_ARGB32_Premultiplied) : QImage();
 }
 
-// The twin is worth its reading only if some screen shows it.
-bool ScreensAreDense() {
-    return qApp->devicePixelRatio() > 1;
+QImage Black(QSize size) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::black);
+    return image;
 }
 
 QImage WithMask(const QImage& picture, const QImage& mask) {
@@ -50,11 +56,38 @@ QImage WithMask(const QImage& picture, const QImage& mask) {
     return result.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-std::unique_ptr<QPainter> PainterOn(QImage& image, double scale) {
-    auto painter = std::make_unique<QPainter>(&image);
-    painter->scale(scale, scale);
-    return painter;
-}
+// Gives the toolkit just the pixels of the screen at hand: its own icons scale an image to about their size and leave
+// the rest to the paint.
+class PictureIcon : public QIconEngine {
+public:
+    explicit PictureIcon(Ref<Picture> picture) : picture_(std::move(picture)) {}
+
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State /*state*/, qreal density) override {
+        const QImage& image = picture_->ForFramework().Composed(density);
+        const QPixmap pixmap = QPixmap::fromImage(image.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+        QStyleOption option;
+        option.palette = QGuiApplication::palette();
+        return mode == QIcon::Normal ? pixmap : QApplication::style()->generatedIconPixmap(mode, pixmap, &option);
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        return scaledPixmap(size, mode, state, 1);
+    }
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+        const double density = painter->device()->devicePixelRatio();
+        painter->drawPixmap(rect, scaledPixmap(rect.size() * density, mode, state, density));
+    }
+
+    QList<QSize> availableSizes(QIcon::Mode /*mode*/, QIcon::State /*state*/) override {
+        return {QSize(picture_->Width(), picture_->Height())};
+    }
+
+    QIconEngine* clone() const override { return new PictureIcon(picture_); }
+
+private:
+    Ref<Picture> picture_;
+};
 
 } // namespace
 
@@ -67,10 +100,7 @@ Ref<Picture> Picture::Load(const std::string& path) {
     native->natural = ReadImage(path);
     if (native->natural.isNull())
         return nullptr;
-    if (ScreensAreDense())
-        native->dense = ReadImage(DenseTwin(path));
-    if (native->dense.size() != native->natural.size() * 2)
-        native->dense = {};
+    native->readDense = [path] { return ReadImage(DenseTwin(path)); };
     return New<Picture>(std::move(native));
 }
 
@@ -83,46 +113,56 @@ int32_t Picture::Height() const {
 }
 
 Ref<Picture> Picture::Mask(bool create) {
-    native_->composedNatural = {};
-    native_->composedDense = {};
+    native_->Forget();
     if (native_->mask.IsNil() && create) {
         auto mask = std::make_unique<Native>();
-        for (const auto& [from, to] : {std::pair(&native_->natural, &mask->natural), {&native_->dense, &mask->dense}}) {
-            *to = QImage(from->size(), QImage::Format_ARGB32_Premultiplied);
-            to->fill(Qt::black);
-        }
+        const QSize size = native_->natural.size();
+        mask->natural = Black(size);
+        mask->readDense = [size] { return Black(size * 2); };
         native_->mask = New<Picture>(std::move(mask));
     }
     return native_->mask;
 }
 
 Graphics Picture::Graphics() {
+    native_->Forget();
     auto native = std::make_unique<::Graphics::Native>();
-    native->owned.push_back(PainterOn(native_->natural, 1));
-    if (!native_->dense.isNull())
-        native->owned.push_back(PainterOn(native_->dense, 2));
-    for (const auto& painter : native->owned)
-        native->painters.push_back(painter.get());
+    native->steps = &native_->drawn;
     return ::Graphics(std::move(native));
 }
 
+void Picture::Native::Forget() const {
+    composedNatural_ = {};
+    composedDense_ = {};
+}
+
+bool Picture::Native::HasDense() const {
+    if (!std::exchange(denseIsRead_, true)) {
+        dense_ = readDense();
+        if (dense_.size() != natural.size() * 2)
+            dense_ = {};
+    }
+    return !dense_.isNull();
+}
+
+QImage Picture::Native::Compose(QImage image, double scale) const {
+    if (!drawn.empty()) {
+        QPainter painter(&image);
+        painter.scale(scale, scale);
+        for (const DrawingStep& step : drawn)
+            step(painter);
+    }
+    return mask.IsNil() ? image : WithMask(image, mask->ForFramework().Composed(scale));
+}
+
 const QImage& Picture::Native::Composed(double density) const {
-    const bool pickDense = density > 1 && !dense.isNull();
-    const QImage& image = pickDense ? dense : natural;
-    if (mask.IsNil())
-        return image;
-    QImage& composed = pickDense ? composedDense : composedNatural;
+    const bool pickDense = density > 1 && HasDense();
+    QImage& composed = pickDense ? composedDense_ : composedNatural_;
     if (composed.isNull())
-        composed = WithMask(image, pickDense ? mask->ForFramework().dense : mask->ForFramework().natural);
+        composed = Compose(pickDense ? dense_ : natural, pickDense ? 2 : 1);
     return composed;
 }
 
-QIcon Picture::Native::Icon() const {
-    QIcon icon(QPixmap::fromImage(Composed(1)));
-    if (!dense.isNull()) {
-        QPixmap pixmap = QPixmap::fromImage(Composed(2));
-        pixmap.setDevicePixelRatio(2);
-        icon.addPixmap(pixmap);
-    }
-    return icon;
+QIcon IconOf(const Ref<Picture>& picture) {
+    return QIcon(new PictureIcon(picture)); // which owns it
 }

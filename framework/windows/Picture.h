@@ -8,15 +8,15 @@
 
 class Graphics;
 
-// A picture with an optional mask, kept at its natural size and, if its file has a twin named "...@2x...", at twice
-// that size for dense screens. Main thread.
+// A picture with an optional mask, kept at its natural size and, if its file has a twin named "...@2x..." and a dense
+// screen has shown it, at twice that size. Main thread.
 class Picture : public Object {
 public:
     struct Native;
     explicit Picture(std::unique_ptr<Native> native);
     ~Picture() override;
 
-    // Reads a PNG file and its dense twin; nil when the file can't be read.
+    // Reads a PNG file, and its twin once it is needed; nil when the file can't be read.
     static Ref<Picture> Load(const std::string& path);
 
     int32_t Width() const;
@@ -26,7 +26,7 @@ public:
     // gets one that shows everything.
     Ref<Picture> Mask(bool create);
 
-    // Draws on the picture itself.
+    // Draws on the picture itself, which has to outlive the result.
     ::Graphics Graphics();
 
     const Native& ForFramework() const { return *native_; }

@@ -37,7 +37,7 @@ void Toolbar::Append(const Ref<ToolButton>& item) {
     }
     QAction* const action = bar->addAction(ToCaption(item->Caption));
     if (!item->Icon.IsNil())
-        action->setIcon(item->Icon->ForFramework().Icon());
+        action->setIcon(IconOf(item->Icon));
     QWidget* const button = bar->widgetForAction(action);
     button->setToolTip(QString()); // on the button: an action without a tool tip of its own gives its text
     button->setFocusPolicy(Qt::TabFocus);

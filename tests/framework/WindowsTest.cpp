@@ -4,9 +4,11 @@
 #include "framework/threads/MainThread.h"
 #include "framework/windows/Canvas.h"
 #include "framework/windows/Native.h"
+#include "framework/windows/NativeGraphics.h"
 #include "framework/windows/ProgressBar.h"
 #include "framework/windows/TextArea.h"
 #include "framework/windows/Window.h"
+#include "tests/support/TestFolder.h"
 #include "tests/support/Waiting.h"
 #include "ui/winMain.h"
 #include "update/winUpdate.h"
@@ -140,6 +142,37 @@ TEST(Windows, ABarWithoutAMeasureIsAnEmptyOneOnWhichAChunkMoves) {
     EXPECT_GT(qGray(middleRow(1).pixel(150, 0)), 200) << "light on a dark desktop too";
     QApplication::setPalette(light);
     window->Close();
+}
+
+// The twins come late here, to show that nothing has asked for them before.
+TEST(Windows, APictureReadsItsDenseTwinOnceADenseScreenShowsIt) {
+    const TestFolder folder;
+    const auto write = [&folder](const char* name, int size, QColor left, QColor right) {
+        QImage image(size, size, QImage::Format_RGB32);
+        image.fill(left);
+        QPainter(&image).fillRect(size / 2, 0, size, size, right);
+        image.save(QString::fromStdString(folder.Path(name)));
+    };
+    write("icon.png", 8, Qt::red, Qt::red);
+    write("mask.png", 8, Qt::black, Qt::black);
+    const Ref<Picture> picture = Picture::Load(folder.Path("icon.png"));
+    picture->Mask(true)->Graphics().DrawPicture(Picture::Load(folder.Path("mask.png")), 0, 0);
+    const auto onScreen = [&picture](double density) {
+        QImage screen(QSize(8, 8) * density, QImage::Format_RGB32);
+        screen.fill(Qt::green);
+        QPainter painter(&screen);
+        painter.scale(density, density);
+        MakeGraphics(painter).DrawPicture(picture, 0, 0);
+        return std::pair(screen.pixelColor(0, 0), screen.pixelColor(screen.rect().bottomRight()));
+    };
+    EXPECT_EQ(onScreen(1), std::pair(QColor(Qt::red), QColor(Qt::red)));
+    write("icon@2x.png", 16, Qt::blue, Qt::blue);
+    write("mask@2x.png", 16, Qt::black, Qt::white);
+    EXPECT_EQ(onScreen(1), std::pair(QColor(Qt::red), QColor(Qt::red)));
+    EXPECT_EQ(onScreen(1.5), std::pair(QColor(Qt::blue), QColor(Qt::green)));
+    const QImage dense = picture->ForFramework().Composed(2);
+    EXPECT_EQ(IconOf(picture).pixmap(QSize(8, 8), 1.5).toImage(),
+              QPixmap::fromImage(dense.scaled(12, 12, Qt::KeepAspectRatio, Qt::SmoothTransformation)).toImage());
 }
 
 TEST(Windows, TheToolbarShowsNoToolTips) {
