@@ -58,12 +58,12 @@ void App::Event_Open() {
     const OnTheWay waiting;
     // By index: a file may be handed over while the dialog of the one before it is up. No yield: a glue that came to
     // its end in it would no longer turn away the other parts of its series. The list is not emptied afterwards.
-    bool served = openFiles_.empty();
-    for (std::size_t i = 0; i < openFiles_.size(); ++i) {
-        const Ref<FolderItem> item = openFiles_[i];
+    bool served = OpenFiles.empty();
+    for (std::size_t i = 0; i < OpenFiles.size(); ++i) {
+        const Ref<FolderItem> item = OpenFiles[i];
         served = Route(item) || served;
     }
-    started_ = true;
+    Started = true;
     if (!served) // other starts were quicker, and are done
         QuitIfAllIsDone();
     if (Preferences->SearchForUpdates)
@@ -83,15 +83,15 @@ void App::Event_NewDocument() {
 
 void App::Event_Close() {
     TellWaitingCuts();
-    if (started_)
+    if (Started)
         Preferences->Save();
 }
 
 void App::Event_OpenDocument(const Ref<FolderItem>& item) {
-    if (started_)
+    if (Started)
         Route(item);
     else
-        openFiles_.push_back(item);
+        OpenFiles.push_back(item);
 }
 
 bool App::Route(const Ref<FolderItem>& item) {

@@ -57,6 +57,6 @@ public:
     bool Route(const Ref<FolderItem>& item);
 
 private:
-    std::vector<Ref<FolderItem>> openFiles_; // handed over before the start was finished
-    bool started_ = false;
+    std::vector<Ref<FolderItem>> OpenFiles; // handed over before the start was finished
+    bool Started = false;
 };

@@ -13,14 +13,14 @@ constexpr int32_t kEverySecond = 1000;
 
 claDecodeDownloadingTimer::claDecodeDownloadingTimer(const Ref<Thread>& parent, const Ref<FolderItem>& folder,
                                                      const std::string& fileName)
-    : parent_(parent), fileName_(fileName), folder_(folder) {
+    : Parent(parent), FileName(fileName), Folder(folder) {
     SetMode(kRepeating);
     SetPeriod(kEverySecond);
 }
 
 void claDecodeDownloadingTimer::Event_Action() {
-    if (!folder_->Child(fileName_)->Exists())
+    if (!Folder->Child(FileName)->Exists())
         return;
     SetMode(kOff);
-    parent_->Resume();
+    Parent->Resume();
 }

@@ -18,7 +18,7 @@ protected:
     void Event_Action() override;
 
 private:
-    Ref<Thread> parent_;
-    std::string fileName_;
-    Ref<FolderItem> folder_;
+    Ref<Thread> Parent;
+    std::string FileName;
+    Ref<FolderItem> Folder;
 };

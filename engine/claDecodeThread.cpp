@@ -45,7 +45,7 @@ void claDecodeThread::Event_RunThread() {
         if (part.IsNil())
             break;
         Append(part);
-        fileDone_.push_back(part);
+        FileDone.push_back(part);
     } while (!Stop);
     StreamOut->Close();
 
@@ -55,11 +55,11 @@ void claDecodeThread::Event_RunThread() {
     else
         fileToShow = Finish();
     RunOnMainThread([&] {
-        info_->FileToShow = fileToShow;
-        info_->Close();
+        Info->FileToShow = fileToShow;
+        Info->Close();
         App::Instance()->RemoveInUse(Folder->Child(FileName));
     });
-    info_ = nullptr; // the row holds this thread in turn
+    Info = nullptr; // the row holds this thread in turn
 }
 
 // Whole megabytes of what the folder holds of the series, parts still being downloaded included. The sum goes through a
@@ -78,7 +78,7 @@ int32_t claDecodeThread::EstimateMegabytes() const {
 
 void claDecodeThread::AddRow() {
     const int32_t total = EstimateMegabytes();
-    info_ = OnMainThread([&] {
+    Info = OnMainThread([&] {
         return winMain::Instance()->canPerform()->AddInfo(
             File->Name(), total, 0, Multilingual::GetString("MainStatusPreparing"), picIconGlue(), Self(this));
     });
@@ -111,17 +111,17 @@ void claDecodeThread::WaitForDownload(const std::string& name) {
     Ref<claDecodeDownloadingTimer> timer; // works for as long as this holds it
     Suspend([&] {
         timer = New<claDecodeDownloadingTimer>(Self(this), Folder, name);
-        info_->SetStatus("MainStatusWaiting", FileCount);
+        Info->SetStatus("MainStatusWaiting", FileCount);
         return !Stop; // a stop that came just before would find nobody asleep to wake
     });
 }
 
 void claDecodeThread::Append(const Ref<FolderItem>& part) {
     const Ref<BinaryStream> stream = part->OpenAsBinaryFile(false);
-    info_->SetStatus("MainStatusAddingPart", FileCount);
+    Info->SetStatus("MainStatusAddingPart", FileCount);
     while (!stream->AtEOF()) {
         StreamOut->WriteFrom(*stream, kTransferBlock, kWholePart);
-        ProgressStep(*info_->Bar);
+        ProgressStep(*Info->Bar);
         if (Stop)
             break;
     }
@@ -133,7 +133,7 @@ void claDecodeThread::Append(const Ref<FolderItem>& part) {
 // show, nil for an archive that was launched instead.
 Ref<FolderItem> claDecodeThread::Finish() {
     if (Wants(&claPreferences::MovePartsToTrash)) {
-        for (const Ref<FolderItem>& part : fileDone_)
+        for (const Ref<FolderItem>& part : FileDone)
             part->MoveFileTo(SpecialFolder::Trash());
     }
     if (!Wants(&claPreferences::LaunchArchives) || !IsArchive(File->Name()))

@@ -34,6 +34,6 @@ private:
     void Append(const Ref<FolderItem>& part);
     Ref<FolderItem> Finish();
 
-    std::vector<Ref<FolderItem>> fileDone_; // parts consumed so far
-    Ref<claFilePerformInfo> info_;          // the row
+    std::vector<Ref<FolderItem>> FileDone; // parts consumed so far
+    Ref<claFilePerformInfo> Info;          // the row
 };

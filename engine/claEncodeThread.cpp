@@ -32,7 +32,7 @@ void claEncodeThread::Event_RunThread() {
         info->SetStatus("MainStatusCreatingPart", counter);
         FillPart(*part, *info);
         part->Close();
-        fileDone_.push_back(file);
+        FileDone.push_back(file);
     } while (!Stop);
 
     // Once more, on every path: for an empty source, which has no part, this ends the thread and leaves the row as it
@@ -41,12 +41,12 @@ void claEncodeThread::Event_RunThread() {
 
     const bool stopped = Stop;
     if (stopped) {
-        for (const Ref<FolderItem>& file : fileDone_)
+        for (const Ref<FolderItem>& file : FileDone)
             file->MoveFileTo(SpecialFolder::Trash());
     }
     RunOnMainThread([&] {
         if (!stopped)
-            info->FileToShow = fileDone_.at(0);
+            info->FileToShow = FileDone.at(0);
         info->Close();
     });
 }

@@ -31,5 +31,5 @@ private:
     Ref<claFilePerformInfo> AddRow();
     void FillPart(BinaryStream& part, claFilePerformInfo& info);
 
-    std::vector<Ref<FolderItem>> fileDone_; // the parts written so far
+    std::vector<Ref<FolderItem>> FileDone; // the parts written so far
 };

@@ -5,17 +5,13 @@
 #include "framework/files/TextInputStream.h"
 #include "framework/text/Text.h"
 
+#include <string>
 #include <unordered_map>
-#include <vector>
 
 namespace {
 
-// Two tables that belong together, row by row, in the order of the file. Row 0 is a dummy that nobody reads: no key can
-// name it.
-std::vector<std::string> StringName{""};
-std::vector<std::string> StringValue{""};
-// The first row of each key, its case folded away.
-std::unordered_map<std::string, std::size_t> rowOfKey;
+// By key, its case folded away.
+std::unordered_map<std::string, std::string> StringValue;
 
 constexpr const char* kCommentBegins = "/*";
 constexpr const char* kCommentEnds = "*/";
@@ -28,22 +24,13 @@ bool Same(const std::string& one, const std::string& other) {
     return RuntimeStringCompare(one, other) == 0;
 }
 
-void Empty() {
-    StringName.resize(1);
-    StringValue.resize(1);
-    rowOfKey.clear();
-}
-
-// Of two rows with one key the first counts. The other could not be reached by anybody: it is left out, or millions of
-// lines that say nothing would fill the memory.
+// Of two entries with one key the first counts.
 void Append(const std::string& key, const std::string& value) {
-    if (!rowOfKey.try_emplace(FoldedCase(key), StringName.size()).second)
-        return;
-    StringName.push_back(key);
-    StringValue.push_back(value);
+    StringValue.try_emplace(FoldedCase(key), value);
 }
 
-// "Key: text", or "TAG Key: text". A line without a separator becomes a row with an empty key, which nobody asks for.
+// "Key: text", or "TAG Key: text". A line without a separator becomes an entry with an empty key, which nobody asks
+// for.
 void AddEntry(const std::string& line) {
     const int32_t cut = InStr(0, line, kSeparator);
     const std::string name = Left(line, cut - 1);
@@ -73,7 +60,7 @@ private:
 } // namespace
 
 void Multilingual::LoadLanguageFile(const Ref<FolderItem>& file) {
-    Empty();
+    StringValue.clear();
     const Ref<TextInputStream> stream = Required(file->OpenAsTextFile(), "can't open " + file->AbsolutePath());
     LineReader reader;
     // A line may still hold a line feed: then the first one goes, and only that.
@@ -86,8 +73,8 @@ void Multilingual::LoadLanguageFile(const Ref<FolderItem>& file) {
 std::string Multilingual::GetString(const std::string& key, const std::string& placeholder1,
                                     const std::string& placeholder2, const std::string& placeholder3,
                                     const std::string& placeholder4) {
-    const auto row = rowOfKey.find(FoldedCase(key));
-    std::string text = row == rowOfKey.end() ? std::string() : StringValue[row->second];
+    const auto entry = StringValue.find(FoldedCase(key));
+    std::string text = entry == StringValue.end() ? std::string() : entry->second;
     // Each once, one after the other, over the text as it has become: a value may itself hold a later placeholder.
     text = Replace(text, "<!%PLACEHOLDER#1%!>", placeholder1);
     text = Replace(text, "<!%PLACEHOLDER#2%!>", placeholder2);

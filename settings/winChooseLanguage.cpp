@@ -39,9 +39,10 @@ void winChooseLanguage::CreateControls() {
     staMessage_ = Add(New<Label>(), {.Left = 20, .Top = 14, .Width = 359, .Height = 20, .TabIndex = 3});
 }
 
-void winChooseLanguage::Event_DialogOpen() {
+void winChooseLanguage::Event_Open() {
     ActionButton = pusOK_;
     CancelButton = pusCancel_;
+    claDialogWindow::Event_Open();
 }
 
 void winChooseLanguage::lstLanguage_Open() {

@@ -23,7 +23,7 @@ public:
 protected:
     WindowLayout Layout() override;
     void CreateControls() override;
-    void Event_DialogOpen() override;
+    void Event_Open() override;
 
 private:
     void lstLanguage_Open();

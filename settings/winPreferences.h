@@ -2,11 +2,8 @@
 
 #include "framework/windows/Window.h"
 
-#include <string>
-
 class CheckBox;
 class Label;
-class claPreferences;
 
 // Five check boxes, one for each setting. Every click takes effect at once, in memory; there is no way back. Main
 // thread.
@@ -29,7 +26,19 @@ protected:
 
 private:
     bool FileCloseWindow_Action();
-    Ref<CheckBox> AddBox(const ControlLayout& layout, const std::string& key, bool claPreferences::*setting);
+    using Handler = void (winPreferences::*)();
+    Ref<CheckBox> AddBox(const ControlLayout& layout, Handler open, Handler action);
+    void cheMovePartsToTrash_Action();
+    void cheMovePartsToTrash_Open();
+    void cheLaunchArchives_Action();
+    void cheLaunchArchives_Open();
+    void cheShowFilesAfter_Action();
+    void cheShowFilesAfter_Open();
+    void cheAutoQuit_Action();
+    void cheAutoQuit_Open();
+    void StaticText1_Open();
+    void cheSearchForUpdates_Open();
+    void cheSearchForUpdates_Action();
 
     Ref<CheckBox> cheMovePartsToTrash_;
     Ref<CheckBox> cheLaunchArchives_;

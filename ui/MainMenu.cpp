@@ -22,12 +22,12 @@ Ref<MainMenu> MainMenu::Instance() {
 }
 
 MainMenu::MainMenu() {
-    AddFileMenu();
-    AddEditMenu();
-    AddHelpMenu();
+    Untitled0();
+    Untitled1();
+    Untitled2();
 }
 
-void MainMenu::AddFileMenu() {
+void MainMenu::Untitled0() {
     const auto menu = New<MenuItem>("FileMenu", "");
     menu->Append(New<MenuItem>("FileCloseWindow", "Close Window", "Cmd+W"));
     AddSeparator(menu, "UntitledSeparator4");
@@ -38,7 +38,7 @@ void MainMenu::AddFileMenu() {
     Append(menu);
 }
 
-void MainMenu::AddEditMenu() {
+void MainMenu::Untitled1() {
     const auto menu = New<MenuItem>("EditMenu", "");
     menu->Append(New<MenuItem>("EditCut", "Ausschneiden", "Cmd+X", MenuItem::Role::Cut));
     menu->Append(New<MenuItem>("EditCopy", "Kopieren", "Cmd+C", MenuItem::Role::Copy));
@@ -51,7 +51,7 @@ void MainMenu::AddEditMenu() {
     Append(menu);
 }
 
-void MainMenu::AddHelpMenu() {
+void MainMenu::Untitled2() {
     const auto menu = New<MenuItem>("Help", "");
     menu->Append(New<MenuItem>("HelpHelp", "Ombrivel Hilfe", "Cmd+?"));
     menu->Append(New<MenuItem>("HelpSearchForUpdates", "Check For Updates"));

@@ -11,9 +11,9 @@ public:
     MainMenu();
 
 private:
-    void AddFileMenu();
-    void AddEditMenu();
-    void AddHelpMenu();
+    void Untitled0(); // File
+    void Untitled1(); // Edit
+    void Untitled2(); // Help
 };
 
 // The items by name, looked up in the application's menu bar. Separators have none.

@@ -12,7 +12,6 @@ constexpr int32_t kButtonGap = 14;
 } // namespace
 
 void claDialogWindow::Event_Open() {
-    Event_DialogOpen();
     const Ref<claDialogWindow> self = Self(this);
     if (!ActionButton.IsNil()) {
         ActionButton->SetCaption(Multilingual::GetString("ButtonOK"));
@@ -36,16 +35,16 @@ void claDialogWindow::PlaceButtonsForWindows() {
 }
 
 void claDialogWindow::Action(const Ref<claDialogButton>& button) {
-    pressed_ = button;
+    Pressed = button;
     Hide();
 }
 
 Ref<claDialogButton> claDialogWindow::ShowModal() {
     Window::ShowModal();
-    return pressed_;
+    return Pressed;
 }
 
 Ref<claDialogButton> claDialogWindow::ShowModalWithin(const Ref<Window>& parent) {
     Window::ShowModalWithin(parent);
-    return pressed_;
+    return Pressed;
 }

@@ -9,7 +9,7 @@ class claDialogButton;
 // ran it closes it. Main thread.
 class claDialogWindow : public Window {
 public:
-    Ref<claDialogButton> ActionButton; // set by the subclass in Event_DialogOpen; each may stay nil
+    Ref<claDialogButton> ActionButton; // set by the subclass in Event_Open; each may stay nil
     Ref<claDialogButton> CancelButton;
 
     // The end of the dialog: remembers the button and hides the window.
@@ -21,15 +21,14 @@ public:
     virtual Ref<claDialogButton> ShowModalWithin(const Ref<Window>& parent);
 
 protected:
-    // Runs the two events below around the standard captions.
-    void Event_Open() final;
-    // The subclass's own opening (Event_Open itself is taken): it sets ActionButton and CancelButton here.
-    virtual void Event_DialogOpen() {}
+    // Gives the buttons their standard captions, then raises the event below. A subclass sets ActionButton and
+    // CancelButton in its own, which ends with this one.
+    void Event_Open() override;
     // The chance to replace a standard caption.
     virtual void Event_ChangeButtonCaption() {}
 
 private:
     void PlaceButtonsForWindows();
 
-    Ref<claDialogButton> pressed_;
+    Ref<claDialogButton> Pressed;
 };

@@ -93,7 +93,7 @@ void claFilePerform::PaintRow(Graphics& graphics, int32_t index) const {
     graphics.ForeColor = kBlack;
     graphics.DrawString(info->Name, kTextLeft, top + kNameBaseline, 0, false);
     info->Bar->SetTop(top + kBarTop);
-    graphics.DrawPicture(index == hoveredStop_ ? picStopActive() : picStop(), Width() - kStopFromRight, top + kStopTop);
+    graphics.DrawPicture(index == HoveredStop ? picStopActive() : picStop(), Width() - kStopFromRight, top + kStopTop);
     graphics.DrawPicture(info->Icon, kIconLeft, top + kIconTop, kIconSize, kIconSize, 0, 0, info->Icon->Width(),
                          info->Icon->Height());
     graphics.ForeColor = kStatusGrey;
@@ -111,10 +111,10 @@ bool claFilePerform::IsOnStop(int32_t index, int32_t x, int32_t y) const {
 // nothing any more. A move on a button repaints the window every time, and brings new status texts along. Both are
 // meant.
 void claFilePerform::Event_MouseMove(int32_t x, int32_t y) {
-    hoveredStop_ = -1;
+    HoveredStop = -1;
     for (int32_t i = 0; i < static_cast<int32_t>(Info.size()); ++i) {
         if (IsOnStop(i, x, y)) {
-            hoveredStop_ = i;
+            HoveredStop = i;
             Window()->Refresh(true);
             return;
         }
@@ -123,8 +123,8 @@ void claFilePerform::Event_MouseMove(int32_t x, int32_t y) {
 
 // Relies on the last move alone. Once a row above has gone, that is the row which now stands at its place, or none.
 bool claFilePerform::Event_MouseDown(int32_t, int32_t) {
-    if (hoveredStop_ >= 0) {
-        const Ref<claThread> thread = Info.at(static_cast<std::size_t>(hoveredStop_))->PerformThread;
+    if (HoveredStop >= 0) {
+        const Ref<claThread> thread = Info.at(static_cast<std::size_t>(HoveredStop))->PerformThread;
         thread->Stop = true;
         thread->Resume(); // a glue may lie asleep, waiting for a download
     }

@@ -37,5 +37,5 @@ private:
     void PaintRow(Graphics& graphics, int32_t index) const;
     bool IsOnStop(int32_t index, int32_t x, int32_t y) const;
 
-    int32_t hoveredStop_ = -1; // the row whose stop button lies under the pointer, or -1
+    int32_t HoveredStop = -1; // the row whose stop button lies under the pointer, or -1
 };

@@ -32,16 +32,19 @@ void winCut::CreateControls() {
     size->ListIndex = 2;
     size->SetAccessibleName(Multilingual::GetString("CutPartSize"));
     comPartSize_ = Add(size, {.Left = 254, .Top = 45, .Width = 125, .Height = 20, .TabIndex = 0});
-    comPartSize_->TextChanged = [this] { UpdateStatus(); };
+    comPartSize_->TextChanged = [this] { comPartSize_TextChanged(); };
     comPartSize_->KeyDown = [this](const std::string& key) { return comPartSize_KeyDown(key); };
 
-    StaticText1_ =
-        AddLabel({.Left = 20, .Top = 14, .Width = 359, .Height = 20, .TabIndex = 1}, kCentre, "CutTitle", true);
-    StaticText2_ = AddLabel({.Left = 20, .Top = 46, .Width = 136, .Height = 20, .TabIndex = 2}, kLeft, "CutPartSize");
-    StaticText3_ = AddLabel({.Left = 20, .Top = 110, .Width = 171, .Height = 20, .TabIndex = 3}, kLeft, "CutSize");
-    staFileSize_ = AddLabel({.Left = 254, .Top = 110, .Width = 125, .Height = 20, .TabIndex = 4}, kRight, "");
-    staPartAmount_ = AddLabel({.Left = 254, .Top = 78, .Width = 125, .Height = 20, .TabIndex = 5}, kRight, "");
-    StaticText6_ = AddLabel({.Left = 20, .Top = 78, .Width = 171, .Height = 20, .TabIndex = 6}, kLeft, "CutPartCount");
+    StaticText1_ = AddLabel({.Left = 20, .Top = 14, .Width = 359, .Height = 20, .TabIndex = 1}, kCentre,
+                            &winCut::StaticText1_Open, true);
+    StaticText2_ =
+        AddLabel({.Left = 20, .Top = 46, .Width = 136, .Height = 20, .TabIndex = 2}, kLeft, &winCut::StaticText2_Open);
+    StaticText3_ =
+        AddLabel({.Left = 20, .Top = 110, .Width = 171, .Height = 20, .TabIndex = 3}, kLeft, &winCut::StaticText3_Open);
+    staFileSize_ = AddLabel({.Left = 254, .Top = 110, .Width = 125, .Height = 20, .TabIndex = 4}, kRight);
+    staPartAmount_ = AddLabel({.Left = 254, .Top = 78, .Width = 125, .Height = 20, .TabIndex = 5}, kRight);
+    StaticText6_ =
+        AddLabel({.Left = 20, .Top = 78, .Width = 171, .Height = 20, .TabIndex = 6}, kLeft, &winCut::StaticText6_Open);
 
     const auto ok = New<claDialogButton>();
     ok->Default = true;
@@ -51,23 +54,44 @@ void winCut::CreateControls() {
     pusCancel_ = Add(cancel, {.Left = 158, .Top = 142, .Width = 107, .Height = 20, .TabIndex = 9});
 }
 
-Ref<Label> winCut::AddLabel(const ControlLayout& layout, int32_t align, const std::string& key, bool bold) {
+Ref<Label> winCut::AddLabel(const ControlLayout& layout, int32_t align, void (winCut::*open)(), bool bold) {
     const auto label = New<Label>(); // in the desktop's colour: black would vanish on a dark desktop
     label->TextAlign = align;
     label->Bold = bold;
-    if (!key.empty())
-        label->Open = [text = label.Get(), key] { text->SetText(Multilingual::GetString(key)); };
+    if (open != nullptr)
+        label->Open = [this, open] { (this->*open)(); };
     return Add(label, layout);
 }
 
-void winCut::Event_DialogOpen() {
+void winCut::Event_Open() {
     SetAccessibleName(Multilingual::GetString("CutTitle")); // its frame shows no title
     ActionButton = pusOK_;
     CancelButton = pusCancel_;
+    claDialogWindow::Event_Open();
 }
 
 void winCut::Event_ChangeButtonCaption() {
     ActionButton->SetCaption(Multilingual::GetString("ButtonCut"));
+}
+
+void winCut::StaticText1_Open() {
+    StaticText1_->SetText(Multilingual::GetString("CutTitle"));
+}
+
+void winCut::StaticText2_Open() {
+    StaticText2_->SetText(Multilingual::GetString("CutPartSize"));
+}
+
+void winCut::StaticText3_Open() {
+    StaticText3_->SetText(Multilingual::GetString("CutSize"));
+}
+
+void winCut::StaticText6_Open() {
+    StaticText6_->SetText(Multilingual::GetString("CutPartCount"));
+}
+
+void winCut::comPartSize_TextChanged() {
+    UpdateStatus();
 }
 
 // Digits only, with no exception: a point, Backspace and the arrow keys are dropped too. Sizes are typed in whole,

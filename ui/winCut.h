@@ -34,12 +34,18 @@ public:
 protected:
     WindowLayout Layout() override;
     void CreateControls() override;
-    void Event_DialogOpen() override;
+    void Event_Open() override;
     void Event_ChangeButtonCaption() override;
 
 private:
-    Ref<Label> AddLabel(const ControlLayout& layout, int32_t align, const std::string& key, bool bold = false);
+    Ref<Label> AddLabel(const ControlLayout& layout, int32_t align, void (winCut::*open)() = nullptr,
+                        bool bold = false);
+    void comPartSize_TextChanged();
     bool comPartSize_KeyDown(const std::string& key);
+    void StaticText1_Open();
+    void StaticText2_Open();
+    void StaticText3_Open();
+    void StaticText6_Open();
 
     Ref<ComboBox> comPartSize_;
     Ref<Label> StaticText1_; // the four numbered ones are captions

@@ -11,7 +11,7 @@
 #include "framework/windows/TextArea.h"
 #include "settings/Multilingual.h"
 #include "ui/claDialogButton.h"
-#include "update/HTTPSocket.h"
+#include "update/claTcpDownload.h"
 
 namespace {
 
@@ -65,7 +65,8 @@ void winUpdate::CreateControls() {
 
 // A server that asks for credentials gets none: nobody handles those events.
 void winUpdate::CreateDownload() {
-    tcpDownload_ = New<HTTPSocket>();
+    tcpDownload_ = New<claTcpDownload>();
+    tcpDownload_->SetWindow(Self(this));
     tcpDownload_->DownloadComplete = [this](const std::string&, int32_t status, const Ref<InternetHeaders>&,
                                             const Ref<FolderItem>& file) {
         tcpDownload_DownloadComplete(status, file);
@@ -93,9 +94,10 @@ void winUpdate::cheCheckAtStartup_Open() {
     cheCheckAtStartup_->SetCaption(Multilingual::GetString("SearchForUpdatesSearchAtStartup"));
 }
 
-void winUpdate::Event_DialogOpen() {
+void winUpdate::Event_Open() {
     ActionButton = pusDownload_;
     CancelButton = pusCancel_;
+    claDialogWindow::Event_Open();
 }
 
 void winUpdate::Event_ChangeButtonCaption() {
@@ -129,7 +131,7 @@ void winUpdate::Action(const Ref<claDialogButton>& button) {
 
 void winUpdate::Event_Close() {
     tcpDownload_->Close();
-    tcpDownload_ = New<HTTPSocket>(); // the other one goes, and lets go of the file
+    tcpDownload_ = New<claTcpDownload>(); // the other one goes, and lets go of the file
 }
 
 void winUpdate::tcpDownload_ReceiveProgress(int32_t soFar, int32_t total) {

@@ -7,10 +7,10 @@
 
 class CheckBox;
 class FolderItem;
-class HTTPSocket;
 class Label;
 class ProgressBar;
 class TextArea;
+class claTcpDownload;
 
 // The dialog that offers a new version, downloads it into the user's Downloads folder, and opens the file and then the
 // folder. Who shows it fills it beforehand. Its end, whichever it is, is the end of the download. Main thread.
@@ -26,7 +26,7 @@ public:
     const Ref<claDialogButton>& pusDownload() const { return pusDownload_; }
     const Ref<claDialogButton>& pusCancel() const { return pusCancel_; }
     const Ref<CheckBox>& cheCheckAtStartup() const { return cheCheckAtStartup_; }
-    const Ref<HTTPSocket>& tcpDownload() const { return tcpDownload_; }
+    const Ref<claTcpDownload>& tcpDownload() const { return tcpDownload_; }
     const Ref<TextArea>& txtMessage() const { return txtMessage_; }
 
     void Action(const Ref<claDialogButton>& button) override;
@@ -34,7 +34,7 @@ public:
 protected:
     WindowLayout Layout() override;
     void CreateControls() override;
-    void Event_DialogOpen() override;
+    void Event_Open() override;
     void Event_ChangeButtonCaption() override;
     void Event_Close() override;
 
@@ -54,6 +54,6 @@ private:
     Ref<claDialogButton> pusDownload_;
     Ref<claDialogButton> pusCancel_;
     Ref<CheckBox> cheCheckAtStartup_;
-    Ref<HTTPSocket> tcpDownload_;
+    Ref<claTcpDownload> tcpDownload_;
     Ref<TextArea> txtMessage_;
 };

@@ -28,7 +28,6 @@ struct Timer::Clock {
     std::mutex mutex; // guards `owner` against its end
     Timer* owner;
     QTimer ticker;
-    int32_t mode = 0;
 };
 
 Timer::Timer() : clock_(std::make_unique<Clock>(this)) {}
@@ -42,20 +41,11 @@ Timer::~Timer() {
     PostToMainThread([clock = std::shared_ptr<Clock>(std::move(clock_))] {});
 }
 
-int32_t Timer::Mode() const {
-    return clock_->mode;
-}
-
 void Timer::SetMode(int32_t mode) {
-    clock_->mode = mode;
     if (mode == 0)
         clock_->ticker.stop();
     else
         clock_->ticker.start();
-}
-
-int32_t Timer::Period() const {
-    return clock_->ticker.interval();
 }
 
 void Timer::SetPeriod(int32_t milliseconds) {

@@ -12,9 +12,7 @@ public:
     Timer();
     ~Timer() override;
 
-    int32_t Mode() const;
     void SetMode(int32_t mode); // 0 off, 2 fires again and again
-    int32_t Period() const;
     void SetPeriod(int32_t milliseconds);
 
 protected:

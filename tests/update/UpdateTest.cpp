@@ -8,6 +8,7 @@
 #include "tests/update/HTTPTest.h"
 #include "ui/claDialogButton.h"
 #include "update/claSearchForUpdates.h"
+#include "update/claTcpDownload.h"
 #include "update/winUpdate.h"
 
 #include <QApplication>
