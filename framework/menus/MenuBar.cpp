@@ -1,5 +1,35 @@
 #include "framework/menus/MenuBar.h"
 
+#include "framework/menus/NativeMenu.h"
+#include "framework/windows/Native.h"
+
+namespace {
+
+// A letter with a key of its own: not of a script that is typed by way of others, as its signs have no case, and
+// without an accent, for which many keyboards have no key.
+bool IsOnAKey(QChar letter) {
+    return letter.toUpper() != letter.toLower() && letter.decomposition().isEmpty();
+}
+
+QString WithMnemonic(QString caption, QString& taken) {
+    for (qsizetype i = 0; i < caption.size(); ++i) {
+        const QChar letter = caption[i].toUpper();
+        if (IsOnAKey(letter) && !taken.contains(letter)) {
+            taken += letter;
+            return caption.insert(i, QLatin1Char('&'));
+        }
+    }
+    return caption;
+}
+
+} // namespace
+
+void MenuBar::Append(const Ref<MenuItem>& menu) {
+    menus_.push_back(menu);
+    menu->bar_ = this;
+    UpdateTitles();
+}
+
 Ref<MenuItem> MenuBar::Find(const std::string& name) const {
     for (const Ref<MenuItem>& menu : menus_) {
         const Ref<MenuItem> found = menu->Find(name);
@@ -12,4 +42,12 @@ Ref<MenuItem> MenuBar::Find(const std::string& name) const {
 void MenuBar::UpdateEnabled() const {
     for (const Ref<MenuItem>& menu : menus_)
         menu->UpdateEnabled();
+}
+
+void MenuBar::UpdateTitles() const {
+    QString taken;
+    for (const Ref<MenuItem>& menu : menus_) {
+        if (menu->ForFramework().menu)
+            menu->ForFramework().menu->setTitle(WithMnemonic(ToCaption(menu->Text()), taken));
+    }
 }

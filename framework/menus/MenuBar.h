@@ -6,13 +6,16 @@
 // window. Main thread.
 class MenuBar : public Object {
 public:
-    void Append(const Ref<MenuItem>& menu) { menus_.push_back(menu); }
+    void Append(const Ref<MenuItem>& menu);
     const std::vector<Ref<MenuItem>>& Menus() const { return menus_; }
     // The item of that name anywhere in the bar, or nil.
     Ref<MenuItem> Find(const std::string& name) const;
 
     // For the framework: enables every item by what can be reached now.
     void UpdateEnabled() const;
+    // For the framework: shows the titles. The first letter of each that is still free opens the menu together with
+    // Alt.
+    void UpdateTitles() const;
 
 private:
     std::vector<Ref<MenuItem>> menus_;

@@ -2,6 +2,7 @@
 
 #include "framework/app/RunningApplication.h"
 #include "framework/base/EventEdge.h"
+#include "framework/menus/MenuBar.h"
 #include "framework/menus/MenuCommands.h"
 #include "framework/menus/NativeMenu.h"
 #include "framework/text/Text.h"
@@ -70,8 +71,8 @@ void MenuItem::SetText(const std::string& text) {
     native_->action.setSeparator(IsSeparator());
     if (!IsSeparator())
         native_->action.setText(ToCaption(text));
-    if (native_->menu)
-        native_->menu->setTitle(ToCaption(text));
+    if (bar_ != nullptr)
+        bar_->UpdateTitles();
 }
 
 bool MenuItem::IsSeparator() const {
@@ -88,7 +89,7 @@ bool MenuItem::Enabled() const {
 
 void MenuItem::Append(const Ref<MenuItem>& item) {
     if (!native_->menu) {
-        native_->menu = std::make_unique<MenuWidget>(ToCaption(text_));
+        native_->menu = std::make_unique<MenuWidget>();
         QObject::connect(native_->menu.get(), &QMenu::aboutToShow, native_->menu.get(), [this] {
             EventEdge::Run("enable menu items", [] { RunningApplication()->Event_EnableMenuItems(); });
             UpdateEnabled();

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+class MenuBar;
+
 // A menu or a command in a menu. What a command does is bound by its name: it is enabled while the window in front, or
 // the application, holds a handler of that name. Main thread.
 class MenuItem : public Object {
@@ -42,12 +44,14 @@ public:
     void UpdateEnabled();
 
 private:
+    friend class MenuBar;
     std::string name_;
     std::string text_;
     std::string keyboardShortcut_;
     Role role_;
     std::vector<Ref<MenuItem>> items_;
     std::unique_ptr<Native> native_;
+    MenuBar* bar_ = nullptr; // that shows it as one of its menus, and outlives it
 };
 
 // Items that a platform with an application menu places there; elsewhere they stand where the tree has them.

@@ -70,7 +70,7 @@ void HoldMenuBar(QMainWindow& window) {
     }
 }
 
-// Opens the first menu, from where the arrow keys go on: our menus have no mnemonics.
+// Opens the first menu, from where the arrow keys go on. Not every language has letters for mnemonics.
 void EnterMenuBar(QMenuBar& bar) {
     if (!bar.actions().isEmpty())
         bar.setActiveAction(bar.actions().constFirst());

@@ -1,5 +1,7 @@
 #include "ui/MainMenu.h"
 
+#include "framework/files/SpecialFolder.h"
+#include "framework/menus/NativeMenu.h"
 #include "settings/Multilingual.h"
 #include "tests/support/TestFolder.h"
 
@@ -21,6 +23,19 @@ TEST(MainMenu, HasItsTextsInItsOrderAndEmptyOnesWhereTheLanguageLacksThem) {
 Edit: Cut [Cmd+X] Copy [Cmd+C] Paste [Cmd+V] Delete [] - [] Select All [Cmd+A] - [] Preferences… []
 Help: Ombrivel Help [Cmd+?] Check for Updates… [] - [] About Ombrivel [] - []
 )");
+    const Ref<FolderItem> languages = SpecialFolder::Resources()->Child("Multilingual");
+    const std::pair<const char*, const char*> mnemonics[] = {{"English", "&File &Edit &Help "},
+                                                             {"French", "&Fichier É&dition &Aide "},
+                                                             {"Polish", "&Plik &Edycja P&omoc "},
+                                                             {"Russian", "&Файл &Правка &Справка "},
+                                                             {"Japanese", "ファイル 編集 ヘルプ "}};
+    for (const auto& [language, expected] : mnemonics) {
+        Multilingual::Initialize(languages, language);
+        std::string titles;
+        for (const Ref<MenuItem>& menu : MainMenu::Instance()->Menus())
+            titles += menu->ForFramework().menu->title().toStdString() + " ";
+        EXPECT_EQ(titles, expected);
+    }
     const TestFolder folder;
     folder.Write("strings.txt", "MenuFile: File\n");
     Multilingual::LoadLanguageFile(folder.Item("strings.txt"));
