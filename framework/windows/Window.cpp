@@ -82,6 +82,16 @@ void CentreOn(QWidget& window, const QRect& area) {
     window.move(frame.topLeft());
 }
 
+// A step down from the window in front, which has a frame like it, yet on that one's screen as a whole.
+void StepDownFrom(const QWidget& front, QWidget& window) {
+    const QRect area = front.screen()->availableGeometry();
+    const QSize size = window.size() + front.frameSize() - front.size();
+    const QPoint last = area.bottomRight() - QPoint(size.width() - 1, size.height() - 1);
+    const QPoint step = front.pos() + QPoint(kStagger, kStagger);
+    window.move(std::max(area.left(), std::min(step.x(), last.x())),
+                std::max(area.top(), std::min(step.y(), last.y())));
+}
+
 } // namespace
 
 void ContentWidget::paintEvent(QPaintEvent*) {
@@ -172,7 +182,7 @@ void Window::Show() {
     if (layout_.Placement == kMiddleOfScreen)
         CentreOn(*native_->widget, native_->widget->screen()->availableGeometry());
     else if (layout_.Placement == kStaggered && QApplication::activeWindow() != nullptr)
-        native_->widget->move(QApplication::activeWindow()->pos() + QPoint(kStagger, kStagger));
+        StepDownFrom(*QApplication::activeWindow(), *native_->widget);
     native_->widget->show();
 }
 

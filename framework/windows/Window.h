@@ -19,7 +19,7 @@ struct WindowLayout {
     int32_t Width = 400, Height = 300; // of the content, in pixels; a toolbar adds to it
     int32_t MinWidth = 64, MinHeight = 64, MaxWidth = 32000, MaxHeight = 32000;
     int32_t Placement = 0; // 0 as the desktop likes, 2 the middle of the main screen,
-                           // 4 a step down from the window in front
+                           // 4 a step down from the window in front, yet on its screen
     int32_t Frame = 0;     // 0 document window, 1 modal dialog, 8 modal dialog attached to a parent, 11 dialog
     std::string Title{};
     bool HasBackColor = false;

@@ -8,6 +8,7 @@
 #include "framework/windows/ProgressBar.h"
 #include "framework/windows/TextArea.h"
 #include "framework/windows/Window.h"
+#include "settings/winPreferences.h"
 #include "tests/support/TestFolder.h"
 #include "tests/support/Waiting.h"
 #include "ui/winMain.h"
@@ -18,6 +19,7 @@
 #include <QFontDatabase>
 #include <QPainter>
 #include <QProgressBar>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextEdit>
@@ -178,6 +180,20 @@ TEST(Windows, APictureReadsItsDenseTwinOnceADenseScreenShowsIt) {
 TEST(Windows, TheToolbarShowsNoToolTips) {
     const auto* const bar = NativeWindow::Of(*winMain::Instance()).widget->findChild<QToolBar*>();
     EXPECT_EQ(bar->widgetForAction(bar->actions().constFirst())->toolTip(), QString());
+}
+
+TEST(Windows, OpenOnTheScreen) {
+    QWidget* const main = NativeWindow::Of(*winMain::Instance()).widget;
+    QApplication::setActiveWindow(main);
+    const QRect screen = main->screen()->availableGeometry();
+    for (const QPoint corner : {screen.bottomRight() - QPoint(40, 40), screen.topLeft() - QPoint(200, 200)}) {
+        main->move(corner);
+        QApplication::setActiveWindow(main);
+        const Ref<winPreferences> preferences = winPreferences::Instance();
+        preferences->Show();
+        EXPECT_TRUE(screen.contains(NativeWindow::Of(*preferences).widget->frameGeometry())) << corner.x();
+        preferences->Close();
+    }
 }
 
 TEST(Windows, ATextAreaShowsPiecesInTheirStylesToBeCopiedAndNoMoreThanPeopleRead) {
