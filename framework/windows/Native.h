@@ -44,6 +44,8 @@ protected:
     void keyPressEvent(QKeyEvent*) override;
 
 private:
+    void Answer(bool confirms);
+
     ::Window& window_;
 };
 

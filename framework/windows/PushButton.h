@@ -5,7 +5,7 @@
 #include <string>
 
 // A button. Return presses the button that has the focus, or else the window's default button; Escape its cancel
-// button.
+// button, or else it closes the window, unless that is the one with the menu bar.
 class PushButton : public Control {
 public:
     // Set before the window makes the control.

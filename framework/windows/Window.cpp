@@ -124,15 +124,20 @@ void WindowWidget::keyPressEvent(QKeyEvent* event) {
     if (plain && (confirms || event->key() == Qt::Key_Escape)) {
         if (event->isAutoRepeat()) // a key that is held down is meant for the dialog that it was pressed in
             return;
-        auto* const focused = qobject_cast<QPushButton*>(focusWidget());
-        if (confirms && focused != nullptr)
-            focused->click();
-        else
-            window_.PressButton(!confirms);
+        Answer(confirms);
     } else if (event->key() == Qt::Key_F10 && window_.layout_.HoldsMenuBar)
         EnterMenuBar(*menuBar());
     else
         QMainWindow::keyPressEvent(event);
+}
+
+// Return presses the button that has the focus, or else the default one.
+void WindowWidget::Answer(bool confirms) {
+    auto* const focused = qobject_cast<QPushButton*>(focusWidget());
+    if (confirms && focused != nullptr)
+        focused->click();
+    else if (!window_.PressButton(!confirms) && !confirms && !window_.layout_.HoldsMenuBar)
+        close();
 }
 
 NativeWindow& NativeWindow::Of(const Window& window) {
@@ -324,14 +329,15 @@ void Window::SetTabOrder() {
     }
 }
 
-void Window::PressButton(bool cancel) {
+bool Window::PressButton(bool cancel) {
     for (const Ref<Control>& control : controls_) {
         auto* const button = dynamic_cast<PushButton*>(control.Get());
         if (button != nullptr && (cancel ? button->Cancel : button->Default) && button->Enabled() &&
             button->Visible()) {
             const Ref<PushButton> held = Self(button);
             EventEdge::Run("button", [&held] { held->Push(); });
-            return;
+            return true;
         }
     }
+    return false;
 }

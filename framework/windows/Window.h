@@ -103,7 +103,7 @@ private:
     void Uncover(const Control& above);
     void ContentResized(int32_t byWidth, int32_t byHeight);
     void SetTabOrder();
-    void PressButton(bool cancel);
+    bool PressButton(bool cancel); // false if there is none
 
     WindowLayout layout_;
     ::MenuHandlers menuHandlers_;

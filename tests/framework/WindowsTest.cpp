@@ -21,6 +21,7 @@
 #include <QProgressBar>
 #include <QScreen>
 #include <QScrollBar>
+#include <QTest>
 #include <QTextBlock>
 #include <QTextEdit>
 #include <QToolBar>
@@ -182,7 +183,7 @@ TEST(Windows, TheToolbarShowsNoToolTips) {
     EXPECT_EQ(bar->widgetForAction(bar->actions().constFirst())->toolTip(), QString());
 }
 
-TEST(Windows, OpenOnTheScreen) {
+TEST(Windows, OpenOnTheScreenAndGoByEscapeWhereNothingElseCancels) {
     QWidget* const main = NativeWindow::Of(*winMain::Instance()).widget;
     QApplication::setActiveWindow(main);
     const QRect screen = main->screen()->availableGeometry();
@@ -191,9 +192,13 @@ TEST(Windows, OpenOnTheScreen) {
         QApplication::setActiveWindow(main);
         const Ref<winPreferences> preferences = winPreferences::Instance();
         preferences->Show();
-        EXPECT_TRUE(screen.contains(NativeWindow::Of(*preferences).widget->frameGeometry())) << corner.x();
-        preferences->Close();
+        QWidget* const opened = NativeWindow::Of(*preferences).widget;
+        EXPECT_TRUE(screen.contains(opened->frameGeometry())) << corner.x();
+        QTest::keyClick(opened, Qt::Key_Escape);
+        EXPECT_TRUE(preferences->Closed());
     }
+    QTest::keyClick(main, Qt::Key_Escape);
+    EXPECT_FALSE(winMain::Instance()->Closed());
 }
 
 TEST(Windows, ATextAreaShowsPiecesInTheirStylesToBeCopiedAndNoMoreThanPeopleRead) {
