@@ -36,13 +36,13 @@ protected:
             return;
         }
         QPainter painter(this);
-        style()->drawItemText(&painter, rect(), static_cast<int>(alignment()), palette(), isEnabled(), text(),
-                              foregroundRole());
         if (hasFocus()) {
             QStyleOptionFocusRect option;
             option.initFrom(this);
-            style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+            style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this); // beneath: it may be filled
         }
+        style()->drawItemText(&painter, rect(), static_cast<int>(alignment()), palette(), isEnabled(), text(),
+                              foregroundRole());
     }
 
     void enterEvent(QEnterEvent*) override {

@@ -15,7 +15,7 @@ public:
     bool Bold = false;
     bool Underline = false;
     bool Multiline = false;
-    bool IsLink = false;             // reached by Tab, pressed by Return or the space bar
+    bool IsLink = false;             // reached by Tab alone, pressed by Return or the space bar
     std::string TextFont = "System"; // or "SmallSystem"
 
     std::string Text() const;

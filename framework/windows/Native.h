@@ -41,6 +41,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent*) override;
+    void showEvent(QShowEvent*) override;
     void keyPressEvent(QKeyEvent*) override;
 
 private:

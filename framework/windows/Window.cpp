@@ -118,6 +118,11 @@ void WindowWidget::closeEvent(QCloseEvent* event) {
     EventEdge::Run("window close", [window = Self(&window_)] { window->Close(); });
 }
 
+// What has the focus shows it from the beginning: the toolkit would wait for the first Tab.
+void WindowWidget::showEvent(QShowEvent*) {
+    setAttribute(Qt::WA_KeyboardFocusChange);
+}
+
 void WindowWidget::keyPressEvent(QKeyEvent* event) {
     const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     const bool confirms = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -316,17 +321,19 @@ void Window::SetTabOrder() {
     std::stable_sort(stops.begin(), stops.end(), [](const Ref<Control>& one, const Ref<Control>& other) {
         return one->layout_.TabIndex < other->layout_.TabIndex;
     });
+    QWidget* focused = native_->widget; // where there are links and tools only, which Tab alone reaches
     QWidget* last = nullptr;
     for (const Ref<Control>& stop : stops) {
         QWidget* const widget = stop->Native()->widget;
         if (widget->focusPolicy() == Qt::NoFocus)
             continue;
-        if (last == nullptr)
-            widget->setFocus();
-        else
+        if (focused == native_->widget && widget->focusPolicy() != Qt::TabFocus)
+            focused = widget;
+        if (last != nullptr)
             QWidget::setTabOrder(last, widget);
         last = widget;
     }
+    focused->setFocus();
 }
 
 bool Window::PressButton(bool cancel) {

@@ -4,6 +4,7 @@
 #include "ui/claStaticTextLink.h"
 #include "ui/winAbout.h"
 
+#include <QApplication>
 #include <QImage>
 #include <QLabel>
 
@@ -23,6 +24,11 @@ TEST(Link, ShowsWhatThePointerDoesAndOpensItsAddressIfThePressIsReleasedInside) 
             widget = label;
     }
     ASSERT_NE(widget, nullptr);
+    QApplication::setActiveWindow(widget->window());
+    EXPECT_FALSE(widget->hasFocus());
+    const QImage unfocused = widget->grab().toImage();
+    widget->setFocus();
+    EXPECT_NE(widget->grab().toImage(), unfocused);
     const auto color = [widget] { return widget->palette().color(QPalette::WindowText).rgb() & 0xFFFFFFU; };
     EXPECT_EQ(color(), 0x0000FFU);
     link.Event_MouseEnter();
