@@ -13,13 +13,13 @@
 #include "framework/windows/OpenWindows.h"
 #include "framework/windows/PushButton.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QMenuBar>
 #include <QPainter>
-#include <QPushButton>
 #include <QScreen>
 
 #include <algorithm>
@@ -136,10 +136,10 @@ void WindowWidget::keyPressEvent(QKeyEvent* event) {
         QMainWindow::keyPressEvent(event);
 }
 
-// Return presses the button that has the focus, or else the default one.
+// Return presses the button that has the focus, or else the default one. A check box is none in this.
 void WindowWidget::Answer(bool confirms) {
-    auto* const focused = qobject_cast<QPushButton*>(focusWidget());
-    if (confirms && focused != nullptr)
+    auto* const focused = qobject_cast<QAbstractButton*>(focusWidget());
+    if (confirms && focused != nullptr && !focused->isCheckable())
         focused->click();
     else if (!window_.PressButton(!confirms) && !confirms && !window_.layout_.HoldsMenuBar)
         close();

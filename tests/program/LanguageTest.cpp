@@ -138,7 +138,7 @@ TEST_F(Menus, CommandsGoToTheWindowInFront) {
     program.OpenMenus({"F10", "Right"});
     desktop.Press({"Escape"});
     program.OnlyWindow();
-    desktop.Press({"space"});
+    desktop.Press({"Return"});
     Await("the vendor's site", [&] { return desktop.Opened() == Words{OMBRIVEL_VENDOR_SITE}; });
     program.OpenMenus({"F10", "Left"});
     desktop.Press({"Up", "Return"}); // the last item of the last menu: about
