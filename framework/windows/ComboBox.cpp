@@ -132,7 +132,12 @@ void ComboBox::MakeWidget(NativeControl& native) {
     for (const std::string& row : InitialValue)
         box->addItem(ToScreen(row));
     box->setCurrentIndex(ListIndex);
+    box->lineEdit()->selectAll(); // for what is typed to take its place, here and after each choice
     box->installEventFilter(new KeyFilter(box, *this));
+    QObject::connect(box, &QComboBox::activated, box, [box] {
+        if (box->hasFocus())
+            box->lineEdit()->selectAll();
+    });
     QObject::connect(box, &QComboBox::editTextChanged, box, [this] {
         EventEdge::Run("text change", [self = Self(this)] {
             if (self->TextChanged)

@@ -54,6 +54,8 @@ TEST_F(CutDialogTest, TheFieldFiltersAnInputMethodAndTakesPastedTextAndOpensItsL
     dialog->ShowWithin(winMain::Instance(), -1);
     auto* const box = NativeWindow::Of(*dialog).widget->findChild<QComboBox*>();
     EXPECT_TRUE(WaitUntil([box] { return QApplication::focusWidget() == box; }));
+    EXPECT_EQ(box->lineEdit()->selectedText(), "100") << "for what is typed to take its place";
+    box->lineEdit()->deselect();
     const auto cursor = [box] { return box->lineEdit()->inputMethodQuery(Qt::ImCursorRectangle); };
     const QVariant before = cursor();
     QInputMethodEvent composing(QStringLiteral("x"), {});
@@ -68,7 +70,9 @@ TEST_F(CutDialogTest, TheFieldFiltersAnInputMethodAndTakesPastedTextAndOpensItsL
     EXPECT_EQ(dialog->comPartSize()->Text(), "1001.44");
     QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
     EXPECT_TRUE(box->view()->isVisible());
-    box->hidePopup();
+    QTest::keyClick(box->view(), Qt::Key_Up);
+    QTest::keyClick(box->view(), Qt::Key_Return);
+    EXPECT_EQ(box->lineEdit()->selectedText(), "50");
 
     PostToMainThread([&dialog] { dialog->CancelButton->Push(); });
     EXPECT_EQ(dialog->ShowModal(), dialog->CancelButton);
