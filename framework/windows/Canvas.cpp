@@ -72,6 +72,9 @@ protected:
             EventEdge::Run("mouse down", [&] { canvas_.Event_MouseDown(XOf(*event), YOf(*event)); });
     }
 
+    // The second press of a double click is none of its own: what it would hit has only just come to that place.
+    void mouseDoubleClickEvent(QMouseEvent*) override {}
+
     void dragEnterEvent(QDragEnterEvent* event) override {
         if (!IsShutOff() && !FilesIn(*event->mimeData(), canvas_.acceptedTypes_).empty())
             TakeAsCopy(*event);

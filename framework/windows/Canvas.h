@@ -25,7 +25,8 @@ public:
 
     virtual void Event_Paint(Graphics& graphics);
     virtual void Event_MouseMove(int32_t /*x*/, int32_t /*y*/) {}
-    // The result says whether the further events of the click are wanted; a canvas has none to give.
+    // The result says whether the further events of the click are wanted; a canvas has none to give. Of a double click
+    // the first press comes.
     virtual bool Event_MouseDown(int32_t /*x*/, int32_t /*y*/) { return false; }
 
 protected:

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QTest>
 
 namespace {
 
@@ -59,6 +60,10 @@ TEST_F(ListTest, RowsHaveBarsAndButtonsThatAreOpenOnAllSidesAndGoByTheLastMoveAl
     EXPECT_TRUE(first->Bar->Window().IsNil());
     ShowOnScreen();
     EXPECT_EQ(second->Bar->Top(), 20) << "the rows below move up";
+    QWidget* const list = NativeWindow::Of(*winMain::Instance()).content->childAt(1, 1);
+    QTest::mouseDClick(list, Qt::LeftButton, Qt::NoModifier, QPoint(right - 22, 26));
+    EXPECT_FALSE(second->PerformThread->Stop)
+        << "a second press that comes at once was meant for the row that has gone";
     List().Event_MouseDown(0, 0); // the pointer was over the first row
     EXPECT_FALSE(first->PerformThread->Stop);
     EXPECT_TRUE(second->PerformThread->Stop) << "which is now the one at that place";
