@@ -13,6 +13,7 @@
 #include "framework/menus/MenuCommands.h"
 #include "framework/threads/MainThread.h"
 #include "framework/threads/MainThreadQueue.h"
+#include "framework/windows/HeldKeys.h"
 #include "framework/windows/LanguageFont.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/NativeStyle.h"
@@ -201,6 +202,7 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
         return 0;
     ListenToEndSignals([] { SaveAndEnd(0); });
     ListenToQueue();
+    IgnoreHeldKeys();
     Begin(paths, startup);
     QApplication::exec();
     SaveAndEnd(0);

@@ -126,11 +126,9 @@ void WindowWidget::showEvent(QShowEvent*) {
 void WindowWidget::keyPressEvent(QKeyEvent* event) {
     const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     const bool confirms = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (plain && (confirms || event->key() == Qt::Key_Escape)) {
-        if (event->isAutoRepeat()) // a key that is held down is meant for the dialog that it was pressed in
-            return;
+    if (plain && (confirms || event->key() == Qt::Key_Escape))
         Answer(confirms);
-    } else if (event->key() == Qt::Key_F10 && window_.layout_.HoldsMenuBar)
+    else if (event->key() == Qt::Key_F10 && window_.layout_.HoldsMenuBar)
         EnterMenuBar(*menuBar());
     else
         QMainWindow::keyPressEvent(event);
