@@ -4,6 +4,7 @@
 #include "engine/OnTheWay.h"
 #include "engine/StartCut.h"
 #include "engine/StartGlue.h"
+#include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
 #include "framework/desktop/Desktop.h"
 #include "framework/files/FolderItem.h"
@@ -25,18 +26,18 @@ namespace {
 constexpr int32_t kNoteIcon = 0;
 constexpr int32_t kErrorIcon = 2;
 
-Ref<App> instance;
+const Immortal<Ref<App>> instance;
 
 } // namespace
 
 Ref<App> App::NewAppInstance() {
-    instance = New<App>();
+    *instance = New<App>();
     SetMenuBar(MainMenu::Instance());
-    return instance;
+    return *instance;
 }
 
 Ref<App> App::Instance() {
-    return instance;
+    return *instance;
 }
 
 void App::ApplicationAddMenuHandlers() {

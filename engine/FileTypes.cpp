@@ -1,5 +1,6 @@
 #include "engine/FileTypes.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/text/Number.h"
 
 #include <string>
@@ -17,8 +18,8 @@ std::string PartExtensions() {
     return extensions;
 }
 
-Ref<FileType> unknown;
-Ref<FileType> ombrivelPart;
+const Immortal<Ref<FileType>> unknown;
+const Immortal<Ref<FileType>> ombrivelPart;
 
 Ref<FileType> Register(const std::string& name, const std::string& extensions, const std::string& macType,
                        const std::string& macCreator) {
@@ -34,14 +35,14 @@ Ref<FileType> Register(const std::string& name, const std::string& extensions, c
 } // namespace
 
 void InitFileTypes() {
-    unknown = Register("Unknown", "", "????", "????");
-    ombrivelPart = Register("Ombrivel Part", PartExtensions(), "OVPT", "OMBV");
+    *unknown = Register("Unknown", "", "????", "????");
+    *ombrivelPart = Register("Ombrivel Part", PartExtensions(), "OVPT", "OMBV");
 }
 
 const Ref<FileType>& FileTypes::Unknown() {
-    return unknown;
+    return *unknown;
 }
 
 const Ref<FileType>& FileTypes::OmbrivelPart() {
-    return ombrivelPart;
+    return *ombrivelPart;
 }

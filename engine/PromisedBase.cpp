@@ -1,5 +1,6 @@
 #include "engine/PromisedBase.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Text.h"
 
@@ -9,7 +10,7 @@
 namespace {
 
 std::mutex mutex;
-std::multiset<std::string> promised;
+const Immortal<std::multiset<std::string>> promised;
 
 // The file system may take other letters for the same name.
 std::string PathOf(const FolderItem& folder, const std::string& base) {
@@ -20,16 +21,16 @@ std::string PathOf(const FolderItem& folder, const std::string& base) {
 
 PromisedBase::PromisedBase(const FolderItem& folder, const std::string& base) : path_(PathOf(folder, base)) {
     const std::lock_guard lock(mutex);
-    promised.insert(path_);
+    promised->insert(path_);
 }
 
 PromisedBase::~PromisedBase() {
     const std::lock_guard lock(mutex);
-    promised.erase(promised.find(path_));
+    promised->erase(promised->find(path_));
 }
 
 bool PromisedBase::Is(const FolderItem& folder, const std::string& base) {
     const std::string path = PathOf(folder, base);
     const std::lock_guard lock(mutex);
-    return promised.contains(path);
+    return promised->contains(path);
 }

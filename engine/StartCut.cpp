@@ -5,6 +5,7 @@
 #include "engine/PromisedBase.h"
 #include "engine/claEncodeThread.h"
 #include "framework/app/ModalRun.h"
+#include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
 #include "framework/desktop/Desktop.h"
 #include "framework/files/BinaryStream.h"
@@ -78,7 +79,7 @@ struct WaitingFile {
     Ref<FolderItem> file;
     OnTheWay onTheWay;
 };
-std::deque<WaitingFile> waiting;
+const Immortal<std::deque<WaitingFile>> waiting;
 
 void AskAndCut(const Ref<FolderItem>& file) {
     // Until the worker runs: its preparation serves events, and a cut that began in the middle could settle on the same
@@ -95,8 +96,8 @@ void AskAndCut(const Ref<FolderItem>& file) {
 }
 
 void ServeNext() {
-    const WaitingFile next = waiting.front();
-    waiting.pop_front();
+    const WaitingFile next = waiting->front();
+    waiting->pop_front();
     if (next.file->Exists())
         AskAndCut(next.file);
     else
@@ -110,8 +111,8 @@ void StartCut(const Ref<FolderItem>& file) {
         Beep();
         return;
     }
-    if (ModalRun::Any() || !waiting.empty()) {
-        waiting.push_back({file, {}});
+    if (ModalRun::Any() || !waiting->empty()) {
+        waiting->push_back({file, {}});
         ModalRun::After(ServeNext);
     } else {
         AskAndCut(file);
@@ -119,7 +120,7 @@ void StartCut(const Ref<FolderItem>& file) {
 }
 
 void TellWaitingCuts() {
-    for (const WaitingFile& next : waiting)
+    for (const WaitingFile& next : *waiting)
         TellStandardError(next.file->AbsolutePath() + ": the program ended before it was cut");
 }
 

@@ -1,6 +1,7 @@
 #include "ui/MainMenu.h"
 
 #include "framework/app/Application.h"
+#include "framework/base/Immortal.h"
 
 namespace {
 
@@ -17,8 +18,8 @@ Ref<Kind> Item(const std::string& name) {
 } // namespace
 
 Ref<MainMenu> MainMenu::Instance() {
-    static const Ref<MainMenu> instance = New<MainMenu>();
-    return instance;
+    static const Immortal<Ref<MainMenu>> instance(New<MainMenu>());
+    return *instance;
 }
 
 MainMenu::MainMenu() {

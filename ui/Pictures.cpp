@@ -1,5 +1,6 @@
 #include "ui/Pictures.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/windows/Graphics.h"
@@ -26,66 +27,66 @@ Ref<Picture> Kept(Ref<Picture>& kept, const std::string& fileName, MaskAccessor 
 } // namespace
 
 Ref<Picture> picBack() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picBack.png");
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picBack.png");
 }
 
 Ref<Picture> picIconGlue() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picIconGlue.png", picIconGlueMask);
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picIconGlue.png", picIconGlueMask);
 }
 
 Ref<Picture> picIconCut() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picIconCut.png", picIconCutMask);
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picIconCut.png", picIconCutMask);
 }
 
 Ref<Picture> picIconUrl() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picIconUrl.png", picIconUrlMask);
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picIconUrl.png", picIconUrlMask);
 }
 
 Ref<Picture> picStop() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picStop.png", picStopMask);
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picStop.png", picStopMask);
 }
 
 Ref<Picture> picStopActive() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picStopActive.png", picStopActiveMask);
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picStopActive.png", picStopActiveMask);
 }
 
 Ref<Picture> IconPicture() {
-    static Ref<Picture> kept;
-    return Kept(kept, "IconPicture.png", IconMask);
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "IconPicture.png", IconMask);
 }
 
 Ref<Picture> picIconGlueMask() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picIconGlueMask.png");
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picIconGlueMask.png");
 }
 
 Ref<Picture> picIconCutMask() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picIconCutMask.png");
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picIconCutMask.png");
 }
 
 Ref<Picture> picIconUrlMask() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picIconUrlMask.png");
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picIconUrlMask.png");
 }
 
 Ref<Picture> picStopMask() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picStopMask.png");
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picStopMask.png");
 }
 
 Ref<Picture> picStopActiveMask() {
-    static Ref<Picture> kept;
-    return Kept(kept, "picStopActiveMask.png");
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "picStopActiveMask.png");
 }
 
 Ref<Picture> IconMask() {
-    static Ref<Picture> kept;
-    return Kept(kept, "IconMask.png");
+    static const Immortal<Ref<Picture>> kept;
+    return Kept(*kept, "IconMask.png");
 }

@@ -1,5 +1,6 @@
 #include "ui/Sounds.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/desktop/Sound.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
@@ -16,11 +17,11 @@ Ref<Sound> Load(const std::string& fileName) {
 } // namespace
 
 Ref<Sound> sndResetPreferences() {
-    static const Ref<Sound> kept = Load("sndResetPreferences.wav");
-    return kept;
+    static const Immortal<Ref<Sound>> kept(Load("sndResetPreferences.wav"));
+    return *kept;
 }
 
 Ref<Sound> sndNewVersion() {
-    static const Ref<Sound> kept = Load("sndNewVersion.mp3");
-    return kept;
+    static const Immortal<Ref<Sound>> kept(Load("sndNewVersion.mp3"));
+    return *kept;
 }

@@ -13,7 +13,7 @@ namespace {
 constexpr int32_t kFileCannotBeUsed = 1;
 constexpr int32_t kOutOfTime = -1;
 constexpr int64_t kTicksPerSecond = 60;
-const std::string kLineEnd = "\r\n";
+constexpr const char* kLineEnd = "\r\n";
 
 } // namespace
 

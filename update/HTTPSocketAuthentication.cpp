@@ -1,5 +1,6 @@
 #include "update/HTTPSocket.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/base/Random.h"
 #include "framework/text/Encoding.h"
 #include "framework/text/Number.h"
@@ -87,7 +88,7 @@ std::string HTTPSocket::CreateAuthenticationData(const std::string& scheme, cons
 
 // Digits, capitals and small letters.
 std::string HTTPSocket::CreateNonce() {
-    static const auto random = New<Random>();
+    static const Immortal<Random> random;
     std::string nonce;
     for (int i = 0; i < kNonceLength; ++i) {
         const int32_t draw = random->InRange(0, 61);

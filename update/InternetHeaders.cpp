@@ -7,7 +7,7 @@
 
 namespace {
 
-const std::string kLineEnd = "\r\n";
+constexpr const char* kLineEnd = "\r\n";
 
 std::string KeyOf(const std::string& name, int32_t index) {
     return index == 0 ? name : name + ":" + Str(index);

@@ -6,6 +6,7 @@
 #include "framework/app/RunningApplication.h"
 #include "framework/app/SessionBus.h"
 #include "framework/base/EventEdge.h"
+#include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/ProgramFile.h"
@@ -38,9 +39,9 @@
 
 namespace {
 
-Ref<Application> application;
-ProgramIdentity program;
-Ref<MenuBar> menuBar;
+const Immortal<Ref<Application>> application;
+const Immortal<ProgramIdentity> program;
+const Immortal<Ref<MenuBar>> menuBar;
 bool quitting = false;
 
 [[noreturn]] void EndProcess(int exitCode) {
@@ -48,9 +49,9 @@ bool quitting = false;
 }
 
 void DescribeToToolkit() {
-    QApplication::setApplicationName(QString::fromStdString(program.Name));
-    QApplication::setApplicationVersion(QString::fromStdString(program.LongVersion));
-    QApplication::setDesktopFileName(QString::fromStdString(program.Id));
+    QApplication::setApplicationName(QString::fromStdString(program->Name));
+    QApplication::setApplicationVersion(QString::fromStdString(program->LongVersion));
+    QApplication::setDesktopFileName(QString::fromStdString(program->Id));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle(new NativeStyle);
     AnswerEndOfSession();
@@ -121,28 +122,28 @@ std::optional<std::vector<std::string>> FilesToOpen(int count, char** words, con
 // after it. One whose files are all missing is none: it was meant to open something.
 void Begin(const std::optional<std::vector<std::string>>& paths, const std::function<Ref<Application>()>& startup) {
     const bool begun = EventEdge::Run("the program could not start", [&] {
-        application = startup();
+        *application = startup();
         FollowTheWindowInFront();
         for (const std::string& path : paths.value_or(std::vector<std::string>()))
-            application->Event_OpenDocument(New<FolderItem>(path));
-        application->Event_Open();
+            (*application)->Event_OpenDocument(New<FolderItem>(path));
+        (*application)->Event_Open();
     });
     if (!begun)
         EndProcess(1);
     if (!paths)
-        EventEdge::Run("open event", [] { application->Event_NewDocument(); });
+        EventEdge::Run("open event", [] { (*application)->Event_NewDocument(); });
 }
 
 } // namespace
 
 Ref<Application> RunningApplication() {
-    return application;
+    return *application;
 }
 
 void SaveAndEnd(int exitCode) {
     EventEdge::Run("quit", [] {
-        if (!application.IsNil())
-            application->Event_Close();
+        if (!application->IsNil())
+            (*application)->Event_Close();
     });
     EndProcess(exitCode);
 }
@@ -152,27 +153,27 @@ Ref<FolderItem> Application::ExecutableFile() {
 }
 
 std::string Application::LongVersion() {
-    return program.LongVersion;
+    return program->LongVersion;
 }
 
 std::string Application::ShortVersion() {
-    return program.ShortVersion;
+    return program->ShortVersion;
 }
 
 Ref<MenuBar> Application::MenuBar() {
-    return menuBar;
+    return *menuBar;
 }
 
 void Application::SetMenuBar(const Ref<::MenuBar>& bar) {
-    menuBar = bar;
+    *menuBar = bar;
 }
 
 void Application::SpeakLanguage(const std::string& code) {
-    static QTranslator translator;
-    QApplication::removeTranslator(&translator);
-    if (translator.load(QLocale(QString::fromStdString(code)), QStringLiteral("qtbase"), QStringLiteral("_"),
-                        QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QApplication::installTranslator(&translator);
+    static const Immortal<QTranslator> translator;
+    QApplication::removeTranslator(&*translator);
+    if (translator->load(QLocale(QString::fromStdString(code)), QStringLiteral("qtbase"), QStringLiteral("_"),
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&*translator);
     UseFontOfLanguage(code);
 }
 
@@ -191,7 +192,7 @@ bool Application::EventsWait() {
 
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup) {
-    program = identity;
+    *program = identity;
     const std::set<const char*> missing = WordsWithoutFile(argumentCount, arguments);
     ReadingFonts readingFonts;
     const QApplication toolkit(argumentCount, arguments); // takes its own options out

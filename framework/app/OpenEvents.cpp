@@ -2,13 +2,14 @@
 
 #include "framework/app/RunningApplication.h"
 #include "framework/base/EventEdge.h"
+#include "framework/base/Immortal.h"
 #include "framework/threads/MainThread.h"
 
 #include <utility>
 
 OpenEvents& OpenEvents::Instance() {
-    static OpenEvents events;
-    return events;
+    static const Immortal<OpenEvents> events;
+    return *events;
 }
 
 void OpenEvents::OpenDocument(const Ref<FolderItem>& item) {

@@ -1,6 +1,7 @@
 #include "framework/app/SessionBus.h"
 
 #include "framework/app/OpenEvents.h"
+#include "framework/base/Immortal.h"
 #include "framework/files/FileUri.h"
 #include "framework/files/FolderItem.h"
 #include "framework/windows/OpenWindows.h"
@@ -17,7 +18,7 @@
 namespace {
 
 constexpr int kAnswerMilliseconds = 5000;
-const QString kInterface = QStringLiteral("org.freedesktop.Application");
+constexpr QLatin1String kInterface("org.freedesktop.Application");
 
 // "example.vendor.Program" lives at "/example/vendor/Program".
 QString ObjectPath(const QString& programId) {
@@ -108,8 +109,8 @@ bool HandOver(const std::string& programId, const std::optional<std::vector<std:
     if (!bus.isConnected())
         return false;
     const QString id = QString::fromStdString(programId);
-    static ApplicationService service;
-    bus.registerVirtualObject(ObjectPath(id), &service);
+    static const Immortal<ApplicationService> service;
+    bus.registerVirtualObject(ObjectPath(id), &*service);
     if (bus.registerService(id))
         return false;
     const QDBusError error(bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds));

@@ -1,5 +1,6 @@
 #include "framework/base/EventEdge.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
 #include "framework/threads/Yield.h"
 
@@ -12,9 +13,9 @@ namespace {
 
 bool IsFirstReport(const std::string& line) {
     static std::mutex mutex;
-    static std::set<std::string> told;
+    static const Immortal<std::set<std::string>> told;
     const std::lock_guard lock(mutex);
-    return told.insert(line).second;
+    return told->insert(line).second;
 }
 
 } // namespace

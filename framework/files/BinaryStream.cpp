@@ -34,6 +34,7 @@ struct alignas(kPage) CopyBuffer {
 };
 
 char* BytesToCopyThrough() {
+    // Goes with its thread. NOLINTNEXTLINE(clang-diagnostic-exit-time-destructors)
     thread_local const auto buffer = std::make_unique_for_overwrite<CopyBuffer>();
     return buffer->bytes.data();
 }

@@ -1,5 +1,6 @@
 #include "framework/files/FileType.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/text/Text.h"
 
 #include <algorithm>
@@ -13,8 +14,8 @@ namespace {
 std::shared_mutex registryMutex;
 
 std::vector<Ref<FileType>>& Registry() {
-    static std::vector<Ref<FileType>> types;
-    return types;
+    static const Immortal<std::vector<Ref<FileType>>> types;
+    return *types;
 }
 
 template <class Test>

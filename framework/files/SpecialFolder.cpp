@@ -1,13 +1,14 @@
 #include "framework/files/SpecialFolder.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/ProgramFile.h"
 
 #include <glib.h>
 
 Ref<FolderItem> SpecialFolder::Trash() {
-    static const Ref<FolderItem> trash = New<FolderItem>("");
-    return trash;
+    static const Immortal<Ref<FolderItem>> trash(New<FolderItem>(""));
+    return *trash;
 }
 
 Ref<FolderItem> SpecialFolder::Preferences() {

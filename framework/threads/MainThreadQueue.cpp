@@ -16,7 +16,7 @@ constexpr std::chrono::milliseconds kServeAtMost{4};
 } // namespace
 
 MainThreadQueue& MainThreadQueue::Instance() {
-    static auto* const queue = new MainThreadQueue;
+    static const Immortal<MainThreadQueue> queue;
     return *queue;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/base/Immortal.h"
+
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -20,6 +22,7 @@ public:
     void Serve();
 
 private:
+    friend class Immortal<MainThreadQueue>;
     MainThreadQueue();
     void Ring() const;
     void Silence() const;

@@ -1,5 +1,6 @@
 #include "framework/windows/OpenWindows.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/Window.h"
 
@@ -10,8 +11,8 @@
 namespace {
 
 std::vector<Ref<Window>>& Windows() {
-    static std::vector<Ref<Window>> windows;
-    return windows;
+    static const Immortal<std::vector<Ref<Window>>> windows;
+    return *windows;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "framework/windows/ScreenUpdate.h"
 
 #include "framework/base/EventEdge.h"
+#include "framework/base/Immortal.h"
 #include "framework/threads/MainThread.h"
 
 #include <QTimer>
@@ -14,7 +15,7 @@
 class ScreenUpdateQueue {
 public:
     static ScreenUpdateQueue& Instance() {
-        static auto* const queue = new ScreenUpdateQueue; // workers may outlive everything
+        static const Immortal<ScreenUpdateQueue> queue;
         return *queue;
     }
 
