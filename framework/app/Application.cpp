@@ -39,6 +39,9 @@
 
 namespace {
 
+// How long the main thread may take to save when another thread ends the process.
+constexpr std::chrono::seconds kSavesWithin{2};
+
 const Immortal<Ref<Application>> application;
 const Immortal<ProgramIdentity> program;
 const Immortal<Ref<MenuBar>> menuBar;
@@ -46,6 +49,17 @@ bool quitting = false;
 
 [[noreturn]] void EndProcess(int exitCode) {
     std::_Exit(exitCode); // workers may be anywhere: nothing is taken down around them
+}
+
+// The toolkit and the libraries beneath it call `exit` where the display or the session manager has gone. Nothing here
+// may touch the toolkit, of which any part may be gone as well.
+void EndAtExit(int exitCode, void*) {
+    if (!IsMainThread()) { // which owns what is to be saved
+        PostToMainThread([exitCode] { SaveAndEnd(exitCode); });
+        std::this_thread::sleep_for(kSavesWithin);
+        EndProcess(exitCode);
+    }
+    SaveAndEnd(exitCode);
 }
 
 void DescribeToToolkit() {
@@ -201,6 +215,7 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
     readingFonts.Await(); // from here on, too, the environment may be changed
     if (HandOver(identity.Id, paths))
         return 0;
+    on_exit(EndAtExit, nullptr);
     ListenToEndSignals([] { SaveAndEnd(0); });
     ListenToQueue();
     IgnoreHeldKeys();

@@ -49,7 +49,7 @@ public:
     // A file was handed over: named at the start, or by a second start of the program. At the start these come before
     // Event_Open; later ones also while a modal dialog runs. The file may have gone meanwhile.
     virtual void Event_OpenDocument(const Ref<FolderItem>&) {}
-    // The process is about to end.
+    // The process is about to end. The toolkit may have gone already: no window is to be touched.
     virtual void Event_Close() {}
     // A menu is about to be shown.
     virtual void Event_EnableMenuItems() {}

@@ -1,5 +1,6 @@
 #include "tests/program/Desktop.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <iterator>
 #include <sstream>
@@ -67,6 +68,10 @@ const Process& Desktop::Start(const Words& command) {
 std::string Desktop::Run(const Words& command) const {
     Process process(command, {environment_, folder_, folder_ / "logs/command"});
     return process.End() == 0 ? process.Output() : std::string();
+}
+
+void Desktop::LoseDisplay() const {
+    kill(processes_.front()->Id(), SIGTERM);
 }
 
 const Process& Desktop::Pretend(const Words& words) {

@@ -27,6 +27,9 @@ public:
     // Paths and addresses that were handed to the program which opens them, in order.
     std::vector<std::string> Opened() const;
 
+    // The display ends, and with it every connection to it.
+    void LoseDisplay() const;
+
     // Runs one of the pretended neighbours (see pretend_main.cpp) until the desktop goes.
     const Process& Pretend(const Words& words);
 

@@ -44,3 +44,17 @@ TEST_F(Preferences, AreSavedWhenASignalEndsTheProgramInTheMiddleOfItsWork) {
     EXPECT_EQ(program.End(), 0);
     EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes(settings, "English"));
 }
+
+// The toolkit ends the process while workers run through the program's code.
+TEST_F(Preferences, AreSavedWhenTheDisplayGoesInTheMiddleOfAGlue) {
+    const Settings settings{.AutoQuit = false, .MovePartsToTrash = false, .SearchForUpdates = false};
+    Prefer(settings);
+    for (int part = 1001; part < 2000; ++part)
+        WriteFile(File("film.mov." + std::to_string(part).substr(1)), "a");
+    Program& program = Start({"film.mov.001"});
+    Await("a glue under way", [&] { return Exists("film.mov"); });
+    fs::remove(PreferencesFile());
+    desktop.LoseDisplay();
+    EXPECT_EQ(program.End(), 1);
+    EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes(settings, "English"));
+}
