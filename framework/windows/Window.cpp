@@ -1,7 +1,6 @@
 #include "framework/windows/Window.h"
 
 #include "framework/app/Application.h"
-#include "framework/app/EndOfSession.h"
 #include "framework/app/ModalRun.h"
 #include "framework/base/EventEdge.h"
 #include "framework/menus/MenuBar.h"
@@ -111,8 +110,6 @@ void ContentWidget::resizeEvent(QResizeEvent* event) {
 
 void WindowWidget::closeEvent(QCloseEvent* event) {
     event->ignore(); // the window goes when Close says so
-    if (EndOfSessionIsAgreed())
-        EndWithSession();
     if (!window_.layout_.CloseButton)
         return; // left by its own buttons, also where the desktop has another way to close windows
     EventEdge::Run("window close", [window = Self(&window_)] { window->Close(); });
