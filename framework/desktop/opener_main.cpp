@@ -1,6 +1,7 @@
 // Talks to the desktop's file manager and openers: a process of its own, so that it outlives the program that asked.
 
 #include <gio/gio.h>
+#include <unistd.h>
 
 #include <string_view>
 
@@ -9,8 +10,24 @@ namespace {
 // A file manager that has to be started first may take its time.
 constexpr int kAnswerMilliseconds = 20000;
 
+constexpr const char* kBusAddress = "DBUS_SESSION_BUS_ADDRESS";
+constexpr const char* kNoBus = "disabled:";
+
+// Asking for a bus that nobody started would start one, with nobody to end it.
+void StartNoBus() {
+    char* usualPlace = g_build_filename(g_get_user_runtime_dir(), "bus", nullptr);
+    if (g_getenv(kBusAddress) == nullptr && access(usualPlace, F_OK) != 0)
+        g_setenv(kBusAddress, kNoBus, TRUE);
+    g_free(usualPlace);
+}
+
 bool OpenAddress(const char* address) {
-    return g_app_info_launch_default_for_uri(address, nullptr, nullptr) != 0;
+    GAppLaunchContext* context = g_app_launch_context_new();
+    if (g_strcmp0(g_getenv(kBusAddress), kNoBus) == 0)
+        g_app_launch_context_unsetenv(context, kBusAddress); // which is for this process only
+    const bool opened = g_app_info_launch_default_for_uri(address, context, nullptr) != 0;
+    g_object_unref(context);
+    return opened;
 }
 
 bool OpenFile(GFile* file) {
@@ -61,6 +78,7 @@ void FlushBus() {
 int main(int count, char** words) {
     if (count < 3)
         return 2;
+    StartNoBus();
 
     const std::string_view verb = words[1];
     bool done = true;

@@ -94,4 +94,5 @@ TEST_F(CutAndGlue, WithoutASessionBusTheProgramRunsAndOpensTheFolderInPlaceOfSho
     EXPECT_EQ(Start({"film.mov.001"}).End(), 0);
     EXPECT_TRUE(Holds(File("film.mov"), film));
     Await("the folder opened", [&] { return desktop.Opened() == Words{File("film.mov").parent_path()}; });
+    EXPECT_FALSE(Exists("../home/bus-wanted"));
 }
