@@ -5,6 +5,7 @@
 #include "framework/app/OpenEvents.h"
 #include "framework/app/RunningApplication.h"
 #include "framework/app/SessionBus.h"
+#include "framework/app/StartFailure.h"
 #include "framework/base/EventEdge.h"
 #include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
@@ -31,6 +32,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <exception>
 #include <optional>
 #include <set>
 #include <thread>
@@ -135,15 +137,16 @@ std::optional<std::vector<std::string>> FilesToOpen(int count, char** words, con
 // Files come in before Event_Open, which serves them when the windows are there; a start that names no file is told
 // after it. One whose files are all missing is none: it was meant to open something.
 void Begin(const std::optional<std::vector<std::string>>& paths, const std::function<Ref<Application>()>& startup) {
-    const bool begun = EventEdge::Run("the program could not start", [&] {
+    try {
         *application = startup();
         FollowTheWindowInFront();
         for (const std::string& path : paths.value_or(std::vector<std::string>()))
             (*application)->Event_OpenDocument(New<FolderItem>(path));
         (*application)->Event_Open();
-    });
-    if (!begun)
-        EndProcess(1);
+    } catch (const std::exception& failure) {
+        StopServing(program->Id);
+        FailStart(failure.what());
+    }
     if (!paths)
         EventEdge::Run("open event", [] { (*application)->Event_NewDocument(); });
 }
@@ -209,7 +212,9 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
     *program = identity;
     const std::set<const char*> missing = WordsWithoutFile(argumentCount, arguments);
     ReadingFonts readingFonts;
+    BeginToConnect();
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
+    EndToConnect();
     DescribeToToolkit();
     const auto paths = FilesToOpen(argumentCount, arguments, missing);
     readingFonts.Await(); // from here on, too, the environment may be changed

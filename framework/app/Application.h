@@ -60,8 +60,8 @@ private:
 
 // The life of a process: connects to the desktop, calls `startup`, which makes the application object, then serves
 // events until Quit. The arguments are files to open; with another instance running they are handed to it instead.
-// Returns 0 when an instance has taken the files over, and otherwise not at all: a start that fails ends the process
-// with 1.
+// Returns 0 when an instance has taken the files over, and otherwise not at all: a start that fails says why and ends
+// the process with 1.
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup);
 

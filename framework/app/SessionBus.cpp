@@ -123,3 +123,8 @@ bool HandOver(const std::string& programId, const std::optional<std::vector<std:
     // One that is merely slow has got the files: they must not be opened twice.
     return error.type() == QDBusError::NoReply || error.type() == QDBusError::TimedOut;
 }
+
+void StopServing(const std::string& programId) {
+    if (QDBusConnection::sessionBus().isConnected())
+        QDBusConnection::sessionBus().unregisterService(QString::fromStdString(programId));
+}

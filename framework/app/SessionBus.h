@@ -11,3 +11,6 @@
 // a start without a file. It comes forward either way. False if there is no instance, or it ended before it answered;
 // then this process has become the one that serves.
 bool HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths);
+
+// Leaves what is asked from now on to the next start.
+void StopServing(const std::string& programId);

@@ -84,6 +84,8 @@ protected:
 
     void ExpectNoStart(const std::string& languages, const std::string& reason) {
         Program& program = StartIn(languages);
+        program.OnlyWindow(); // tells it to who sees no standard error
+        desktop.Press({"Return"});
         EXPECT_EQ(program.End(), 1);
         EXPECT_EQ(program.Errors(), "ombrivel: the program could not start: " + reason + "\n");
     }
