@@ -218,8 +218,14 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
     DescribeToToolkit();
     const auto paths = FilesToOpen(argumentCount, arguments, missing);
     readingFonts.Await(); // from here on, too, the environment may be changed
-    if (HandOver(identity.Id, paths))
+    switch (HandOver(identity.Id, paths)) {
+    case HandedOver::Yes:
         return 0;
+    case HandedOver::Unanswered:
+        FailStart("it is running already, but does not answer");
+    case HandedOver::No:
+        break;
+    }
     on_exit(EndAtExit, nullptr);
     ListenToEndSignals([] { SaveAndEnd(0); });
     ListenToQueue();

@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr int kAnswerMilliseconds = 5000;
+constexpr int kAnswerMilliseconds = 2000;
 constexpr QLatin1String kInterface("org.freedesktop.Application");
 
 // "example.vendor.Program" lives at "/example/vendor/Program".
@@ -100,28 +100,29 @@ QDBusMessage Request(const QString& programId, const std::optional<std::vector<s
 
 } // namespace
 
-bool HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths) {
+HandedOver HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths) {
     if (!BusIsThere()) {
         RememberThatNoneIsThere();
-        return false;
+        return HandedOver::No;
     }
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
-        return false;
+        return HandedOver::No;
     const QString id = QString::fromStdString(programId);
     static const Immortal<ApplicationService> service;
     bus.registerVirtualObject(ObjectPath(id), &*service);
     if (bus.registerService(id))
-        return false;
+        return HandedOver::No;
     const QDBusError error(bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds));
     if (!error.isValid())
-        return true;
+        return HandedOver::Yes;
     // An instance that was about to end has taken nothing, but the bus may call that what it calls a slow one. Its name
     // is free now, and tells the two apart.
     if (bus.registerService(id))
-        return false;
+        return HandedOver::No;
     // One that is merely slow has got the files: they must not be opened twice.
-    return error.type() == QDBusError::NoReply || error.type() == QDBusError::TimedOut;
+    const bool slow = error.type() == QDBusError::NoReply || error.type() == QDBusError::TimedOut;
+    return slow ? HandedOver::Unanswered : HandedOver::No;
 }
 
 void StopServing(const std::string& programId) {

@@ -7,10 +7,15 @@
 // The program on the session bus, as org.freedesktop.Application has it: one instance serves, further starts hand their
 // files to it. Without a bus each start stands alone. Main thread.
 
+enum class HandedOver {
+    Yes,
+    No,         // there is no instance, or it ended before it answered: this process has become the one that serves
+    Unanswered, // an instance has got the files, and may open them yet
+};
+
 // Hands the files (absolute paths, of which there may be none left) to a running instance; without a list, tells it of
-// a start without a file. It comes forward either way. False if there is no instance, or it ended before it answered;
-// then this process has become the one that serves.
-bool HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths);
+// a start without a file. It comes forward either way.
+HandedOver HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths);
 
 // Leaves what is asked from now on to the next start.
 void StopServing(const std::string& programId);
