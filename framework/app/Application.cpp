@@ -1,5 +1,6 @@
 #include "framework/app/Application.h"
 
+#include "framework/app/Activation.h"
 #include "framework/app/EndOfSession.h"
 #include "framework/app/EndSignals.h"
 #include "framework/app/OpenEvents.h"
@@ -211,6 +212,7 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
                    const std::function<Ref<Application>()>& startup) {
     *program = identity;
     const std::set<const char*> missing = WordsWithoutFile(argumentCount, arguments);
+    const Activation activation = Activation::OfThisStart();
     ReadingFonts readingFonts;
     BeginToConnect();
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
@@ -218,8 +220,9 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
     DescribeToToolkit();
     const auto paths = FilesToOpen(argumentCount, arguments, missing);
     readingFonts.Await(); // from here on, too, the environment may be changed
-    switch (HandOver(identity.Id, paths)) {
+    switch (HandOver(identity.Id, paths, activation)) {
     case HandedOver::Yes:
+        EndBusyPointer(activation);
         return 0;
     case HandedOver::Unanswered:
         FailStart("it is running already, but does not answer");

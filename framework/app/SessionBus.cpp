@@ -1,12 +1,13 @@
 #include "framework/app/SessionBus.h"
 
+#include "framework/app/Activation.h"
 #include "framework/app/OpenEvents.h"
 #include "framework/base/Immortal.h"
 #include "framework/files/FileUri.h"
 #include "framework/files/FolderItem.h"
 #include "framework/windows/OpenWindows.h"
-#include "framework/windows/Window.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusMessage>
@@ -25,10 +26,24 @@ QString ObjectPath(const QString& programId) {
     return QLatin1Char('/') + QString(programId).replace(QLatin1Char('.'), QLatin1Char('/'));
 }
 
-void BringProgramToFront() {
-    const auto windows = OpenWindows::All();
-    for (const Ref<Window>& window : windows)
-        window->BringToFront();
+// What the launcher gave the other start along: the last argument of every request.
+constexpr QLatin1String kStartupId("desktop-startup-id");
+constexpr QLatin1String kToken("activation-token");
+
+QVariantMap PlatformData(const Activation& activation) {
+    QVariantMap data;
+    if (!activation.StartupId.empty())
+        data.insert(kStartupId, QString::fromStdString(activation.StartupId));
+    if (!activation.Token.empty())
+        data.insert(kToken, QString::fromStdString(activation.Token));
+    return data;
+}
+
+Activation ActivationIn(const QDBusMessage& request) {
+    if (!request.signature().endsWith(QLatin1String("a{sv}")))
+        return {};
+    const auto data = qdbus_cast<QVariantMap>(request.arguments().constLast());
+    return {data.value(kStartupId).toString().toStdString(), data.value(kToken).toString().toStdString()};
 }
 
 class ApplicationService : public QDBusVirtualObject {
@@ -51,10 +66,10 @@ public:
         if (message.isReplyRequired())
             bus.send(message.createReply());
         if (message.member() == QLatin1String("Activate")) {
-            BringProgramToFront();
+            OpenWindows::BringToFront(ActivationIn(message));
             OpenEvents::Instance().NewDocument();
         } else if (message.member() == QLatin1String("Open") && !message.arguments().isEmpty()) {
-            BringProgramToFront();
+            OpenWindows::BringToFront(ActivationIn(message));
             for (const QString& address : message.arguments().constFirst().toStringList())
                 OpenAddress(address.toStdString());
         }
@@ -84,7 +99,8 @@ void RememberThatNoneIsThere() {
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
-QDBusMessage Request(const QString& programId, const std::optional<std::vector<std::string>>& paths) {
+QDBusMessage Request(const QString& programId, const std::optional<std::vector<std::string>>& paths,
+                     const Activation& activation) {
     const bool activate = !paths;
     auto message = QDBusMessage::createMethodCall(programId, ObjectPath(programId), kInterface,
                                                   activate ? QStringLiteral("Activate") : QStringLiteral("Open"));
@@ -94,13 +110,14 @@ QDBusMessage Request(const QString& programId, const std::optional<std::vector<s
             addresses << QString::fromStdString(FileUriFromPath(path));
         message << addresses;
     }
-    message << QVariantMap();
+    message << PlatformData(activation);
     return message;
 }
 
 } // namespace
 
-HandedOver HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths) {
+HandedOver HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths,
+                    const Activation& activation) {
     if (!BusIsThere()) {
         RememberThatNoneIsThere();
         return HandedOver::No;
@@ -113,7 +130,7 @@ HandedOver HandOver(const std::string& programId, const std::optional<std::vecto
     bus.registerVirtualObject(ObjectPath(id), &*service);
     if (bus.registerService(id))
         return HandedOver::No;
-    const QDBusError error(bus.call(Request(id, paths), QDBus::Block, kAnswerMilliseconds));
+    const QDBusError error(bus.call(Request(id, paths, activation), QDBus::Block, kAnswerMilliseconds));
     if (!error.isValid())
         return HandedOver::Yes;
     // An instance that was about to end has taken nothing, but the bus may call that what it calls a slow one. Its name

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+struct Activation;
+
 // The program on the session bus, as org.freedesktop.Application has it: one instance serves, further starts hand their
 // files to it. Without a bus each start stands alone. Main thread.
 
@@ -15,7 +17,8 @@ enum class HandedOver {
 
 // Hands the files (absolute paths, of which there may be none left) to a running instance; without a list, tells it of
 // a start without a file. It comes forward either way.
-HandedOver HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths);
+HandedOver HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths,
+                    const Activation& activation);
 
 // Leaves what is asked from now on to the next start.
 void StopServing(const std::string& programId);

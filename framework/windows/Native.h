@@ -40,6 +40,7 @@ public:
     explicit WindowWidget(::Window& window) : window_(window) {}
 
 protected:
+    void changeEvent(QEvent*) override;
     void closeEvent(QCloseEvent*) override;
     void showEvent(QShowEvent*) override;
     void keyPressEvent(QKeyEvent*) override;

@@ -1,5 +1,6 @@
 #include "framework/windows/OpenWindows.h"
 
+#include "framework/app/Activation.h"
 #include "framework/base/Immortal.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/Window.h"
@@ -7,6 +8,7 @@
 #include <QApplication>
 
 #include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -17,10 +19,6 @@ std::vector<Ref<Window>>& Windows() {
 
 } // namespace
 
-std::vector<Ref<Window>> OpenWindows::All() {
-    return Windows();
-}
-
 Ref<Window> OpenWindows::InFront() {
     const QWidget* const active = QApplication::activeWindow();
     for (const Ref<Window>& window : Windows()) {
@@ -28,6 +26,23 @@ Ref<Window> OpenWindows::InFront() {
             return window;
     }
     return nullptr;
+}
+
+void OpenWindows::BringToFront(const Activation& activation) {
+    std::vector<Ref<Window>> windows = Windows();
+    std::erase_if(windows, [](const Ref<Window>& window) { return !window->ComesForward(); });
+    std::stable_sort(windows.begin(), windows.end(), [](const Ref<Window>& one, const Ref<Window>& other) {
+        return one->inFrontSince_ < other->inFrontSince_;
+    });
+    for (const Ref<Window>& window : windows)
+        window->Raise();
+    QWidget* front = QApplication::activeModalWidget();
+    if (front == nullptr && !windows.empty())
+        front = NativeWindow::Of(*windows.back()).widget;
+    if (front != nullptr)
+        Activate(*front, activation);
+    else
+        EndBusyPointer(activation);
 }
 
 void OpenWindows::Add(const Ref<Window>& window) {
@@ -43,12 +58,12 @@ bool OpenWindows::AnyIsAsking() {
 }
 
 bool OpenWindows::Refuse() {
-    const std::vector<Ref<Window>> windows = All(); // which the answers may change
+    const std::vector<Ref<Window>> windows = Windows(); // which the answers may change
     return std::any_of(windows.rbegin(), windows.rend(),
                        [](const Ref<Window>& window) { return !window->Closed() && window->RefusesClose(true); });
 }
 
 void OpenWindows::Close() {
-    const std::vector<Ref<Window>> windows = All();
+    const std::vector<Ref<Window>> windows = Windows();
     std::for_each(windows.rbegin(), windows.rend(), [](const Ref<Window>& window) { window->FinishClose(); });
 }

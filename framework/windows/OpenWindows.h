@@ -2,15 +2,16 @@
 
 #include "framework/base/Ref.h"
 
-#include <vector>
-
 class Window;
+struct Activation;
 
 // The open windows, and their side of a quit. For the framework's sources. Main thread.
 class OpenWindows {
 public:
-    static std::vector<Ref<Window>> All(); // in the order of their making
-    static Ref<Window> InFront();          // nil if none of ours is
+    static Ref<Window> InFront(); // nil if none of ours is
+    // Brings the program forward: its windows in the order in which they stood, those that are minimised left alone
+    // but for the main one.
+    static void BringToFront(const Activation& activation);
 
     static void Add(const Ref<Window>& window);
     static void Remove(const Ref<Window>& window);

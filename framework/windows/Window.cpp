@@ -108,6 +108,13 @@ void ContentWidget::resizeEvent(QResizeEvent* event) {
     window_.ContentResized(grown.width(), grown.height());
 }
 
+void WindowWidget::changeEvent(QEvent* event) {
+    static int64_t cameToFront = 0;
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        window_.inFrontSince_ = ++cameToFront;
+    QMainWindow::changeEvent(event);
+}
+
 void WindowWidget::closeEvent(QCloseEvent* event) {
     event->ignore(); // the window goes when Close says so
     if (!window_.layout_.CloseButton)
@@ -252,9 +259,18 @@ void Window::FinishClose() {
 void Window::BringToFront() {
     if (!native_->widget)
         return;
+    Raise();
+    native_->widget->activateWindow();
+}
+
+// The one with the menu bar is the main window.
+bool Window::ComesForward() const {
+    return native_->widget && native_->widget->isVisible() && (layout_.HoldsMenuBar || !native_->widget->isMinimized());
+}
+
+void Window::Raise() {
     native_->widget->setWindowState(native_->widget->windowState() & ~Qt::WindowMinimized);
     native_->widget->raise();
-    native_->widget->activateWindow();
 }
 
 void Window::SetAccessibleName(const std::string& name) {

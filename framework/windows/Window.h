@@ -96,6 +96,8 @@ private:
     friend class WindowWidget;
     friend class ContentWidget;
     friend class Control;
+    bool ComesForward() const;
+    void Raise();
     bool RefusesClose(bool quitting);
     void FinishClose();
     void AddControl(const Ref<Control>& control, const ControlLayout& layout);
@@ -109,6 +111,7 @@ private:
     ::MenuHandlers menuHandlers_;
     std::unique_ptr<NativeWindow> native_;
     std::vector<Ref<Control>> controls_; // back to front
+    int64_t inFrontSince_ = 0;           // counts how often any window has come to the front
     bool asking_ = false;
     bool closed_ = false;
 };
