@@ -59,8 +59,7 @@ public:
     }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
-        const bool known = message.member() == QLatin1String("Activate") || message.member() == QLatin1String("Open");
-        if (message.interface() != kInterface || !known)
+        if (message.interface() != kInterface || !Knows(message.member()))
             return false;
         // The caller gets its answer first: opening a file may take a dialog.
         if (message.isReplyRequired())
@@ -73,10 +72,15 @@ public:
             for (const QString& address : message.arguments().constFirst().toStringList())
                 OpenAddress(address.toStdString());
         }
-        return true;
+        return true; // to an action too, of which the program has none
     }
 
 private:
+    static bool Knows(const QString& method) {
+        return method == QLatin1String("Activate") || method == QLatin1String("Open") ||
+               method == QLatin1String("ActivateAction");
+    }
+
     static void OpenAddress(const std::string& address) {
         const std::string path = PathFromFileUri(address);
         if (!path.empty())

@@ -99,6 +99,7 @@ TEST_F(SecondStart, BringsTheWindowsForwardAsTheyStoodAndEndsTheBusyPointer) {
     desktop.Do({"windowminimize", "--sync", std::to_string(main)});
     EXPECT_EQ(StartAgain({}), 0);
     EXPECT_EQ(program.OnlyWindow(), main);
+    EXPECT_EQ(desktop.Pretend({"act", "example.halvrick.Ombrivel"}).Output(), "answered\n");
 }
 
 TEST_F(SecondStart, TellsOfAnInstanceThatHangsAndNothingIsOpenedTwice) {

@@ -1,7 +1,7 @@
 // The program's neighbours on a desktop, as far as the tests need them: a file manager that writes down what it is
 // asked to show, another instance of the program itself, which is just about to end, and a window out of which files
-// are dragged.
-// usage: program_pretend NAME-ON-THE-BUS | drag ADDRESS...
+// are dragged, and a launcher that asks for an action.
+// usage: program_pretend NAME-ON-THE-BUS | drag ADDRESS... | act NAME-ON-THE-BUS
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -66,6 +66,19 @@ private:
     QByteArray addresses_;
 };
 
+QString PathOf(QString name) {
+    return QLatin1Char('/') + name.replace(u'.', u'/');
+}
+
+// Says what comes of it.
+void AskForAction(QDBusConnection& bus, const QString& name) {
+    auto request = QDBusMessage::createMethodCall(name, PathOf(name), QStringLiteral("org.freedesktop.Application"),
+                                                  QStringLiteral("ActivateAction"));
+    request << QStringLiteral("unknown") << QVariantList() << QVariantMap();
+    const QDBusMessage answer = bus.call(request);
+    Say(answer.type() == QDBusMessage::ReplyMessage ? "answered" : answer.errorName().toUtf8());
+}
+
 } // namespace
 
 int main(int count, char** words) {
@@ -76,8 +89,9 @@ int main(int count, char** words) {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (role == QLatin1String("drag"))
         dragSource.show();
-    else if (!bus.registerVirtualObject(QLatin1Char('/') + QString(role).replace(u'.', u'/'), &service) ||
-             !bus.registerService(role))
+    else if (role == QLatin1String("act"))
+        AskForAction(bus, QApplication::arguments().at(2));
+    else if (!bus.registerVirtualObject(PathOf(role), &service) || !bus.registerService(role))
         return 1;
     std::fputs("ready\n", stderr);
     return QApplication::exec();
