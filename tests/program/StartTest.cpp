@@ -61,12 +61,12 @@ using AStart = WholeProgramTest;
 using SecondStart = WholeProgramTest;
 
 TEST_F(AStart, NeedsADisplayAndTellsInOneLineThatThereIsNone) {
-    for (const std::string display : {"", "nowhere"}) {
+    const std::string line = "ombrivel: the program could not start: no display: could not connect to display";
+    for (const auto& [display, end] : {std::pair("", "\n"), {"nowhere", " nowhere\n"}}) {
         environment["DISPLAY"] = display;
         Program& program = Start({});
         EXPECT_EQ(program.End(), 1);
-        const std::string line = "ombrivel: the program could not start: no display: could not connect to display";
-        EXPECT_EQ(program.Errors(), line + (display.empty() ? "" : " ") + display + "\n");
+        EXPECT_EQ(program.Errors(), line + end);
     }
 }
 
