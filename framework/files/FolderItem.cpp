@@ -75,22 +75,25 @@ void WriteCode(int descriptor, const char* attribute, const std::string& code, b
         fremovexattr(descriptor, attribute);
 }
 
-// Opens plain files only: a pipe or a device could make the caller wait for ever.
+// Opens plain files only: a pipe or a device could make the caller wait for ever. Whoever waits at the other end of a
+// pipe would take even an open and a close for the partner that comes and goes, so this looks before it opens.
 int OpenPlain(const std::string& path, int flags) {
-    if (path.empty())
+    const int found = open(path.c_str(), O_PATH | O_CLOEXEC | (flags & O_NOFOLLOW));
+    if (found < 0)
         return -1;
-    flags |= O_CLOEXEC | O_NOCTTY;
-    int descriptor = open(path.c_str(), flags | O_NONBLOCK, 0666);
     struct stat status = {};
-    // Another program has a lease on the file (a server does, for a client that keeps a copy) and has just been asked
-    // to give it back. That takes a moment, and the system sees to it that it comes to an end.
-    if (descriptor < 0 && errno == EWOULDBLOCK && stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode))
-        descriptor = open(path.c_str(), flags, 0666);
-    if (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
-        close(descriptor);
-        return -1;
-    }
+    int descriptor = -1;
+    // By way of the descriptor, so that it is the same file. Another program may have a lease on it (a server does, for
+    // a client that keeps a copy): this waits until that is given back, which the system sees to.
+    if (fstat(found, &status) == 0 && S_ISREG(status.st_mode))
+        descriptor = open(("/proc/self/fd/" + std::to_string(found)).c_str(), (flags & ~O_NOFOLLOW) | O_CLOEXEC);
+    close(found);
     return descriptor;
+}
+
+// Fails where anything is there, a link that leads nowhere included.
+int CreatePlain(const std::string& path) {
+    return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
 }
 
 Ref<BinaryStream> StreamInto(int descriptor, const std::string& fileTypeName, bool isNew) {
@@ -198,14 +201,14 @@ Ref<BinaryStream> FolderItem::OpenAsBinaryFile(bool forWriting) const {
 }
 
 Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& fileTypeName) const {
-    const int made = OpenPlain(path_, O_WRONLY | O_CREAT | O_EXCL);
+    const int made = CreatePlain(path_);
     if (made < 0 && errno == EEXIST)
-        return StreamInto(OpenPlain(path_, O_WRONLY | O_CREAT | O_TRUNC), fileTypeName, false);
+        return StreamInto(OpenPlain(path_, O_WRONLY | O_TRUNC), fileTypeName, false);
     return StreamInto(made, fileTypeName, true);
 }
 
 Ref<BinaryStream> FolderItem::CreateNewBinaryFile(const std::string& fileTypeName) const {
-    return StreamInto(OpenPlain(path_, O_WRONLY | O_CREAT | O_EXCL), fileTypeName, true);
+    return StreamInto(CreatePlain(path_), fileTypeName, true);
 }
 
 Ref<TextInputStream> FolderItem::OpenAsTextFile() const {
@@ -214,7 +217,9 @@ Ref<TextInputStream> FolderItem::OpenAsTextFile() const {
 }
 
 Ref<TextOutputStream> FolderItem::CreateTextFile() const {
-    const int descriptor = OpenPlain(path_, O_WRONLY | O_CREAT | O_TRUNC);
+    int descriptor = CreatePlain(path_);
+    if (descriptor < 0 && errno == EEXIST)
+        descriptor = OpenPlain(path_, O_WRONLY | O_TRUNC);
     return descriptor < 0 ? nullptr : New<TextOutputStream>(descriptor);
 }
 

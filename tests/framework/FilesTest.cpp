@@ -3,6 +3,7 @@
 #include "framework/files/FileUri.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/files/TextInputStream.h"
+#include "framework/files/TextOutputStream.h"
 #include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -75,17 +77,23 @@ TEST(Files, AFileIsAPartByItsCodeOrElseByItsExtension) {
 
 int leased = -1;
 
-// Opening a pipe would wait for its other end for ever. The holder of a lease is asked by a signal to give it back.
+// Opening a pipe could wait for its other end for ever, and lets that end down. The holder of a lease is asked by a
+// signal to give it back.
 TEST(Files, OnlyPlainFilesAreOpenedAndOneUnderALeaseIsWaitedFor) {
     const TestFolder folder;
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    pollfd reader = {open(folder.Path("pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC), POLLIN, 0};
     std::filesystem::create_directory(folder.Path("folder"));
     for (const Ref<FolderItem>& item : {folder.Item("pipe"), folder.Item("folder")}) {
         EXPECT_TRUE(item->OpenAsBinaryFile(false).IsNil());
+        EXPECT_TRUE(item->OpenAsBinaryFile(true).IsNil());
         EXPECT_TRUE(item->OpenAsTextFile().IsNil());
         EXPECT_TRUE(item->CreateBinaryFile("").IsNil());
+        EXPECT_TRUE(item->CreateTextFile().IsNil());
         EXPECT_EQ(item->Length(), 0U);
     }
+    EXPECT_EQ(poll(&reader, 1, 0), 0) << "nobody has come and gone";
+    close(reader.fd);
     folder.Write("file", "x");
     leased = open(folder.Path("file").c_str(), O_RDONLY | O_CLOEXEC);
     if (fcntl(leased, F_SETLEASE, F_WRLCK) != 0)
