@@ -36,7 +36,7 @@ void claPreferences::Load() {
 }
 
 void claPreferences::Save() const {
-    const Ref<BinaryStream> stream = file_->CreateBinaryFile(FileTypes::Unknown()->Operator_Convert());
+    const Ref<BinaryStream> stream = file_->ReplaceBinaryFile(FileTypes::Unknown()->Operator_Convert());
     stream->WritePString(PreferencesVersion);
     stream->WritePString(Language);
     stream->WriteBoolean(AutoQuit);

@@ -24,7 +24,8 @@ public:
     // Reads the file, if it is there and of this version. Holding Shift leaves the defaults in force instead. A file
     // that can't be opened is a nil object failure.
     void Load();
-    // Writes the file anew. A file that can't be created is a nil object failure; what can't be written goes unnoticed.
+    // Replaces the file by a new one. A file that can't be created is a nil object failure; what can't be written goes
+    // unnoticed, and the older file stays.
     void Save() const;
 
 private:

@@ -181,7 +181,7 @@ bool BinaryStream::AtEOF() {
 void BinaryStream::Close() {
     if (descriptor_ >= 0) {
         ReturnRoom();
-        ::close(descriptor_);
+        failed_ = ::close(descriptor_) != 0 || failed_; // a server may tell only now
     }
     descriptor_ = -1;
 }
@@ -229,8 +229,10 @@ int64_t BinaryStream::ReadInto(char* buffer, int64_t count) {
 bool BinaryStream::WriteAll(const char* data, int64_t count) {
     while (count > 0) {
         const int64_t step = Uninterrupted([&] { return ::write(descriptor_, data, static_cast<std::size_t>(count)); });
-        if (step <= 0)
+        if (step <= 0) {
+            failed_ = true;
             return false;
+        }
         data += step;
         count -= step;
         position_ += step;

@@ -13,7 +13,7 @@ class BinaryStream : public Object {
 public:
     // Takes over an open descriptor of a plain file.
     explicit BinaryStream(int descriptor) : descriptor_(descriptor) {}
-    ~BinaryStream() override { Close(); }
+    ~BinaryStream() override { BinaryStream::Close(); }
 
     // Up to `count` bytes, fewer before the end, none behind it or for a count below 1.
     std::string Read(int32_t count);
@@ -29,12 +29,16 @@ public:
     // True when all bytes have been read; for an empty file at once. (Plain EOF is a macro of the C library.)
     bool AtEOF();
     // A second call is harmless. A closed stream is at its end and swallows what is written.
-    void Close();
+    virtual void Close();
 
     std::string ReadPString();                // one length byte, then that many bytes
     void WritePString(std::string_view text); // cut at 255 bytes
     bool ReadBoolean();                       // one byte; false behind the end
     void WriteBoolean(bool value);
+
+protected:
+    // Whether something that was written is missing from the file.
+    bool HasFailed() const { return failed_; }
 
 private:
     // How bytes get from a stream to another. Sharing is tried first and, once the system declines it, left for the way
@@ -60,5 +64,6 @@ private:
     int64_t shared_ = 0;    // of a source: bytes behind the position that the file written to shares already
     const BinaryStream* sharedWith_ = nullptr; // of a source: that file
     bool ended_ = false;                       // a read failed or came back empty
+    bool failed_ = false;                      // a write did, or the closing of what was written
     Way way_ = Way::Share;                     // of a source
 };

@@ -1,8 +1,10 @@
 #include "framework/files/FolderItem.h"
 
+#include "framework/base/Random.h"
 #include "framework/desktop/Helper.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FileType.h"
+#include "framework/files/ReplacingStream.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/files/TextInputStream.h"
 #include "framework/files/TextOutputStream.h"
@@ -19,6 +21,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <tuple>
 
 namespace {
 
@@ -96,12 +99,37 @@ int CreatePlain(const std::string& path) {
     return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
 }
 
-Ref<BinaryStream> StreamInto(int descriptor, const std::string& fileTypeName, bool isNew) {
-    if (descriptor < 0)
-        return nullptr;
+// Where a link leads, by way of further ones, whether or not anything is there. Empty for links that run in a circle.
+std::string EndOfLinks(const std::string& path) {
+    constexpr int kMostLinks = 40; // as the system has it
+    std::filesystem::path end = path;
+    std::error_code noLink;
+    for (int i = 0; i < kMostLinks; ++i) {
+        const std::filesystem::path next = std::filesystem::read_symlink(end, noLink);
+        if (noLink)
+            return end.string();
+        end = end.parent_path() / next;
+    }
+    return {};
+}
+
+bool IsPlainAndWritable(const std::string& path) {
+    const int descriptor = OpenPlain(path, O_WRONLY);
+    if (descriptor >= 0)
+        close(descriptor);
+    return descriptor >= 0;
+}
+
+void WriteCodes(int descriptor, const std::string& fileTypeName, bool isNew) {
     const Ref<FileType> type = FileType::Named(fileTypeName);
     WriteCode(descriptor, kTypeAttribute, type.IsNil() ? kNoFileCode : type->MacType, isNew);
     WriteCode(descriptor, kCreatorAttribute, type.IsNil() ? kNoFileCode : type->MacCreator, isNew);
+}
+
+Ref<BinaryStream> StreamInto(int descriptor, const std::string& fileTypeName, bool isNew) {
+    if (descriptor < 0)
+        return nullptr;
+    WriteCodes(descriptor, fileTypeName, isNew);
     return New<BinaryStream>(descriptor);
 }
 
@@ -209,6 +237,24 @@ Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& fileTypeName) 
 
 Ref<BinaryStream> FolderItem::CreateNewBinaryFile(const std::string& fileTypeName) const {
     return StreamInto(CreatePlain(path_), fileTypeName, true);
+}
+
+Ref<BinaryStream> FolderItem::ReplaceBinaryFile(const std::string& fileTypeName) const {
+    const std::string place = EndOfLinks(path_);
+    struct stat older = {};
+    const bool replaces = lstat(place.c_str(), &older) == 0;
+    if (place.empty() || (replaces && !IsPlainAndWritable(place)))
+        return nullptr;
+    const std::string beside = place + "." + std::to_string(Random().InRange(0, INT32_MAX));
+    const int descriptor = CreatePlain(beside);
+    if (descriptor < 0)
+        return nullptr;
+    if (replaces) {
+        std::ignore = fchown(descriptor, older.st_uid, older.st_gid);
+        fchmod(descriptor, older.st_mode & ALLPERMS);
+    }
+    WriteCodes(descriptor, fileTypeName, true);
+    return New<ReplacingStream>(descriptor, beside, place);
 }
 
 Ref<TextInputStream> FolderItem::OpenAsTextFile() const {

@@ -54,6 +54,10 @@ public:
     Ref<BinaryStream> CreateBinaryFile(const std::string& fileTypeName) const;
     // The same, but nil also when anything is there: what another program makes at that moment is never emptied.
     Ref<BinaryStream> CreateNewBinaryFile(const std::string& fileTypeName) const;
+    // The same, but what is there is replaced as a whole when the stream is closed, and only if all could be written
+    // (see ReplacingStream). The new file has the older one's owner and permissions; a link stays, and what it leads to
+    // is replaced. Nil also when the file that is there may not be written.
+    Ref<BinaryStream> ReplaceBinaryFile(const std::string& fileTypeName) const;
     Ref<TextInputStream> OpenAsTextFile() const; // nil when that fails
     // Makes a new empty text file, or empties the one that is there; nil when that fails.
     Ref<TextOutputStream> CreateTextFile() const;

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 
 namespace {
 
@@ -106,6 +108,35 @@ TEST(Preferences, EachSettingHasItsByteAndAFileThatIsNotQuiteOneIsTakenForWhatIt
         preferences->Save();
         EXPECT_EQ(ReadFile(file), whole);
     }
+}
+
+TEST(Preferences, AreReplacedAtOnceAndAsAWholeBehindALinkToo) {
+    namespace fs = std::filesystem;
+    const TestFolder folder;
+    const fs::path link = SpecialFolder::Preferences()->Child("Ombrivel 1.0.0 Preferences")->AbsolutePath();
+    fs::remove(link);
+    fs::create_symlink(folder.Path("file"), link);
+    claPreferences preferences;
+    preferences.Save(); // where nothing is yet
+    const std::string first = BytesOf(preferences);
+    fs::permissions(folder.Path("file"), fs::perms(0640));
+    std::ifstream older(folder.Path("file"));
+    preferences.Language = "Klingon";
+    {
+        const FileSizeLimit limit(first.size());
+        preferences.Save();
+    }
+    EXPECT_EQ(folder.Read("file"), first) << "where the disk is full";
+    preferences.Save();
+    EXPECT_EQ(folder.Read("file"), BytesOf(preferences));
+    EXPECT_EQ(std::string(std::istreambuf_iterator(older), {}), first) << "for who reads it meanwhile";
+    EXPECT_EQ(fs::status(folder.Path("file")).permissions(), fs::perms(0640));
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(folder.Names(), std::vector{"file"s}) << "nothing is left beside it";
+    fs::remove(folder.Path("file"));
+    fs::create_directory(folder.Path("file"));
+    EXPECT_THROW(preferences.Save(), NilObjectException);
+    fs::remove(link);
 }
 
 } // namespace

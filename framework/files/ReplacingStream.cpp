@@ -1,0 +1,21 @@
+#include "framework/files/ReplacingStream.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <utility>
+
+ReplacingStream::ReplacingStream(int descriptor, std::string written, std::string place)
+    : BinaryStream(descriptor), written_(std::move(written)), place_(std::move(place)) {}
+
+ReplacingStream::~ReplacingStream() {
+    if (!written_.empty())
+        unlink(written_.c_str());
+}
+
+// The disk is not waited for: the program closes such a file as it ends, when a worker may keep the disk busy for long.
+void ReplacingStream::Close() {
+    BinaryStream::Close();
+    if (!HasFailed() && std::rename(written_.c_str(), place_.c_str()) == 0)
+        written_.clear();
+}
