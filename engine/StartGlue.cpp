@@ -28,7 +28,7 @@ bool IsInUse(const FolderItem& file, const std::vector<Ref<FolderItem>>& inUse) 
 void MakeTarget(claDecodeThread& glue) {
     for (int32_t n = 0;; ++n) {
         glue.File = glue.Folder->Child(n == 0 ? glue.FileName : NumberedVariant(glue.FileName, n));
-        glue.StreamOut = glue.File->CreateNewBinaryFile(FileTypes::Unknown()->Operator_Convert());
+        glue.StreamOut = glue.File->CreateBinaryFile(FileTypes::Unknown()->Operator_Convert());
         if (!glue.StreamOut.IsNil() || !glue.File->Exists()) // made, or it can't be made at all
             return;
         RuntimeBackgroundTask();

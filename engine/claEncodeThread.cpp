@@ -15,6 +15,21 @@
 #include "ui/claFilePerformInfo.h"
 #include "ui/winMain.h"
 
+namespace {
+
+// The name was made sure of before. What has come to stand there since (a source that grows runs into the tail of an
+// older series) goes to the Trash; where it can't, there is no part.
+Ref<BinaryStream> CreatePart(const FolderItem& file) {
+    const std::string type = FileTypes::OmbrivelPart()->Operator_Convert();
+    const Ref<BinaryStream> part = file.CreateBinaryFile(type);
+    if (!part.IsNil() || !file.Exists())
+        return part;
+    file.MoveFileTo(SpecialFolder::Trash());
+    return file.CreateBinaryFile(type);
+}
+
+} // namespace
+
 void claEncodeThread::Event_RunThread() {
     auto promise = std::move(Promise); // whatever ends this body ends it too
     const Ref<claFilePerformInfo> info = AddRow();
@@ -25,9 +40,7 @@ void claEncodeThread::Event_RunThread() {
             break;
         ++counter;
         const Ref<FolderItem> file = Folder->Child(PartName(FileName, counter));
-        // The name was made sure of before. But for a source that grows meanwhile: its further parts may run over the
-        // tail of an older series. That is accepted.
-        part = file->CreateBinaryFile(FileTypes::OmbrivelPart()->Operator_Convert());
+        part = CreatePart(*file);
         promise = nullptr;
         info->SetStatus("MainStatusCreatingPart", counter);
         FillPart(*part, *info);

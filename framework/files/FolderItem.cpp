@@ -71,11 +71,9 @@ void WriteCode(const std::string& path, const char* attribute, const std::string
         setxattr(path.c_str(), attribute, code.data(), code.size(), 0);
 }
 
-void WriteCode(int descriptor, const char* attribute, const std::string& code, bool isNew) {
+void WriteCode(int newFile, const char* attribute, const std::string& code) {
     if (!StandsForNone(code))
-        fsetxattr(descriptor, attribute, code.data(), code.size(), 0);
-    else if (!isNew)
-        fremovexattr(descriptor, attribute);
+        fsetxattr(newFile, attribute, code.data(), code.size(), 0);
 }
 
 // Opens plain files only: a pipe or a device could make the caller wait for ever. Whoever waits at the other end of a
@@ -120,17 +118,13 @@ bool IsPlainAndWritable(const std::string& path) {
     return descriptor >= 0;
 }
 
-void WriteCodes(int descriptor, const std::string& fileTypeName, bool isNew) {
+// Gives a new file the codes of the type of that name, which may be none.
+void WriteCodes(int descriptor, const std::string& fileTypeName) {
     const Ref<FileType> type = FileType::Named(fileTypeName);
-    WriteCode(descriptor, kTypeAttribute, type.IsNil() ? kNoFileCode : type->MacType, isNew);
-    WriteCode(descriptor, kCreatorAttribute, type.IsNil() ? kNoFileCode : type->MacCreator, isNew);
-}
-
-Ref<BinaryStream> StreamInto(int descriptor, const std::string& fileTypeName, bool isNew) {
-    if (descriptor < 0)
-        return nullptr;
-    WriteCodes(descriptor, fileTypeName, isNew);
-    return New<BinaryStream>(descriptor);
+    if (type.IsNil())
+        return;
+    WriteCode(descriptor, kTypeAttribute, type->MacType);
+    WriteCode(descriptor, kCreatorAttribute, type->MacCreator);
 }
 
 } // namespace
@@ -229,14 +223,11 @@ Ref<BinaryStream> FolderItem::OpenAsBinaryFile(bool forWriting) const {
 }
 
 Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& fileTypeName) const {
-    const int made = CreatePlain(path_);
-    if (made < 0 && errno == EEXIST)
-        return StreamInto(OpenPlain(path_, O_WRONLY | O_TRUNC), fileTypeName, false);
-    return StreamInto(made, fileTypeName, true);
-}
-
-Ref<BinaryStream> FolderItem::CreateNewBinaryFile(const std::string& fileTypeName) const {
-    return StreamInto(CreatePlain(path_), fileTypeName, true);
+    const int descriptor = CreatePlain(path_);
+    if (descriptor < 0)
+        return nullptr;
+    WriteCodes(descriptor, fileTypeName);
+    return New<BinaryStream>(descriptor);
 }
 
 Ref<BinaryStream> FolderItem::ReplaceBinaryFile(const std::string& fileTypeName) const {
@@ -253,7 +244,7 @@ Ref<BinaryStream> FolderItem::ReplaceBinaryFile(const std::string& fileTypeName)
         std::ignore = fchown(descriptor, older.st_uid, older.st_gid);
         fchmod(descriptor, older.st_mode & ALLPERMS);
     }
-    WriteCodes(descriptor, fileTypeName, true);
+    WriteCodes(descriptor, fileTypeName);
     return New<ReplacingStream>(descriptor, beside, place);
 }
 

@@ -49,14 +49,12 @@ public:
 
     // Opens a plain file's data, for reading or for reading and writing; nil when that fails.
     Ref<BinaryStream> OpenAsBinaryFile(bool forWriting) const;
-    // Makes a new empty file, in place of one that is there, with the codes of the registered type of that name, and
-    // opens it for writing; nil when that fails.
+    // Makes a new empty file with the codes of the registered type of that name, and opens it for writing; nil when
+    // that fails, and when anything is there: nothing is emptied, and no link followed.
     Ref<BinaryStream> CreateBinaryFile(const std::string& fileTypeName) const;
-    // The same, but nil also when anything is there: what another program makes at that moment is never emptied.
-    Ref<BinaryStream> CreateNewBinaryFile(const std::string& fileTypeName) const;
-    // The same, but what is there is replaced as a whole when the stream is closed, and only if all could be written
-    // (see ReplacingStream). The new file has the older one's owner and permissions; a link stays, and what it leads to
-    // is replaced. Nil also when the file that is there may not be written.
+    // The same, but a file that is there is replaced as a whole when the stream is closed, and only if all could be
+    // written (see ReplacingStream). The new file has the older one's owner and permissions; a link stays, and what it
+    // leads to is replaced. Nil also when the file that is there may not be written.
     Ref<BinaryStream> ReplaceBinaryFile(const std::string& fileTypeName) const;
     Ref<TextInputStream> OpenAsTextFile() const; // nil when that fails
     // Makes a new empty text file, or empties the one that is there; nil when that fails.

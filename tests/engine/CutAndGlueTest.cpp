@@ -83,6 +83,32 @@ TEST_F(CutTest, FindsABaseThatNoPartIsInTheWayOf) {
         EXPECT_EQ(FreeBaseName(*New<FolderItem>(folder.Path()), name, count), base) << count;
 }
 
+// As by a source that grows, or by another program. A name that is too long for the Trash stays, and ends the cut.
+TEST_F(CutTest, WhatComesToStandUnderAPartsNameGoesToTheTrash) {
+    const std::string film = Pattern(2 * kMegabyte);
+    const std::string longest(251, 'n');
+    onRow = [&](claFilePerformInfo& row) {
+        folder.Write(row.Name + ".001", "foreign");
+        if (row.Name == longest)
+            return;
+        std::filesystem::create_symlink("document", folder.Path("film.002"));
+        std::filesystem::create_symlink("nowhere", folder.Path("film.003"));
+        std::filesystem::create_directories(folder.Path("film.004/inside"));
+    };
+    for (const std::string& name : {"film"s, longest}) {
+        folder.Write(name, film);
+        folder.Write("document", "of the user");
+        Cut(name, "0.5");
+        EXPECT_TRUE(WaitForWorkers());
+    }
+    EXPECT_TRUE(HoldsSlices("film", film, kMegabyte / 2));
+    EXPECT_EQ(folder.Read("document"), "of the user");
+    EXPECT_EQ(TrashedNames(), (Names{"film.001", "film.002", "film.003", "film.004"}));
+    EXPECT_EQ(folder.Read(longest + ".001"), "foreign");
+    EXPECT_FALSE(folder.Item("nowhere")->Exists());
+    EXPECT_EQ(List().Info.size(), 1U);
+}
+
 TEST_F(CutTest, FilesThatComeMeanwhileAreServedInTheirOrderUnderNamesOfTheirOwn) {
     const std::string film = Pattern(2 * kMegabyte);
     for (const auto& [name, size] : {std::pair("film.mov", film.size()), {"a", 1}, {"b", 2}, {"c", 3}})
