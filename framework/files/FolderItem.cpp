@@ -218,7 +218,7 @@ void FolderItem::SetMacCreator(const std::string& code) const {
 }
 
 Ref<BinaryStream> FolderItem::OpenAsBinaryFile(bool forWriting) const {
-    const int descriptor = OpenPlain(path_, forWriting ? O_RDWR : O_RDONLY);
+    const int descriptor = OpenPlain(path_, forWriting ? O_RDWR | O_NOFOLLOW : O_RDONLY);
     return descriptor < 0 ? nullptr : New<BinaryStream>(descriptor);
 }
 
@@ -256,7 +256,7 @@ Ref<TextInputStream> FolderItem::OpenAsTextFile() const {
 Ref<TextOutputStream> FolderItem::CreateTextFile() const {
     int descriptor = CreatePlain(path_);
     if (descriptor < 0 && errno == EEXIST)
-        descriptor = OpenPlain(path_, O_WRONLY | O_TRUNC);
+        descriptor = OpenPlain(path_, O_WRONLY | O_TRUNC | O_NOFOLLOW);
     return descriptor < 0 ? nullptr : New<TextOutputStream>(descriptor);
 }
 

@@ -47,7 +47,8 @@ public:
     void SetMacType(const std::string& code) const; // "????" or four blanks take the code away
     void SetMacCreator(const std::string& code) const;
 
-    // Opens a plain file's data, for reading or for reading and writing; nil when that fails.
+    // Opens a plain file's data, for reading or for reading and writing; nil when that fails, and for writing also when
+    // the file is a link.
     Ref<BinaryStream> OpenAsBinaryFile(bool forWriting) const;
     // Makes a new empty file with the codes of the registered type of that name, and opens it for writing; nil when
     // that fails, and when anything is there: nothing is emptied, and no link followed.
@@ -57,7 +58,7 @@ public:
     // leads to is replaced. Nil also when the file that is there may not be written.
     Ref<BinaryStream> ReplaceBinaryFile(const std::string& fileTypeName) const;
     Ref<TextInputStream> OpenAsTextFile() const; // nil when that fails
-    // Makes a new empty text file, or empties the one that is there; nil when that fails.
+    // Makes a new empty text file, or empties the one that is there; nil when that fails, and when a link is there.
     Ref<TextOutputStream> CreateTextFile() const;
     Ref<Picture> OpenAsPicture() const; // nil when that fails; main thread
     Ref<Sound> OpenAsSound() const;     // nil when there is no such file; main thread

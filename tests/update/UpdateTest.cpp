@@ -186,14 +186,18 @@ TEST_F(UpdateTest, ADownloadShowsHowFarItIsAndEndsAsItsStatusSays) {
 
 TEST_F(UpdateTest, ADownloadWhoseFileCannotBeMadeFailsWithCode1AndAsksNobody) {
     fs::create_directory(downloads / "folder");
+    WriteFile(home / "document", "of the user");
+    fs::create_symlink(home / "document", downloads / "link");
+    fs::create_symlink(home / "escaped", downloads / "loose");
     for (const char* const name :
-         {"", "..", "../escaped", "/tmp/ombrivel-escaped", "folder", "folder/inside", "o.zip"}) {
+         {"", "..", "../escaped", "/tmp/ombrivel-escaped", "folder", "folder/inside", "link", "loose", "o.zip"}) {
         if (name == std::string("o.zip"))
             fs::remove_all(downloads); // which does not come back
         EXPECT_EQ(Download(name, server.Host(), [](winUpdate&) {}), kConnectionError + "1).") << name;
         EXPECT_FALSE(server.HasInput()) << name;
     }
     EXPECT_FALSE(fs::exists(downloads) || fs::exists(home / "escaped"));
+    EXPECT_EQ(ReadFile(home / "document"), "of the user");
 }
 
 TEST_F(UpdateTest, ADownloadCanBeCancelledBeforeItsServerAnswers) {
