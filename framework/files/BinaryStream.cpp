@@ -94,7 +94,7 @@ BinaryStream::Way BinaryStream::WayInto(int descriptor) {
 // Makes the file refer to the source's own blocks, a good piece ahead of what was asked for, and then counts off what
 // it has.
 int64_t BinaryStream::ShareFrom(BinaryStream& source, int64_t count, int64_t more) {
-    if (source.sharedWith_ != this)
+    if (source.sharedWith_.Held().Get() != this)
         source.shared_ = 0;
     if (source.shared_ < count && source.way_ == Way::Share &&
         !ShareAhead(source, std::min(count + more, std::max(count, kShareAtOnce))))
@@ -118,7 +118,7 @@ bool BinaryStream::ShareAhead(BinaryStream& source, int64_t count) {
     if (ioctl(descriptor_, FICLONERANGE, &range) != 0)
         return false;
     source.shared_ = count;
-    source.sharedWith_ = this;
+    source.sharedWith_ = Self(this);
     return true;
 }
 
@@ -205,12 +205,13 @@ void BinaryStream::WriteBoolean(bool value) {
     Write(std::string(1, value ? '\1' : '\0'));
 }
 
-// Bytes between the position and the end of the file as it is now, which may still grow.
+// Bytes between the position and the end of the file as it is now, which may still grow. What has been shared counts as
+// read even if the file has shrunk since: the target holds it, and the next bytes have to come behind it.
 int64_t BinaryStream::Remaining() {
     struct stat status = {};
     if (ended_ || descriptor_ < 0 || fstat(descriptor_, &status) != 0)
         return 0;
-    return std::max<int64_t>(0, status.st_size - position_);
+    return std::max(shared_, status.st_size - position_);
 }
 
 // Reads until the buffer is full, the file ends or a read fails; the last two end the stream for good.
@@ -223,6 +224,7 @@ int64_t BinaryStream::ReadInto(char* buffer, int64_t count) {
         done += std::max<int64_t>(step, 0);
     }
     position_ += done;
+    shared_ = 0;
     return done;
 }
 

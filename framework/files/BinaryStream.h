@@ -59,11 +59,11 @@ private:
     void SkipTo(int64_t position);
 
     int descriptor_;
-    int64_t position_ = 0;  // bytes read or written so far
-    int64_t roomUntil_ = 0; // of a target: the position up to which the file system has been asked for room
-    int64_t shared_ = 0;    // of a source: bytes behind the position that the file written to shares already
-    const BinaryStream* sharedWith_ = nullptr; // of a source: that file
-    bool ended_ = false;                       // a read failed or came back empty
-    bool failed_ = false;                      // a write did, or the closing of what was written
-    Way way_ = Way::Share;                     // of a source
+    int64_t position_ = 0;             // bytes read or written so far
+    int64_t roomUntil_ = 0;            // of a target: the position up to which the file system has been asked for room
+    int64_t shared_ = 0;               // of a source: bytes behind the position that the file written to shares already
+    WeakRef<BinaryStream> sharedWith_; // of a source: that file
+    bool ended_ = false;               // a read failed or came back empty
+    bool failed_ = false;              // a write did, or the closing of what was written
+    Way way_ = Way::Share;             // of a source
 };

@@ -1,3 +1,4 @@
+#include "bench/Scratch.h"
 #include "engine/FileTypes.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FileUri.h"
@@ -8,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <climits>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
@@ -123,6 +126,48 @@ TEST(Files, AStreamEndsWhereItsFileEndsByNowAndIsClosedOnce) {
     from->Close(); // takes nothing away from who has its descriptor now
     EXPECT_TRUE(from->AtEOF());
     EXPECT_FALSE(other->AtEOF());
+}
+
+// File systems that share blocks, where they can be had, and the one of the tests, whichever it is.
+class Places {
+public:
+    std::vector<std::string> All() const {
+        std::vector<std::string> all{folder_.Path()};
+        for (const LoopMount& mount : mounts_)
+            if (mount.Mounted())
+                all.push_back(mount.Point());
+        return all;
+    }
+
+private:
+    static constexpr uint64_t kSize = 512ULL << 20U;
+    const TestFolder folder_;
+    const std::array<LoopMount, 2> mounts_{LoopMount("btrfs", folder_.Path(), kSize),
+                                           LoopMount("xfs", folder_.Path(), kSize)};
+};
+
+// As a part may while it is glued. Shared blocks lie ahead of what has been read.
+TEST(Files, BehindAFileThatShrinksTheNextOneFollowsAtOnce) {
+    constexpr int32_t kBlock = 1048576;
+    const Places places;
+    for (const std::string& place : places.All()) {
+        const std::string next = Pattern(kBlock + 1);
+        WriteFile(place + "/1", Pattern(std::size_t{16} * kBlock));
+        WriteFile(place + "/2", next);
+        const FolderItem folder(place);
+        const Ref<BinaryStream> whole = folder.Child("whole")->CreateBinaryFile("");
+        const auto append = [&](BinaryStream& part, int blocks) {
+            while (blocks-- > 0 && !part.AtEOF())
+                whole->WriteFrom(part, kBlock, INT64_MAX);
+        };
+        const Ref<BinaryStream> first = folder.Child("1")->OpenAsBinaryFile(false);
+        append(*first, 4);
+        std::filesystem::resize_file(place + "/1", std::size_t{4} * kBlock);
+        append(*first, INT_MAX);
+        append(*folder.Child("2")->OpenAsBinaryFile(false), INT_MAX);
+        const std::string bytes = ReadFile(place + "/whole");
+        EXPECT_TRUE(bytes == Pattern(std::size_t{16} * kBlock).substr(0, bytes.size() - next.size()) + next) << place;
+    }
 }
 
 // Room is found for a large piece at once, and what a stop leaves of it goes back to the disk.
