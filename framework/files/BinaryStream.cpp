@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <memory>
 #include <tuple>
 
@@ -20,9 +21,13 @@ namespace {
 // in the processor's cache.
 constexpr int64_t kCopyBuffer = int64_t{256} * 1024;
 constexpr std::size_t kPage = 4096;
-// Sharing may have to write the source's fresh data out first, and a stop has to wait for it: so not a whole part at
-// once.
-constexpr int64_t kShareAtOnce = int64_t{64} * 1024 * 1024;
+// A stop has to wait for the piece that is being shared. A fragment of the source takes about as long to share as a
+// long run of its blocks, so pieces begin small and grow while they are quick; the upper bound is for a source whose
+// fragments begin further on.
+constexpr std::chrono::milliseconds kShareFor{10};
+constexpr int64_t kShareAtLeast = int64_t{1} * 1024 * 1024;
+constexpr int64_t kShareAtMost = int64_t{16} * 1024 * 1024;
+constexpr int64_t kWriteOutAtOnce = int64_t{1} * 1024 * 1024;
 // Up to as much stays with an unfinished file if the program ends while it is written.
 constexpr int64_t kRoomAtOnce = int64_t{64} * 1024 * 1024;
 constexpr int64_t kWorthAsking = int64_t{1} * 1024 * 1024;
@@ -37,6 +42,23 @@ char* BytesToCopyThrough() {
     // Goes with its thread. NOLINTNEXTLINE(clang-diagnostic-exit-time-destructors)
     thread_local const auto buffer = std::make_unique_for_overwrite<CopyBuffer>();
     return buffer->bytes.data();
+}
+
+// What the last pieces that this thread shared have taught it about the next. Parts come and go as sources and as
+// targets.
+thread_local int64_t pieceToShare = kShareAtLeast;
+
+void LearnFromPiece(int64_t size, std::chrono::steady_clock::duration took) {
+    if (took > kShareFor)
+        pieceToShare = std::max(size / 2, kShareAtLeast);
+    else if (size >= pieceToShare)
+        pieceToShare = std::min(size * 2, kShareAtMost);
+}
+
+// 0 where that can't be told.
+unsigned long FileSystemOf(int descriptor) {
+    struct statfs status = {};
+    return fstatfs(descriptor, &status) == 0 ? static_cast<unsigned long>(status.f_type) : 0;
 }
 
 template <class Call>
@@ -76,10 +98,7 @@ void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) 
 // The way for what can't be shared. On file systems of this machine reading and writing through a buffer costs less
 // than copy_file_range.
 BinaryStream::Way BinaryStream::WayInto(int descriptor) {
-    struct statfs status = {};
-    if (fstatfs(descriptor, &status) != 0)
-        return Way::Delegate;
-    switch (static_cast<unsigned long>(status.f_type)) {
+    switch (FileSystemOf(descriptor)) {
     case EXT4_SUPER_MAGIC:
         return Way::CopyIntoRoom;
     case TMPFS_MAGIC:
@@ -91,13 +110,26 @@ BinaryStream::Way BinaryStream::WayInto(int descriptor) {
     }
 }
 
+void BinaryStream::PrepareToShare(const std::atomic<bool>& stop) {
+    const unsigned long fileSystem = FileSystemOf(descriptor_);
+    if (fileSystem != BTRFS_SUPER_MAGIC && fileSystem != XFS_SUPER_MAGIC)
+        return;
+    const int64_t end = position_ + Remaining();
+    int64_t at = position_;
+    for (; at < end && !stop; at += kWriteOutAtOnce)
+        std::ignore = sync_file_range(descriptor_, at, kWriteOutAtOnce,
+                                      SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+    if (at < end)
+        way_ = Way::Copy;
+}
+
 // Makes the file refer to the source's own blocks, a good piece ahead of what was asked for, and then counts off what
 // it has.
 int64_t BinaryStream::ShareFrom(BinaryStream& source, int64_t count, int64_t more) {
     if (source.sharedWith_.Held().Get() != this)
         source.shared_ = 0;
     if (source.shared_ < count && source.way_ == Way::Share &&
-        !ShareAhead(source, std::min(count + more, std::max(count, kShareAtOnce))))
+        !ShareAhead(source, std::min(count + more, std::max(count, pieceToShare))))
         source.way_ = WayInto(descriptor_);
     const int64_t moved = std::min(count, source.shared_);
     if (moved > 0) {
@@ -115,8 +147,10 @@ bool BinaryStream::ShareAhead(BinaryStream& source, int64_t count) {
     range.src_offset = static_cast<uint64_t>(source.position_);
     range.src_length = static_cast<uint64_t>(count);
     range.dest_offset = static_cast<uint64_t>(position_);
+    const auto begin = std::chrono::steady_clock::now();
     if (ioctl(descriptor_, FICLONERANGE, &range) != 0)
         return false;
+    LearnFromPiece(count, std::chrono::steady_clock::now() - begin);
     source.shared_ = count;
     source.sharedWith_ = Self(this);
     return true;

@@ -2,6 +2,7 @@
 
 #include "framework/base/Ref.h"
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -25,6 +26,11 @@ public:
     // leaves the source advanced by the block all the same. `more` says how many further bytes will follow by such
     // calls: larger pieces are cheaper to share, and to find room for.
     void WriteFrom(BinaryStream& source, int32_t count, int64_t more = 0);
+
+    // To be called before WriteFrom takes this as its source. Sharing blocks wants them on the disk: what is not there
+    // yet is written out, in small steps until `stop` is set. (Left to the sharing it would be one step, on btrfs for
+    // the whole file at the first piece.) After a stop the file is copied.
+    void PrepareToShare(const std::atomic<bool>& stop);
 
     // True when all bytes have been read; for an empty file at once. (Plain EOF is a macro of the C library.)
     bool AtEOF();

@@ -131,11 +131,16 @@ TEST(Files, AStreamEndsWhereItsFileEndsByNowAndIsClosedOnce) {
 // File systems that share blocks, where they can be had, and the one of the tests, whichever it is.
 class Places {
 public:
-    std::vector<std::string> All() const {
-        std::vector<std::string> all{folder_.Path()};
+    std::vector<std::string> Sharing() const {
+        std::vector<std::string> sharing;
         for (const LoopMount& mount : mounts_)
             if (mount.Mounted())
-                all.push_back(mount.Point());
+                sharing.push_back(mount.Point());
+        return sharing;
+    }
+    std::vector<std::string> All() const {
+        std::vector<std::string> all = Sharing();
+        all.push_back(folder_.Path());
         return all;
     }
 
@@ -145,6 +150,24 @@ private:
     const std::array<LoopMount, 2> mounts_{LoopMount("btrfs", folder_.Path(), kSize),
                                            LoopMount("xfs", folder_.Path(), kSize)};
 };
+
+TEST(Files, AStopBeforeAllIsWrittenOutLeavesTheFileToBeCopied) {
+    constexpr int32_t kBlock = 1048576;
+    const Places places;
+    if (places.Sharing().empty())
+        GTEST_SKIP() << "no such file system can be mounted here";
+    for (const std::string& place : places.Sharing()) {
+        WriteFile(place + "/from", Pattern(kBlock));
+        for (const bool stop : {false, true}) {
+            const std::string target = place + "/to" + std::to_string(int(stop));
+            const Ref<BinaryStream> from = New<FolderItem>(place + "/from")->OpenAsBinaryFile(false);
+            from->PrepareToShare(stop);
+            New<FolderItem>(target)->CreateBinaryFile("")->WriteFrom(*from, kBlock);
+            EXPECT_EQ(std::system(("filefrag -v '" + target + "' | grep -q shared").c_str()) != 0, stop) << place;
+            EXPECT_TRUE(ReadFile(target) == Pattern(kBlock)) << place;
+        }
+    }
+}
 
 // As a part may while it is glued. Shared blocks lie ahead of what has been read.
 TEST(Files, BehindAFileThatShrinksTheNextOneFollowsAtOnce) {
