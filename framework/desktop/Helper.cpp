@@ -3,12 +3,13 @@
 #include "framework/files/ProgramFile.h"
 #include "framework/threads/MainThread.h"
 
+#include <QSocketNotifier>
+
 #include <csignal>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <thread>
 
 namespace {
 
@@ -29,6 +30,21 @@ const posix_spawnattr_t* Apart() {
     return &attributes;
 }
 
+// Or it would stay in the list of processes. The event loop waits for its end: there may be no thread to be had.
+void ReapAtItsEnd(pid_t child) {
+    const int process = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
+    if (process < 0)
+        return;
+    auto* const end = new QSocketNotifier(process, QSocketNotifier::Read);
+    QObject::connect(end, &QSocketNotifier::activated, end, [process, end] {
+        siginfo_t ignored{};
+        waitid(P_PIDFD, static_cast<id_t>(process), &ignored, WEXITED | WNOHANG);
+        end->setEnabled(false);
+        end->deleteLater();
+        close(process);
+    });
+}
+
 } // namespace
 
 void RunHelper(const std::string& name, const std::vector<std::string>& arguments) {
@@ -45,6 +61,6 @@ void RunHelper(const std::string& name, const std::vector<std::string>& argument
     RunOnMainThread([&] {
         pid_t child = 0;
         if (posix_spawn(&child, program.c_str(), nullptr, Apart(), pointers.data(), environ) == 0)
-            std::thread([child] { waitpid(child, nullptr, 0); }).detach(); // or it would stay in the list of processes
+            ReapAtItsEnd(child);
     });
 }

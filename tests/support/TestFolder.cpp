@@ -1,12 +1,14 @@
 #include "tests/support/TestFolder.h"
 
 #include "framework/files/ProgramFile.h"
+#include "tests/support/Waiting.h"
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #include <sys/wait.h>
 
@@ -64,8 +66,8 @@ void EmptyTrash() {
 
 std::string AskedOfDesktop() {
     siginfo_t helper{};
-    while (waitid(P_ALL, 0, &helper, WEXITED | WNOWAIT) == 0) // until there is none, and none is left to be buried
-        std::this_thread::yield();
+    const auto noneIsLeft = [&helper] { return waitid(P_ALL, 0, &helper, WEXITED | WNOHANG | WNOWAIT) != 0; };
+    EXPECT_TRUE(WaitUntil(noneIsLeft)) << "a helper that has ended is reaped";
     const std::string requests = ReadFile(home + "/asked");
     fs::remove(home + "/asked");
     return requests;
