@@ -35,6 +35,22 @@ void MakeTarget(claDecodeThread& glue) {
     }
 }
 
+// What a glue lays hold of, given back if its worker does not come to run: the system may have no thread for it.
+struct Claim {
+    claDecodeThread& glue;
+    std::vector<Ref<FolderItem>>& inUse;
+    const Ref<FolderItem>& base;
+    bool runs = false;
+
+    ~Claim() {
+        if (runs)
+            return;
+        std::erase(inUse, base);
+        if (!glue.StreamOut.IsNil())
+            glue.File->Delete();
+    }
+};
+
 } // namespace
 
 void StartGlue(const Ref<FolderItem>& file, std::vector<Ref<FolderItem>>& inUse) {
@@ -54,6 +70,8 @@ void StartGlue(const Ref<FolderItem>& file, std::vector<Ref<FolderItem>>& inUse)
         return;
     }
     inUse.push_back(base); // also when the target gets a number; before the search for it, which may serve events
+    Claim claim{*thread, inUse, base};
     MakeTarget(*thread);
     thread->Run();
+    claim.runs = true;
 }

@@ -14,7 +14,8 @@ public:
     // 5 is normal; each step below lets the windows, and everything else, go first a little more. Set it before Run.
     int32_t Priority = 5;
 
-    // Starts the thread: Event_Run is entered once, on a thread of its own.
+    // Starts the thread: Event_Run is entered once, on a thread of its own. A std::system_error where the system gives
+    // none.
     void Run();
 
     // Sleeps until Resume. To be called by the thread on itself. `before` runs on the main thread and says whether to

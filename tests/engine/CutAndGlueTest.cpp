@@ -344,4 +344,18 @@ TEST_F(GlueTest, WhatCannotBeWrittenLeavesItsRowAndItsSeriesInUse) {
     EXPECT_EQ(App::Instance()->InUse[0]->AbsolutePath(), "/proc/film.mov");
 }
 
+// One that runs comes to its end without a further thread, and shows its target.
+TEST_F(GlueTest, WithoutAThreadNothingIsBegunAndNothingLeftBehind) {
+    std::optional<NoMoreThreads> limit;
+    onRow = [&limit](claFilePerformInfo&) { limit.emplace(); };
+    folder.Write("film.001", "1");
+    Glue("film.001");
+    EXPECT_TRUE(WaitForWorkers());
+    EXPECT_EQ(AskedOfDesktop(), "reveal " + folder.Path("film") + "\n");
+    folder.Write("song.001", "1");
+    EXPECT_THROW(Glue("song.001"), std::system_error);
+    EXPECT_EQ(folder.Names(), (Names{"film", "song.001"}));
+    EXPECT_TRUE(App::Instance()->InUse.empty() && List().Info.empty());
+}
+
 } // namespace
