@@ -5,16 +5,17 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
-// Values by key. Keys are found without regard to case and keep the order in which they came; every operation takes the
-// same time however many there are. Used by one thread at a time.
+// Values by key. Keys are found without regard to case and keep the order in which they came. Whatever they are, the
+// time of an operation grows with the logarithm of their number only: no hash, for which servers could choose names
+// that collide. Used by one thread at a time.
 template <class V>
 class Dictionary : public Object {
 public:
@@ -68,5 +69,5 @@ private:
     }
 
     mutable std::vector<std::optional<std::pair<std::string, V>>> entries_;
-    mutable std::unordered_map<std::string, std::size_t> places_; // by folded key
+    mutable std::map<std::string, std::size_t> places_; // by folded key
 };

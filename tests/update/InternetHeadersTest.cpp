@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 namespace {
 
 Ref<InternetHeaders> Parsed(const std::string& text) {
@@ -12,7 +14,52 @@ Ref<InternetHeaders> Parsed(const std::string& text) {
     return headers;
 }
 
+// 2^`pairs` names that libstdc++ hashes to one and the same number: either 16 bytes of a pair take its function from
+// one state to the same other.
+std::vector<std::string> CollidingNames(int pairs) {
+    constexpr uint64_t kFactor = 0xC6A4A7935BD1E995, kInverse = 0x5F7A0EA7E59B19BD;
+    const auto shift = [](uint64_t word) { return word ^ (word >> 47U); };
+    const auto mixed = [&](uint64_t word) { return shift(word * kFactor) * kFactor; };
+    const auto unmixed = [&](uint64_t word) { return shift(word * kInverse) * kInverse; };
+    const auto bytes = [](uint64_t word) { return std::string(reinterpret_cast<const char*>(&word), sizeof word); };
+    std::vector<std::string> names{""};
+    uint64_t state = 0xC70F6907 ^ (static_cast<uint64_t>(pairs) * 16 * kFactor);
+    uint64_t word = 0x6161616161616161;
+    for (int pair = 0; pair < pairs; ++pair) {
+        const std::string one = bytes(word) + bytes(word);
+        const uint64_t end = ((state ^ mixed(word)) * kFactor) ^ mixed(word);
+        std::string other;
+        do {
+            ++word;
+            other = bytes(word) + bytes(unmixed(end ^ ((state ^ mixed(word)) * kFactor)));
+        } while (FoldedCase(other) != other);
+        for (std::size_t i = names.size(); i-- > 0; names[i] += one)
+            names.push_back(names[i] + other);
+        state = end * kFactor;
+    }
+    return names;
+}
+
+// In seconds on a processor.
+double TimeToStore(const std::vector<std::string>& names) {
+    Dictionary<int32_t> dictionary;
+    const std::clock_t start = std::clock();
+    for (const std::string& name : names)
+        dictionary.SetValue(name, 0);
+    EXPECT_EQ(dictionary.Count(), static_cast<int32_t>(names.size()));
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
 } // namespace
+
+TEST(DictionaryTest, TakesNamesThatCollideInAHashAsFastAsOthers) {
+    std::vector<std::string> names = CollidingNames(14);
+    ASSERT_EQ(std::hash<std::string>()(FoldedCase(names.front())), std::hash<std::string>()(FoldedCase(names.back())));
+    const double colliding = TimeToStore(names);
+    for (std::size_t i = 0; i < names.size(); ++i)
+        names[i] += std::to_string(i);
+    EXPECT_LT(colliding, 10 * TimeToStore(names));
+}
 
 TEST(InternetHeadersTest, AreReadWithAnyLineEnd) {
     for (const std::string end : {"\r\n", "\n", "\r"}) {
