@@ -1,6 +1,7 @@
 #include "update/winUpdate.h"
 
 #include "core/App.h"
+#include "framework/desktop/Desktop.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/text/Number.h"
@@ -152,9 +153,8 @@ void winUpdate::tcpDownload_DownloadComplete(int32_t status, const Ref<FolderIte
     }
     file->SetMacType(kNoCode);
     file->SetMacCreator(kNoCode);
-    // Side by side: which of the two comes to the front is the desktop's business.
-    file->Launch(true);
-    file->Parent()->Launch(true);
+    // By one call, which keeps their order: each call is a process of its own.
+    OpenFiles({file->AbsolutePath(), file->Parent()->AbsolutePath()});
     Action(pusDownload_);
 }
 

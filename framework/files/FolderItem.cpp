@@ -1,7 +1,7 @@
 #include "framework/files/FolderItem.h"
 
 #include "framework/base/Random.h"
-#include "framework/desktop/Helper.h"
+#include "framework/desktop/Desktop.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FileType.h"
 #include "framework/files/ReplacingStream.h"
@@ -278,5 +278,5 @@ void FolderItem::MoveFileTo(const Ref<FolderItem>& destination) const {
 
 void FolderItem::Launch(bool) const {
     if (!path_.empty())
-        RunHelper("ombrivel-opener", {"open", path_});
+        OpenFiles({path_});
 }

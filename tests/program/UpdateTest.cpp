@@ -66,7 +66,7 @@ TEST_F(Updates, AWebServerServesTheCheckAtTheStartAndTheDownload) {
     Program& program = Start({});
     program.Dialog();
     desktop.Press({"Return"});
-    // Two programs are started for it, and the second may be the first.
+    // Each has a program of its own, and the second may be the first to write down what it got.
     Await("the file and its folder opened", [this] {
         const Words opened = desktop.Opened();
         return std::set(opened.begin(), opened.end()) == std::set<std::string>{download, desktop.Downloads()};
