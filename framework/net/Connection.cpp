@@ -22,7 +22,7 @@
 namespace {
 
 constexpr int kPatience = 10;                            // of a Poll, in milliseconds
-constexpr std::chrono::seconds kPatienceToConnect{30};   // with one address; in a Poll the system's own counts
+constexpr std::chrono::seconds kPatienceToConnect{30};   // where there is another address to try; not in a Poll
 constexpr std::size_t kReadAhead = std::size_t(1) << 20; // fetched before the program has its turn
 constexpr std::size_t kPiece = std::size_t(64) * 1024;
 constexpr std::size_t kSentAtMost = std::size_t(1) << 20; // kept, of what has still more behind it
@@ -51,7 +51,6 @@ public:
         : readable_(descriptor, QSocketNotifier::Read), writable_(descriptor, QSocketNotifier::Write) {
         Turn(false, true);
         patience_.setSingleShot(true);
-        patience_.start(kPatienceToConnect);
         const auto held = [&connection](void (Connection::*handle)()) {
             return [&connection, handle] { (connection.shared_from_this().get()->*handle)(); };
         };
@@ -59,6 +58,8 @@ public:
         connect(&writable_, &QSocketNotifier::activated, this, held(&Connection::Writable));
         connect(&patience_, &QTimer::timeout, this, held(&Connection::TimeOut));
     }
+
+    void BeginPatience() { patience_.start(kPatienceToConnect); }
 
     void End() {
         Turn(false, false);
@@ -159,6 +160,8 @@ void TCPSocket::Connection::TryNextAddress() {
             (connect(descriptor_, address.ai_addr, address.ai_addrlen) == 0 || errno == EINPROGRESS)) {
             connecting_ = true;
             attention_ = new Attention(*this, descriptor_);
+            if (next_ != nullptr)
+                attention_->BeginPatience();
             return;
         }
         Note(CodeOf(errno));
