@@ -1,6 +1,5 @@
 #include "update/InternetHeaders.h"
 
-#include "framework/text/Number.h"
 #include "framework/text/Text.h"
 
 #include <array>
@@ -9,8 +8,8 @@ namespace {
 
 constexpr const char* kLineEnd = "\r\n";
 
-std::string KeyOf(const std::string& name, int32_t index) {
-    return index == 0 ? name : name + ":" + Str(index);
+std::string KeyOf(const std::string& name, int64_t index) {
+    return index == 0 ? name : name + ":" + std::to_string(index);
 }
 
 std::string NameIn(const std::string& key) {
@@ -68,10 +67,8 @@ void InternetHeaders::Delete(const std::string& name) {
 }
 
 void InternetHeaders::Delete(const std::string& name, int32_t index) {
-    if (!Headers->HasKey(KeyOf(name, index)))
-        return;
     Headers->Remove(KeyOf(name, index));
-    for (int32_t i = index + 1; Headers->HasKey(KeyOf(name, i)); ++i) {
+    for (int64_t i = int64_t(index) + 1; Headers->HasKey(KeyOf(name, i)); ++i) {
         Headers->SetValue(KeyOf(name, i - 1), Headers->Value(KeyOf(name, i)));
         Headers->Remove(KeyOf(name, i));
     }

@@ -86,6 +86,9 @@ TEST(InternetHeadersTest, KeepRepeatedNamesWithoutGapsButForOneThatIsAskedFor) {
     headers->SetHeader("X", "new", 1);
     headers->SetHeader("X", "far", 5);
     EXPECT_EQ(headers->Value("X", 5) + headers->CommaSeparatedValues("X"), "far0, new, 3, 4");
+    headers->Delete("X", 4); // there is none, yet what is behind moves down
+    EXPECT_EQ(headers->CommaSeparatedValues("X"), "0, new, 3, 4, far");
+    headers->SetHeader("X", "far", 6);
     headers->SetHeader("x", "only");
     EXPECT_EQ(headers->FormatHTTPHeaders(), "X: far\r\nx: only") << "what is behind the gap stays";
 }
