@@ -34,11 +34,13 @@ bool HTTPSocket::SetAuthentication(const std::string& kind) {
         parameters->SetValue("nonce", _lastServerNonce);
 
     const AskForCredentials ask = forProxy ? ProxyAuthenticationRequired : AuthenticationRequired;
+    const uint32_t request = request_;
     std::string name, password;
     if (!ask || !ask(parameters->Lookup("realm", ""), _pageHeaders, name, password))
         return false;
     const std::string data = CreateAuthenticationData(scheme, name, password, *parameters);
-    if (data.empty())
+    // They are for this server, and the handler may have turned to another.
+    if (data.empty() || request != request_)
         return false;
     (forProxy ? _proxyAuthenticationKey : _authenticationKey) = data;
     return true;

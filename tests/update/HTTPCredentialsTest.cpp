@@ -80,6 +80,15 @@ TEST_F(HTTPCredentialsTest, LeaveTheRefusalAsThePageWhereThereIsNoAnswer) {
     }
 }
 
+TEST_F(HTTPCredentialsTest, DoNotGoWithARequestThatIsBegunInsteadOfTheAnswer) {
+    client->AuthenticationRequired = [this](auto&&... arguments) {
+        client->Get(url);
+        return Tell(arguments...);
+    };
+    ReplyTo("Basic x");
+    EXPECT_EQ(request.find("Authorization"), std::string::npos);
+}
+
 TEST_F(HTTPCredentialsTest, AreAskedForApartByTheProxy) {
     const TestFolder folder;
     client->ProxyAuthenticationRequired = Tell;
