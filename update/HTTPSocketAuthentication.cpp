@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int32_t kBase64Width = 76;
+constexpr int32_t kBase64Width = 76; // long credentials wrap, in the middle of their header: meant
 constexpr int kNonceLength = 25;
 
 std::string Quoted(const std::string& name, const std::string& value) {

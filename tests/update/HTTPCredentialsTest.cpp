@@ -48,6 +48,15 @@ TEST_F(HTTPCredentialsTest, RepeatTheRequestOnce) {
     EXPECT_EQ(client->Get(url, 20), "yes");
 }
 
+TEST_F(HTTPCredentialsTest, WrapWithinTheirHeaderWhereTheyAreLong) {
+    client->AuthenticationRequired = [](auto&&, auto&&, std::string& name, std::string& password) {
+        name = password = std::string(30, 'x');
+        return true;
+    };
+    const std::string x12 = "eHh4eHh4eHh4eHh4"; // twelve of them
+    EXPECT_EQ(ReplyTo("Basic x"), "Basic " + x12 + x12 + "eHh4eHh4Onh4" + x12 + x12 + "\r\neHh4eA==");
+}
+
 TEST_F(HTTPCredentialsTest, AnswerADigestChallengeInTheirOwnWay) {
     std::string lastNonce;
     const auto expect = [&](const std::string& challenge, const std::string& realmName, const std::string& nonce,
