@@ -72,7 +72,7 @@ bool HTTPSocket::Get(const std::string& url, const Ref<FolderItem>& file, int32_
 }
 
 std::string HTTPSocket::Get(const std::string& url, int32_t timeout) {
-    return BeginAndWait(url, "GET", nullptr, timeout)->_pageBuffer;
+    return *BeginAndWait(url, "GET", nullptr, timeout)->_pageBuffer;
 }
 
 void HTTPSocket::GetHeaders(const std::string& url) {
@@ -96,7 +96,7 @@ bool HTTPSocket::Post(const std::string& url, const Ref<FolderItem>& file, int32
 }
 
 std::string HTTPSocket::Post(const std::string& url, int32_t timeout) {
-    return BeginAndWait(url, "POST", nullptr, timeout)->_pageBuffer;
+    return *BeginAndWait(url, "POST", nullptr, timeout)->_pageBuffer;
 }
 
 void HTTPSocket::SendRequest(const std::string& method, const std::string& url) {
@@ -113,7 +113,7 @@ bool HTTPSocket::SendRequest(const std::string& method, const std::string& url, 
 }
 
 std::string HTTPSocket::SendRequest(const std::string& method, const std::string& url, int32_t timeout) {
-    return BeginAndWait(url, method, nullptr, timeout)->_pageBuffer;
+    return *BeginAndWait(url, method, nullptr, timeout)->_pageBuffer;
 }
 
 void HTTPSocket::Begin(const std::string& url, const std::string& method, const Ref<FolderItem>& file) {
@@ -256,8 +256,8 @@ void HTTPSocket::WaitForPage() {
         if (_connectionValid != connectionWas) {
             connectionWas = _connectionValid;
             deadline = deadlineFromNow();
-        } else if (_pageBuffer.size() != lengthWas) {
-            lengthWas = _pageBuffer.size();
+        } else if (_pageBuffer->size() != lengthWas) {
+            lengthWas = _pageBuffer->size();
             deadline = deadlineFromNow();
         }
         if (timeoutSeconds > 0 && deadline < Ticks()) {

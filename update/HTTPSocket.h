@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <type_traits>
 
@@ -106,11 +107,14 @@ private:
     static std::string EncodeURLString(std::string text);
 
     // Calls a handler if there is one and the request is not a blocking one. The handler may replace itself and begin
-    // a further request, so it gets nothing that this would change.
+    // a further request: give it nothing by reference that this would change.
     template <class... Arguments>
-    void Raise(std::function<void(Arguments...)> handler, std::type_identity_t<std::decay_t<Arguments>>... arguments) {
-        if (!synchronous && handler)
-            handler(arguments...);
+    void Raise(const std::function<void(Arguments...)>& handler,
+               const std::type_identity_t<std::decay_t<Arguments>>&... arguments) {
+        if (synchronous || !handler)
+            return;
+        const std::function<void(Arguments...)> held = handler;
+        held(arguments...);
     }
 
     // The reply.
@@ -143,7 +147,7 @@ private:
     Ref<BinaryStream> _downloadStream;
     std::string _httpAction;
     int32_t _httpStatusCode = 0;
-    std::string _pageBuffer;
+    std::shared_ptr<std::string> _pageBuffer = std::make_shared<std::string>();
     bool _pageComplete = false;
     Ref<InternetHeaders> _pageHeaders; // nil until they are complete
     HeaderEnd _headerEnd;

@@ -56,7 +56,7 @@ bool HTTPSocket::IsHead() const {
 }
 
 void HTTPSocket::ResetVariables() {
-    _pageBuffer.clear();
+    _pageBuffer = std::make_shared<std::string>();
     _pageHeaders = nullptr;
     _headerEnd = {};
     _httpStatusCode = 0;
@@ -104,7 +104,8 @@ void HTTPSocket::HandleHeaders(const Protection& protection) {
         DoConnect(_processingURL, _httpAction, file);
         return;
     }
-    Raise(HeadersReceived, _pageHeaders, _httpStatusCode);
+    const Ref<InternetHeaders> headers = _pageHeaders;
+    Raise(HeadersReceived, headers, _httpStatusCode);
     if (protection.IsOver())
         return;
     Read(static_cast<int32_t>(end->blankLine));
@@ -125,7 +126,7 @@ void HTTPSocket::ProcessData(const std::string& data) {
         return;
     _currentLength = Wrapped(_currentLength + static_cast<int64_t>(data.size()));
     if (_downloadStream.IsNil())
-        _pageBuffer.append(data);
+        _pageBuffer->append(data);
     else
         _downloadStream->Write(data);
     const uint32_t request = request_;
@@ -142,10 +143,13 @@ void HTTPSocket::ProcessPage() {
     KillDownloadStream();
     if (IsHead())
         return;
+    const std::string url = _processingURL;
+    const Ref<InternetHeaders> headers = _pageHeaders;
+    const std::shared_ptr<const std::string> page = _pageBuffer;
     if (intoFile)
-        Raise(DownloadComplete, _processingURL, _httpStatusCode, _pageHeaders, file);
+        Raise(DownloadComplete, url, _httpStatusCode, headers, file);
     else
-        Raise(PageReceived, _processingURL, _httpStatusCode, _pageHeaders, _pageBuffer);
+        Raise(PageReceived, url, _httpStatusCode, headers, *page);
 }
 
 void HTTPSocket::SetError(int32_t code) {
