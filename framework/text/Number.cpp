@@ -34,7 +34,7 @@ double Saturated(const std::string& digits) {
 Leading ReadLeading(std::string_view text) {
     const bool sign = !text.empty() && (text[0] == '+' || text[0] == '-');
     const std::string_view digits = text.substr(sign ? 1 : 0);
-    if (digits.empty() || digits.find_first_of("0123456789.") != 0)
+    if (digits.empty() || std::string_view("0123456789.").find(digits[0]) == std::string_view::npos)
         return {};
     double number = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);

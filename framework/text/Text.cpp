@@ -141,8 +141,8 @@ int32_t Asc(std::string_view text) {
 }
 
 std::string LTrim(std::string_view text) {
-    const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
-    return std::string(text.substr(std::min(start, text.size())));
+    const auto isBlank = [](char character) { return character == ' ' || (character >= '\t' && character <= '\r'); };
+    return {std::find_if_not(text.begin(), text.end(), isBlank), text.end()};
 }
 
 std::string EndOfLine() {
