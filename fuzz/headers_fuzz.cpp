@@ -1,6 +1,7 @@
 // Any bytes as message headers: they are read, changed and written without a fault, and the end of the headers is found
 // at the same place in whatever pieces the text comes.
 
+#include "framework/text/Text.h"
 #include "fuzz/Require.h"
 #include "update/HeaderEnd.h"
 #include "update/InternetHeaders.h"
@@ -38,6 +39,29 @@ void FindTheEnd(const std::string& text) {
     }
 }
 
+// What is to be read of a block: unfolds and splits the whole text first.
+void ReadSlowly(const std::string& text, InternetHeaders& headers) {
+    const std::string lineEnd = headers.DetermineEOLCharacter(text);
+    const std::string unfolded = ReplaceAll(ReplaceAll(text, lineEnd + " ", " "), lineEnd + "\t", " ");
+    for (const std::string_view line : Split(unfolded, lineEnd)) {
+        const std::size_t colon = line.find(':');
+        if (colon != std::string_view::npos)
+            headers.AppendHeader(std::string(line.substr(0, colon)), LTrim(line.substr(colon + 1)));
+    }
+}
+
+// Before the headers are taken out of their block, and after.
+void Compare(const InternetHeaders& read, const InternetHeaders& expected) {
+    Require(read.Count() == expected.Count());
+    for (int32_t position = 0; position < std::min(expected.Count(), 64); ++position) {
+        const std::string name = expected.Name(position);
+        const int32_t last = expected.NameCount(name) - 1;
+        Require(read.NameCount(name) == last + 1);
+        Require(read.Value(name) == expected.Value(name) && read.Value(name, last) == expected.Value(name, last));
+    }
+    Require(read.FormatHTTPHeaders() == expected.FormatHTTPHeaders());
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
@@ -47,6 +71,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     InternetHeaders headers;
     headers.ParseHeaders(text);
     Require(headers.Source() == text);
+    InternetHeaders expected;
+    ReadSlowly(text, expected);
+    Compare(headers, expected);
     const int32_t count = headers.Count();
     headers.FormatEmailHeaders();
     headers.FormatHTTPHeaders();

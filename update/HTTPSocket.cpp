@@ -6,6 +6,7 @@
 #include "framework/files/TextOutputStream.h"
 #include "framework/text/Number.h"
 #include "framework/text/Text.h"
+#include "framework/threads/Yield.h"
 #include "update/InternetHeaders.h"
 
 namespace {
@@ -37,10 +38,11 @@ void HTTPSocket::ClearRequestHeaders() {
 void HTTPSocket::SetRequestHeader(const std::string& name, const std::string& value) {
     if (requestHeaders.IsNil())
         requestHeaders = New<InternetHeaders>();
+    const Ref<InternetHeaders> headers = requestHeaders;
     if (value.empty())
-        requestHeaders->Delete(name);
+        headers->Delete(name);
     else
-        requestHeaders->SetHeader(name, value);
+        headers->SetHeader(name, value);
 }
 
 Ref<InternetHeaders> HTTPSocket::GetRequestHeaders() {
@@ -56,7 +58,8 @@ int32_t HTTPSocket::HTTPStatusCode() const {
 }
 
 Ref<InternetHeaders> HTTPSocket::PageHeaders() const {
-    return _pageHeaders.IsNil() || _pageHeaders->Count() == 0 ? nullptr : _pageHeaders;
+    const Ref<InternetHeaders> headers = _pageHeaders;
+    return headers.IsNil() || headers->Count() == 0 ? nullptr : headers;
 }
 
 void HTTPSocket::Get(const std::string& url) {
@@ -207,8 +210,10 @@ void HTTPSocket::Event_Connected() {
     SendRequest(_httpAction);
 }
 
-// Credentials serve one request; the content of a POST serves further ones, until some other request drops it.
+// Credentials serve one request; the content of a POST serves further ones, until some other request drops it. All in
+// one step: a request that began in between would be mixed with this one.
 void HTTPSocket::SendRequest(const std::string& method) {
+    const NoYield inOneStep;
     if (requestHeaders.IsNil())
         requestHeaders = New<InternetHeaders>();
     if (!HTTPProxyAddress.empty())
@@ -250,9 +255,13 @@ void HTTPSocket::WaitForPage() {
     bool connectionWas = false;
     std::size_t lengthWas = 0;
     while (!_pageComplete && mErrorCode == 0) {
-        Poll();
-        if (Yield)
+        if (Yield) {
+            Poll();
             DoEvents(-1);
+        } else {
+            const NoYield nothingElse; // gets a turn, however long the reply
+            Poll();
+        }
         if (_connectionValid != connectionWas) {
             connectionWas = _connectionValid;
             deadline = deadlineFromNow();

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 class BinaryStream;
@@ -118,18 +119,19 @@ private:
     }
 
     // The reply.
+    struct Head;
     bool IsHead() const;
     void ResetVariables();
     void HandleNewData();
     void HandleHeaders(const Protection& protection);
-    void ParseHeaders(const std::string& text);
+    static Head ParseHeaders(std::string text);
     void ProcessData(const std::string& data);
     void ProcessPage();
     void SetError(int32_t code);
 
     // Credentials.
-    bool SetAuthentication(const std::string& kind);
-    static Ref<Dictionary<std::string>> ParseAuthenticationParams(const std::string& text);
+    bool SetAuthentication(const Ref<InternetHeaders>& headers, const std::string& challenge, bool ofProxy);
+    static Ref<Dictionary<std::string>> ParseAuthenticationParams(std::string_view text);
     std::string CreateAuthenticationData(const std::string& scheme, const std::string& name,
                                          const std::string& password, const Dictionary<std::string>& parameters);
     static std::string CreateNonce();

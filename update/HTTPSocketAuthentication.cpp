@@ -19,13 +19,11 @@ std::string Quoted(const std::string& name, const std::string& value) {
 } // namespace
 
 // Asks the owner for a name and a password. True: the header for the repeated request is ready.
-bool HTTPSocket::SetAuthentication(const std::string& kind) {
-    const bool forProxy = kind == "Proxy";
-    const std::string challenge = _pageHeaders->Value(kind + "-Authenticate");
+bool HTTPSocket::SetAuthentication(const Ref<InternetHeaders>& headers, const std::string& challenge, bool ofProxy) {
     const std::size_t blank = challenge.find(' ');
     const std::string scheme = blank == std::string::npos ? "" : challenge.substr(0, blank);
     const Ref<Dictionary<std::string>> parameters =
-        ParseAuthenticationParams(blank == std::string::npos ? "" : challenge.substr(blank + 1));
+        ParseAuthenticationParams(blank == std::string::npos ? "" : std::string_view(challenge).substr(blank + 1));
     parameters->SetValue("method", _httpAction);
     parameters->SetValue("uri", _processingURL); // the whole address, not the path of the request line: meant
     if (parameters->HasKey("nonce"))
@@ -33,27 +31,28 @@ bool HTTPSocket::SetAuthentication(const std::string& kind) {
     else
         parameters->SetValue("nonce", _lastServerNonce);
 
-    const AskForCredentials ask = forProxy ? ProxyAuthenticationRequired : AuthenticationRequired;
+    const AskForCredentials ask = ofProxy ? ProxyAuthenticationRequired : AuthenticationRequired;
     const uint32_t request = request_;
     std::string name, password;
-    if (!ask || !ask(parameters->Lookup("realm", ""), _pageHeaders, name, password))
+    if (!ask || !ask(parameters->Lookup("realm", ""), headers, name, password))
         return false;
     const std::string data = CreateAuthenticationData(scheme, name, password, *parameters);
     // They are for this server, and the handler may have turned to another.
     if (data.empty() || request != request_)
         return false;
-    (forProxy ? _proxyAuthenticationKey : _authenticationKey) = data;
+    (ofProxy ? _proxyAuthenticationKey : _authenticationKey) = data;
     return true;
 }
 
 // Takes one parameter per line, all quoted. Headers come here unfolded, on one line, so all that a challenge says after
 // its first name is the value of that name, and a value without quotation marks loses its ends. That is meant.
-Ref<Dictionary<std::string>> HTTPSocket::ParseAuthenticationParams(const std::string& text) {
+Ref<Dictionary<std::string>> HTTPSocket::ParseAuthenticationParams(std::string_view text) {
     const auto parameters = New<Dictionary<std::string>>();
-    for (const std::string& line : Split(text, "\r\n")) {
-        const std::string name = line.substr(0, line.find('='));
+    for (const std::string_view line : Split(text, "\r\n")) {
+        const std::string_view name = line.substr(0, line.find('='));
         const std::size_t start = name.size() + 2; // behind the sign and a quotation mark
-        parameters->SetValue(name, start + 1 < line.size() ? line.substr(start, line.size() - start - 1) : "");
+        const std::string_view value = start + 1 < line.size() ? line.substr(start, line.size() - start - 1) : "";
+        parameters->SetValue(name, std::string(value));
     }
     return parameters;
 }

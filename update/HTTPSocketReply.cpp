@@ -43,12 +43,21 @@ public:
     Protection(const Protection&) = delete;
     Protection& operator=(const Protection&) = delete;
 
-    // A handler has begun another request.
+    // Another request has begun.
     bool IsOver() const { return socket_.request_ != request_; }
 
 private:
     HTTPSocket& socket_;
     const uint32_t request_;
+};
+
+struct HTTPSocket::Head {
+    Ref<InternetHeaders> headers;
+    int32_t status = 0;
+    int32_t total = 0;     // bytes of the body, as the server tells
+    std::string challenge; // of a refusal
+
+    bool IsOfProxy() const { return status == kProxyUnauthorized; }
 };
 
 bool HTTPSocket::IsHead() const {
@@ -94,9 +103,15 @@ void HTTPSocket::HandleHeaders(const Protection& protection) {
     const std::optional<HeaderEnd::Place> end = _headerEnd.Find(Lookahead());
     if (!end)
         return;
-    ParseHeaders(Read(static_cast<int32_t>(end->position)));
-    const bool again = (_httpStatusCode == kUnauthorized && SetAuthentication("WWW")) ||
-                       (_httpStatusCode == kProxyUnauthorized && SetAuthentication("Proxy"));
+    const bool stood = IsConnected();
+    const Head head = ParseHeaders(Read(static_cast<int32_t>(end->position)));
+    if (protection.IsOver() || IsConnected() != stood) // by events that were served meanwhile
+        return;
+    _pageHeaders = head.headers;
+    _httpStatusCode = head.status;
+    _totalLength = head.total;
+    const bool again =
+        IsAskingForCredentials(head.status) && SetAuthentication(head.headers, head.challenge, head.IsOfProxy());
     if (protection.IsOver())
         return;
     if (again) {
@@ -104,21 +119,25 @@ void HTTPSocket::HandleHeaders(const Protection& protection) {
         DoConnect(_processingURL, _httpAction, file);
         return;
     }
-    const Ref<InternetHeaders> headers = _pageHeaders;
-    Raise(HeadersReceived, headers, _httpStatusCode);
+    Raise(HeadersReceived, head.headers, head.status);
     if (protection.IsOver())
         return;
     Read(static_cast<int32_t>(end->blankLine));
     ProcessData(ReadAll());
 }
 
-void HTTPSocket::ParseHeaders(const std::string& text) {
-    _pageHeaders = New<InternetHeaders>();
-    const std::string statusLine = NthField(text, _pageHeaders->DetermineEOLCharacter(text), 1);
-    _httpStatusCode = RuntimeCvtReal64ToSInt32(Val(NthField(statusLine, " ", 2)));
-    _pageHeaders->ParseHeaders(text);
-    if (_pageHeaders->NameCount("Content-length") > 0)
-        _totalLength = Wrapped(Val(_pageHeaders->Value("Content-length")));
+// Serves events, so it keeps away from what another request would change.
+HTTPSocket::Head HTTPSocket::ParseHeaders(std::string text) {
+    Head head;
+    head.headers = New<InternetHeaders>();
+    const std::size_t firstEnd = FindInSteps(text, head.headers->DetermineEOLCharacter(text));
+    head.status = RuntimeCvtReal64ToSInt32(Val(NthField(std::string_view(text).substr(0, firstEnd), " ", 2)));
+    head.headers->ParseHeaders(std::move(text));
+    if (head.headers->NameCount("Content-length") > 0)
+        head.total = Wrapped(Val(head.headers->Value("Content-length")));
+    if (IsAskingForCredentials(head.status))
+        head.challenge = head.headers->Value(head.IsOfProxy() ? "Proxy-Authenticate" : "WWW-Authenticate");
+    return head;
 }
 
 void HTTPSocket::ProcessData(const std::string& data) {

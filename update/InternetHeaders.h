@@ -1,14 +1,17 @@
 #pragma once
 
 #include "framework/base/Dictionary.h"
+#include "update/HeaderReader.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
 // Message headers, as HTTP and mail have them: by name, without regard to case, several of one name allowed. The first
 // of a name is kept under the name itself, the next under name:1, name:2 and so on, in the order of their coming. An
-// index is that number, 0 for the plain name. Used by one thread at a time.
+// index is that number, 0 for the plain name. Used by one thread at a time; on the main thread its loops serve events,
+// so hold the object.
 class InternetHeaders : public Object {
 public:
     InternetHeaders();
@@ -44,12 +47,20 @@ public:
     virtual std::string FormatHTTPHeaders() const;
     // Takes over a block of headers in place of those there are. Folded lines are joined by one blank; lines without a
     // colon, a status line say, are passed over.
-    virtual void ParseHeaders(const std::string& text);
+    virtual void ParseHeaders(std::string text);
 
 protected:
-    Ref<Dictionary<std::string>> Headers;
-    std::string _rawHeaders; // as parsed; empty for headers made by hand
+    // The headers by key. Those of a block are taken out of its text at the first call, which takes many times its
+    // room.
+    Dictionary<std::string>& Headers() const;
+    std::shared_ptr<const std::string> _rawHeaders; // as parsed; empty for headers made by hand
 
 private:
-    Ref<Dictionary<int32_t>> numbered_; // by name: up to which number its keys are known to have no gap
+    HeaderReader Reader() const { return {_rawHeaders, lineEnd_}; }
+    bool StandsInBlock(const std::string& name) const;
+
+    std::string lineEnd_;          // of the block
+    mutable bool inBlock_ = false; // the headers still stand in its text alone
+    mutable Ref<Dictionary<std::string>> headers_;
+    mutable Ref<Dictionary<int32_t>> numbered_; // by name: up to which number its keys are known to have no gap
 };

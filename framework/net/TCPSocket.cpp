@@ -45,11 +45,17 @@ const std::string& TCPSocket::Lookahead() const {
     return received_;
 }
 
+// Of much data only the lesser part is copied.
 std::string TCPSocket::Read(int32_t count) {
-    const auto length = static_cast<std::size_t>(std::max(count, 0));
-    std::string bytes = received_.substr(0, length);
-    received_.erase(0, length);
-    return bytes;
+    const auto length = std::min(static_cast<std::size_t>(std::max(count, 0)), received_.size());
+    if (length < received_.size() / 2) {
+        std::string bytes = received_.substr(0, length);
+        received_.erase(0, length);
+        return bytes;
+    }
+    std::string rest = received_.substr(length);
+    received_.resize(length);
+    return std::exchange(received_, std::move(rest));
 }
 
 std::string TCPSocket::ReadAll() {

@@ -119,8 +119,8 @@ std::string NthField(std::string_view text, std::string_view separator, int32_t 
     return std::string(text.substr(from, text.find(separator, from) - from));
 }
 
-std::vector<std::string> Split(std::string_view text, std::string_view separator) {
-    std::vector<std::string> fields;
+std::vector<std::string_view> Split(std::string_view text, std::string_view separator) {
+    std::vector<std::string_view> fields;
     std::size_t from = 0;
     for (std::size_t cut = 0; !separator.empty() && (cut = text.find(separator, from)) != std::string_view::npos;) {
         fields.emplace_back(text.substr(from, cut - from));

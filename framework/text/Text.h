@@ -33,8 +33,8 @@ std::string ReplaceAll(std::string_view text, std::string_view find, std::string
 // The field of that number, from 1, of `text` cut at every `separator`; empty where there is none.
 std::string NthField(std::string_view text, std::string_view separator, int32_t number);
 
-// All fields of `text` cut at every `separator`: one more than there are separators.
-std::vector<std::string> Split(std::string_view text, std::string_view separator);
+// All fields of `text` cut at every `separator`, where they lie in it: one more than there are separators.
+std::vector<std::string_view> Split(std::string_view text, std::string_view separator);
 
 // The character with that code point, as text; and the code of the first character, 0 of an empty text.
 std::string Chr(int32_t code);

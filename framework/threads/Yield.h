@@ -19,7 +19,7 @@ public:
 // The event loop has just got round to an event. Does nothing on a worker. For the framework's own use.
 void EventsAreServed();
 
-// While one of these lives on the main thread, RuntimeBackgroundTask does nothing. For the framework's own use.
+// While one of these lives on the main thread, RuntimeBackgroundTask does nothing: for what has to happen in one step.
 class NoYield {
 public:
     NoYield();

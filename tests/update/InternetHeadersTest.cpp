@@ -66,6 +66,9 @@ TEST(InternetHeadersTest, AreReadWithAnyLineEnd) {
         const std::string block =
             ReplaceAll("HTTP/1.0 200 OK\nA:  one\nb: x\n y\n\tz\na: two:2\nnothing\nA:\t", "\n", end);
         const Ref<InternetHeaders> headers = Parsed(block);
+        EXPECT_EQ(headers->Count(), 4);
+        EXPECT_EQ(headers->NameCount("a"), 3);
+        EXPECT_EQ(headers->Value("B") + headers->Value("A", 1) + headers->Value("a:1"), "x y ztwo:2two:2");
         EXPECT_EQ(headers->FormatHTTPHeaders(), "A: one\r\nb: x y z\r\na: two:2\r\nA: ");
         EXPECT_EQ(headers->Value("a", -1), "one");
         EXPECT_EQ(headers->CommaSeparatedValues("a"), "one, two:2, ");
