@@ -5,6 +5,7 @@
 #include "framework/text/Encoding.h"
 #include "framework/text/Number.h"
 #include "framework/text/Text.h"
+#include "framework/threads/Yield.h"
 #include "update/InternetHeaders.h"
 
 namespace {
@@ -36,9 +37,10 @@ bool HTTPSocket::SetAuthentication(const Ref<InternetHeaders>& headers, const st
     std::string name, password;
     if (!ask || !ask(parameters->Lookup("realm", ""), headers, name, password))
         return false;
+    const bool stood = IsConnected();
     const std::string data = CreateAuthenticationData(scheme, name, password, *parameters);
-    // They are for this server, and the handler may have turned to another.
-    if (data.empty() || request != request_)
+    // They are for this server, and the handler, or an event that was served, may have turned to another or to none.
+    if (data.empty() || request != request_ || IsConnected() != stood)
         return false;
     (ofProxy ? _proxyAuthenticationKey : _authenticationKey) = data;
     return true;
@@ -94,6 +96,7 @@ std::string HTTPSocket::CreateNonce() {
     for (int i = 0; i < kNonceLength; ++i) {
         const int32_t draw = random->InRange(0, 61);
         nonce += Chr(draw + (draw < 10 ? 48 : draw < 36 ? 55 : 61));
+        RuntimeBackgroundTask();
     }
     return nonce;
 }

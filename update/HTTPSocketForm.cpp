@@ -2,6 +2,7 @@
 
 #include "framework/text/Number.h"
 #include "framework/text/Text.h"
+#include "framework/threads/Yield.h"
 
 #include <string_view>
 
@@ -18,11 +19,13 @@ void HTTPSocket::SetFormData(const Ref<Dictionary<std::string>>& form) {
 }
 
 std::string HTTPSocket::EncodeFormData(const Ref<Dictionary<std::string>>& form) const {
+    const auto held = Self(&*form); // whatever the events that are served do
     std::string text;
-    for (int32_t i = 0; i < form->Count(); ++i) {
-        const std::string& key = form->Key(i);
+    for (int32_t i = 0; i < held->Count(); ++i) {
+        const std::string& key = held->Key(i);
         text.append(i == 0 ? "" : "&").append(EncodeURLString(key)).append("=");
-        text.append(EncodeURLString(form->Value(key)));
+        text.append(EncodeURLString(held->Value(key)));
+        RuntimeBackgroundTask();
     }
     return text;
 }

@@ -54,6 +54,13 @@ TEST_F(HTTPRequestTest, PostsWhatWasSetUntilAnotherDropsIt) {
     client->SetFormData(form);
     EXPECT_EQ(RequestOf(url, "POST"),
               post("application/x-www-form-urlencoded", "z=100%25+a%2Bb&a%2Db%5Fc=?:@'\"|%0D%0A\xC3\xBC%28%7E%29"));
+
+    for (int i = 0; i < 20'000; ++i)
+        form->SetValue(std::to_string(i), "");
+    bool served = false;
+    PostToMainThread([&served] { served = true; });
+    client->SetFormData(form);
+    EXPECT_TRUE(served) << "a long form does not stop the windows";
 }
 
 TEST_F(HTTPRequestTest, WaitsWithoutEvents) {
