@@ -78,10 +78,14 @@ void HTTPSocket::Event_DataAvailable() {
     HandleNewData();
 }
 
-// The end of the connection is the end of the page. Where the end finds data that nobody read, these are handled and
-// no more: such a request stays without an end, as does one whose connection broke within the headers. That is meant.
+// The end of the connection is the end of the page, unless memory did not suffice for it. Where the end finds data that
+// nobody read, these are handled and no more: such a request stays without an end, as does one whose connection broke
+// within the headers. That is meant.
 void HTTPSocket::Event_Error() {
-    if (!std::exchange(_connectionValid, false))
+    const bool pageLost = LastErrorCode() == kOutOfMemory;
+    if (pageLost)
+        *_pageBuffer = std::string();
+    if (!std::exchange(_connectionValid, false) || pageLost)
         SetError(LastErrorCode());
     else if (Lookahead().empty())
         ProcessPage();

@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <chrono>
 #include <climits>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -51,8 +52,8 @@ public:
         : readable_(descriptor, QSocketNotifier::Read), writable_(descriptor, QSocketNotifier::Write) {
         Turn(false, true);
         patience_.setSingleShot(true);
-        const auto held = [&connection](void (Connection::*handle)()) {
-            return [&connection, handle] { (connection.shared_from_this().get()->*handle)(); };
+        const auto held = [&connection](Step step) {
+            return [&connection, step] { connection.shared_from_this()->Take(step); };
         };
         connect(&readable_, &QSocketNotifier::activated, this, held(&Connection::Readable));
         connect(&writable_, &QSocketNotifier::activated, this, held(&Connection::Writable));
@@ -89,10 +90,36 @@ void TCPSocket::Connection::Begin(const std::string& address, int32_t port) {
     address_ = address;
     port_ = port;
     begun_ = true;
-    PostToMainThread([weak = weak_from_this()] {
-        if (const auto connection = weak.lock())
-            connection->Open();
+    Post(weak_from_this(), &Connection::Open);
+}
+
+void TCPSocket::Connection::Take(Step step) {
+    Run("connection", [&] { (this->*step)(); });
+}
+
+void TCPSocket::Connection::Post(std::weak_ptr<Connection> connection, Step step) {
+    PostToMainThread([connection = std::move(connection), step] {
+        if (const auto held = connection.lock())
+            held->Take(step);
     });
+}
+
+// What came is let go, so that there is room again for all else that the program does.
+void TCPSocket::Connection::Run(const char* what, const std::function<void()>& code) {
+    bool outOfMemory = false;
+    EventEdge::Run(what, [&] {
+        try {
+            code();
+        } catch (const std::bad_alloc&) {
+            outOfMemory = true;
+            throw;
+        }
+    });
+    if (!outOfMemory || owner_->connection_.get() != this) // which may have another by now
+        return;
+    owner_->received_ = std::string();
+    failure_ = kOutOfMemory;
+    End();
 }
 
 void TCPSocket::Connection::Abandon() {
@@ -118,10 +145,9 @@ void TCPSocket::Connection::LookUp() {
     lookup_ = promise.get_future();
     try {
         std::thread([weak = weak_from_this(), host = address_, port = port_, promise = std::move(promise)]() mutable {
-            promise.set_value(Resolve(host, port));
-            PostToMainThread([weak] {
-                if (const auto connection = weak.lock())
-                    connection->HostFound();
+            EventEdge::Run("lookup of a host", [&] {
+                promise.set_value(Resolve(host, port));
+                Post(weak, &Connection::HostFound);
             });
         }).detach();
     } catch (const std::system_error& failure) {
@@ -217,7 +243,7 @@ void TCPSocket::Connection::Serve() {
     if (WantsToWrite() && (ready.revents & ~POLLIN) != 0)
         Writable();
     if (attention_ != nullptr && !connecting_ && (ready.revents & ~POLLOUT) != 0)
-        Readable();
+        Take(&Connection::Readable);
 }
 
 void TCPSocket::Connection::Idle() {
@@ -299,7 +325,7 @@ void TCPSocket::Connection::Readable() {
 void TCPSocket::Connection::Deliver(const char* what, const std::function<void()>& event) {
     delivering_ = true;
     Attend();
-    EventEdge::Run(what, event);
+    Run(what, event);
     delivering_ = false;
     Attend();
 }

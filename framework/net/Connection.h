@@ -42,6 +42,13 @@ private:
 
     static Addresses Resolve(const std::string& host, int32_t port);
 
+    // Steps of the connection's own, now or with the next turn of the event loop.
+    using Step = void (Connection::*)();
+    void Take(Step step);
+    static void Post(std::weak_ptr<Connection> connection, Step step);
+    // Runs code that memory may not suffice for: that is the end of the connection, and is told once.
+    void Run(const char* what, const std::function<void()>& code);
+
     void Open();
     void LookUp();
     void HostFound();

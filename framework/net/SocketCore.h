@@ -2,6 +2,7 @@
 
 #include "framework/base/Ref.h"
 
+#include <cerrno>
 #include <cstdint>
 
 // What every socket has. All of it belongs to the main thread. A socket keeps itself alive from Connect until the
@@ -26,6 +27,7 @@ public:
     // Why the last connection failed or ended: 100 refused, 101 ended by the other side, 102 host not known, 103 not
     // the number of a port, else 200 and the system's error number. 0 before.
     virtual int32_t LastErrorCode() const = 0;
+    static constexpr int32_t kOutOfMemory = 200 + ENOMEM; // what was received and not yet read is lost
 
 protected:
     // Received data wait to be read. Comes again after a time in which the handler left the data that arrived.

@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include <ctime>
+#include <fstream>
 
 namespace {
 
@@ -31,6 +32,23 @@ int64_t PeakMemory() {
     getrusage(RUSAGE_SELF, &usage);
     return int64_t(usage.ru_maxrss) * 1024;
 }
+
+// While one of these lives, this process gets no more than so much memory in addition.
+class MemoryLimit {
+public:
+    explicit MemoryLimit(uint64_t bytes) {
+        uint64_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        getrlimit(RLIMIT_AS, &before_);
+        rlimit small = before_;
+        small.rlim_cur = pages * static_cast<uint64_t>(sysconf(_SC_PAGESIZE)) + bytes;
+        setrlimit(RLIMIT_AS, &small);
+    }
+    ~MemoryLimit() { setrlimit(RLIMIT_AS, &before_); }
+
+private:
+    rlimit before_{};
+};
 
 // The longest time between two turns of the event loop, in seconds of this thread on a processor: a busy machine's
 // other programs don't count.
@@ -230,6 +248,28 @@ TEST_F(HTTPReplyTest, KeepsTheWindowsWaitingForAMomentAndTakesLittleMore) {
         EXPECT_TRUE(WaitUntil([this] { return client->ends == 1; }));
         EXPECT_LT(turn.Seconds(), 0.2) << text.substr(0, 50);
         EXPECT_TRUE(PeakMemory() - memory < int64_t(4 * kMuch) || !kMemoryIsItsOwn) << text.substr(0, 50);
+    }
+}
+
+TEST_F(HTTPReplyTest, IsAnErrorToldOnceWhereMemoryDoesNotSuffice) {
+    if (!kMemoryIsItsOwn)
+        GTEST_SKIP() << "the sanitizer would not get what it needs";
+    client->ReceiveProgress = nullptr;
+    const std::string piece(1 << 16, 'x');
+    for (const auto& [head, told] :
+         {std::pair(kOk, "connected|error 212"), std::pair(kOk + "\r\n", "connected|headers 200 0|error 212")}) {
+        client->told.clear();
+        client->Get(url);
+        const std::jthread sender([&piece, &head = head, peer = Served()]() mutable {
+            for (peer.Send(head); !peer.HasInput();) // the end of the connection
+                peer.Send(piece);
+        });
+        testing::internal::CaptureStderr();
+        const MemoryLimit limit(64 << 20);
+        EXPECT_TRUE(WaitUntil([this] { return client->ErrorCode() != 0; }));
+        const std::string lines = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 1) << lines;
+        EXPECT_EQ(client->told, told);
     }
 }
 
