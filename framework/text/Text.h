@@ -56,6 +56,6 @@ int RuntimeStringCompare(std::string_view left, std::string_view right);
 // The text with its case folded away: two texts compare equal exactly if these are the same bytes.
 std::string FoldedCase(std::string_view text);
 
-// A text that can be shown: every byte that is not valid UTF-8, and every line break, override of the direction or other
-// control character, becomes a replacement sign.
+// A text that can be shown: every byte that is not valid UTF-8, and every line break, override of the direction or
+// other control character, becomes a replacement sign.
 std::string Displayable(std::string_view text);
