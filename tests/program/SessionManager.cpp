@@ -62,7 +62,7 @@ int Accept(SmsConn, SmPointer data, unsigned long* mask, SmsCallbacks* calls, ch
     calls->save_yourself_done = {Saved, data};
     calls->close_connection = {[](SmsConn, SmPointer, int count, char** why) { SmFreeReasons(count, why); }, data};
     calls->set_properties = {TakeProperties, data};
-    calls->delete_properties = {[](SmsConn, SmPointer, int, char**) {}, data};
+    calls->delete_properties = {[](SmsConn, SmPointer, int count, char** names) { SmFreeReasons(count, names); }, data};
     calls->get_properties = {[](SmsConn, SmPointer) {}, data};
     return 1;
 }
