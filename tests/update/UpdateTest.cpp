@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 
 using OnOffer = std::function<void(winUpdate&)>;
 
-const std::string kServerError = "An error has occurred.The server's reply could not be understood.";
+const std::string kServerError = "An error has occurred.The server’s reply could not be understood.";
 const std::string kConnectionError = "An error has occurred.The server could not be reached (error ";
 const std::string kNothingNew = "You have the newest version of Ombrivel.";
 
