@@ -1,15 +1,18 @@
 #include "tests/program/WholeProgramTest.h"
 
+#include <unistd.h>
+
 namespace {
 
 namespace fs = std::filesystem;
 
 constexpr std::size_t kPartSize = 300'000;
 
-fs::path EmptyScratchFolder() {
+// Another one for every run: a helper of the last one may still be about to write down what it opens.
+fs::path NewScratchFolder() {
     const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
-    const fs::path folder = fs::path(OMBRIVEL_SCRATCH) / (std::string(test->test_suite_name()) + "." + test->name());
-    fs::remove_all(folder);
+    const std::string name = std::string(test->test_suite_name()) + "." + test->name();
+    fs::path folder = fs::path(OMBRIVEL_SCRATCH) / (name + "." + std::to_string(getpid()));
     fs::create_directories(folder / "files");
     return folder;
 }
@@ -20,7 +23,7 @@ std::string PString(const std::string& text) {
 
 } // namespace
 
-WholeProgramTest::WholeProgramTest() : scratch_(EmptyScratchFolder()), executable(OMBRIVEL_PROGRAM) {
+WholeProgramTest::WholeProgramTest() : scratch_(NewScratchFolder()), executable(OMBRIVEL_PROGRAM) {
     Prefer({.SearchForUpdates = false}); // most tests have no business with a network
 }
 
