@@ -83,11 +83,14 @@ int OpenPlain(const std::string& path, int flags) {
     if (found < 0)
         return -1;
     struct stat status = {};
-    int descriptor = -1;
+    const bool plain = fstat(found, &status) == 0 && S_ISREG(status.st_mode);
     // By way of the descriptor, so that it is the same file. Another program may have a lease on it (a server does, for
     // a client that keeps a copy): this waits until that is given back, which the system sees to.
-    if (fstat(found, &status) == 0 && S_ISREG(status.st_mode))
-        descriptor = open(("/proc/self/fd/" + std::to_string(found)).c_str(), (flags & ~O_NOFOLLOW) | O_CLOEXEC);
+    const std::string same = "/proc/self/fd/" + std::to_string(found);
+    int descriptor = -1;
+    do
+        descriptor = plain ? open(same.c_str(), (flags & ~O_NOFOLLOW) | O_CLOEXEC) : -1;
+    while (plain && descriptor < 0 && errno == EINTR);
     close(found);
     return descriptor;
 }
