@@ -1,6 +1,7 @@
 #include "engine/PartNames.h"
 #include "engine/StartCut.h"
 #include "engine/claThread.h"
+#include "framework/desktop/Desktop.h"
 #include "framework/windows/ComboBox.h"
 #include "framework/windows/ProgressBar.h"
 #include "settings/claPreferences.h"
@@ -344,21 +345,17 @@ TEST_F(GlueTest, WhatCannotBeWrittenLeavesItsRowAndItsSeriesInUse) {
     EXPECT_EQ(App::Instance()->InUse[0]->AbsolutePath(), "/proc/film.mov");
 }
 
-// One that runs comes to its end without a further thread, and shows its target.
-TEST_F(GlueTest, WithoutAThreadNothingIsBegunAndNothingLeftBehind) {
-    std::optional<NoMoreThreads> limit;
-    onRow = [&limit](claFilePerformInfo&) {
-        ShowOnScreen(); // the toolkit draws large pictures on threads of its own, and waits for them
-        limit.emplace();
-    };
+// The toolkit's painting would wait for a thread of its own, so no events are served meanwhile.
+TEST_F(GlueTest, WithoutAThreadNoneBeginsAndTheDesktopIsStillAsked) {
     folder.Write("film.001", "1");
-    Glue("film.001");
-    EXPECT_TRUE(WaitForWorkers());
-    EXPECT_EQ(AskedOfDesktop(), "reveal " + folder.Path("film") + "\n");
-    folder.Write("song.001", "1");
-    EXPECT_THROW(Glue("song.001"), std::system_error);
-    EXPECT_EQ(folder.Names(), (Names{"film", "song.001"}));
-    EXPECT_TRUE(App::Instance()->InUse.empty() && List().Info.empty());
+    {
+        const NoMoreThreads limit;
+        EXPECT_THROW(Glue("film.001"), std::system_error);
+        EXPECT_NO_THROW(RevealFile(folder.Path("film.001"))) << "as at the end of a glue that runs";
+    }
+    EXPECT_EQ(folder.Names(), Names{"film.001"});
+    EXPECT_TRUE(App::Instance()->InUse.empty());
+    EXPECT_EQ(AskedOfDesktop(), "reveal " + folder.Path("film.001") + "\n");
 }
 
 } // namespace
