@@ -128,35 +128,30 @@ TEST(Files, AStreamEndsWhereItsFileEndsByNowAndIsClosedOnce) {
     EXPECT_FALSE(other->AtEOF());
 }
 
-// File systems that share blocks, where they can be had, and the one of the tests, whichever it is.
-class Places {
-public:
-    std::vector<std::string> Sharing() const {
-        std::vector<std::string> sharing;
+// Those that can be had here.
+class FilesThatShareBlocks : public testing::Test {
+protected:
+    FilesThatShareBlocks() {
         for (const LoopMount& mount : mounts_)
             if (mount.Mounted())
-                sharing.push_back(mount.Point());
-        return sharing;
+                places.push_back(mount.Point());
     }
-    std::vector<std::string> All() const {
-        std::vector<std::string> all = Sharing();
-        all.push_back(folder_.Path());
-        return all;
+    void SetUp() override {
+        if (places.empty())
+            GTEST_SKIP() << "no such file system can be mounted here";
     }
+
+    static constexpr int32_t kBlock = 1048576;
+    std::vector<std::string> places;
 
 private:
-    static constexpr uint64_t kSize = 512ULL << 20U;
     const TestFolder folder_;
-    const std::array<LoopMount, 2> mounts_{LoopMount("btrfs", folder_.Path(), kSize),
-                                           LoopMount("xfs", folder_.Path(), kSize)};
+    const std::array<LoopMount, 2> mounts_{LoopMount("btrfs", folder_.Path(), 512ULL * kBlock),
+                                           LoopMount("xfs", folder_.Path(), 512ULL * kBlock)};
 };
 
-TEST(Files, AStopBeforeAllIsWrittenOutLeavesTheFileToBeCopied) {
-    constexpr int32_t kBlock = 1048576;
-    const Places places;
-    if (places.Sharing().empty())
-        GTEST_SKIP() << "no such file system can be mounted here";
-    for (const std::string& place : places.Sharing()) {
+TEST_F(FilesThatShareBlocks, AreCopiedAfterAStopBeforeAllIsWrittenOut) {
+    for (const std::string& place : places) {
         WriteFile(place + "/from", Pattern(kBlock));
         for (const bool stop : {false, true}) {
             const std::string target = place + "/to" + std::to_string(int(stop));
@@ -170,10 +165,8 @@ TEST(Files, AStopBeforeAllIsWrittenOutLeavesTheFileToBeCopied) {
 }
 
 // As a part may while it is glued. Shared blocks lie ahead of what has been read.
-TEST(Files, BehindAFileThatShrinksTheNextOneFollowsAtOnce) {
-    constexpr int32_t kBlock = 1048576;
-    const Places places;
-    for (const std::string& place : places.All()) {
+TEST_F(FilesThatShareBlocks, FollowEachOtherWithoutAGapThoughOneShrinks) {
+    for (const std::string& place : places) {
         const std::string next = Pattern(kBlock + 1);
         WriteFile(place + "/1", Pattern(std::size_t{16} * kBlock));
         WriteFile(place + "/2", next);
