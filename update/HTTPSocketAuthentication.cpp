@@ -21,6 +21,9 @@ std::string Quoted(const std::string& name, const std::string& value) {
 
 // Asks the owner for a name and a password. True: the header for the repeated request is ready.
 bool HTTPSocket::SetAuthentication(const Ref<InternetHeaders>& headers, const std::string& challenge, bool ofProxy) {
+    const AskForCredentials ask = ofProxy ? ProxyAuthenticationRequired : AuthenticationRequired;
+    if (!ask)
+        return false; // a challenge may be very long, and nobody would know what it says
     const std::size_t blank = challenge.find(' ');
     const std::string scheme = blank == std::string::npos ? "" : challenge.substr(0, blank);
     const Ref<Dictionary<std::string>> parameters =
@@ -32,14 +35,13 @@ bool HTTPSocket::SetAuthentication(const Ref<InternetHeaders>& headers, const st
     else
         parameters->SetValue("nonce", _lastServerNonce);
 
-    const AskForCredentials ask = ofProxy ? ProxyAuthenticationRequired : AuthenticationRequired;
     const uint32_t request = request_;
     std::string name, password;
-    if (!ask || !ask(parameters->Lookup("realm", ""), headers, name, password))
+    if (!ask(parameters->Lookup("realm", ""), headers, name, password))
         return false;
     const bool stood = IsConnected();
     const std::string data = CreateAuthenticationData(scheme, name, password, *parameters);
-    // They are for this server, and the handler, or an event that was served, may have turned to another or to none.
+    // They are for this server, and the handler may have turned to another, or an event that was served to none.
     if (data.empty() || request != request_ || IsConnected() != stood)
         return false;
     (ofProxy ? _proxyAuthenticationKey : _authenticationKey) = data;

@@ -4,6 +4,7 @@
 #include "framework/text/Text.h"
 #include "framework/threads/Yield.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {

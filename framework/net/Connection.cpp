@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <chrono>
 #include <climits>
+#include <exception>
 #include <new>
 #include <system_error>
 #include <thread>
@@ -146,7 +147,11 @@ void TCPSocket::Connection::LookUp() {
     try {
         std::thread([weak = weak_from_this(), host = address_, port = port_, promise = std::move(promise)]() mutable {
             EventEdge::Run("lookup of a host", [&] {
-                promise.set_value(Resolve(host, port));
+                try {
+                    promise.set_value(Resolve(host, port));
+                } catch (...) {
+                    promise.set_exception(std::current_exception());
+                }
                 Post(weak, &Connection::HostFound);
             });
         }).detach();
@@ -228,9 +233,9 @@ void TCPSocket::Connection::Purge() {
 }
 
 void TCPSocket::Connection::Serve() {
-    Open();
+    Take(&Connection::Open);
     if (lookup_.valid() && lookup_.wait_for(std::chrono::milliseconds(kPatience)) == std::future_status::ready)
-        HostFound();
+        Take(&Connection::HostFound);
     if (delivering_ || attention_ == nullptr) {
         Idle();
         return;
@@ -241,7 +246,7 @@ void TCPSocket::Connection::Serve() {
     if (poll(&ready, 1, kPatience) <= 0)
         return;
     if (WantsToWrite() && (ready.revents & ~POLLIN) != 0)
-        Writable();
+        Take(&Connection::Writable);
     if (attention_ != nullptr && !connecting_ && (ready.revents & ~POLLOUT) != 0)
         Take(&Connection::Readable);
 }

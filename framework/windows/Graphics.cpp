@@ -30,8 +30,9 @@ QRect MeasuredInk(const QString& text, const QFont& font) {
     for (const QGlyphRun& run : layout.glyphRuns()) {
         const QList<quint32> glyphs = run.glyphIndexes();
         const QList<QPointF> positions = run.positions();
+        const QRawFont rawFont = run.rawFont();
         for (qsizetype i = 0; i < glyphs.size(); ++i)
-            ink |= run.rawFont().boundingRect(glyphs[i]).translated(positions[i]);
+            ink |= rawFont.boundingRect(glyphs[i]).translated(positions[i]);
     }
     // One row more on each side: what is drawn is rounded, and on a denser screen otherwise.
     return ink.translated(0, -line.ascent()).toAlignedRect().adjusted(0, -1, 0, 1);

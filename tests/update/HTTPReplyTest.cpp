@@ -227,7 +227,7 @@ TEST_F(HTTPReplyTest, KeepsTheWindowsWaitingForAMomentAndTakesLittleMore) {
                    {kOk, "x", ": b\r\n\r\n"},
                    {kOk + "A: ", "x\r", "\r\n\r\n"},
                    {"HTTP/1.0 200 OK\nContent-length:", "\n ", "\n\n"},
-                   {"HTTP/1.0 401 No\nWWW-Authenticate: ", "x", "\n\n"},
+                   {"HTTP/1.0 401 No\nWWW-Authenticate: Basic ", "x", "\n\n"},
                    {"", "\n", ""},
                    {kOk + "\r\n", "x", ""},
                    {kOk + "\r\n", "x", "", 20'000, 1}};
