@@ -1,5 +1,6 @@
 #include "framework/app/ModalRun.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/threads/MainThread.h"
 
 #include <cstddef>
@@ -11,7 +12,7 @@ namespace {
 int running = 0;
 
 std::deque<std::function<void()>>& Waiting() {
-    static auto* const waiting = new std::deque<std::function<void()>>;
+    static const Immortal<std::deque<std::function<void()>>> waiting;
     return *waiting;
 }
 

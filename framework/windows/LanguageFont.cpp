@@ -1,5 +1,7 @@
 #include "framework/windows/LanguageFont.h"
 
+#include "framework/base/Immortal.h"
+
 #include <QApplication>
 #include <QFont>
 #include <QFontInfo>
@@ -63,7 +65,8 @@ QString FamilyNeededBy(const std::string& code) {
 
 // The family stands behind the desktop's own, or in front of it if that would draw the characters itself.
 void UseFontOfLanguage(const std::string& code) {
-    static std::optional<QFont> ofDesktop; // while another one stands in its place
+    static const Immortal<std::optional<QFont>> kept; // the desktop's, while another one stands in its place
+    std::optional<QFont>& ofDesktop = *kept;
     if (ofDesktop) {
         QApplication::setFont(*ofDesktop);
         ofDesktop.reset();
