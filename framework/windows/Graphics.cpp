@@ -1,5 +1,6 @@
 #include "framework/windows/NativeGraphics.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/windows/Native.h"
 
 #include <QApplication>
@@ -40,7 +41,7 @@ QRect MeasuredInk(const QString& text, const QFont& font) {
 
 // Measuring costs as much as drawing, and the same few texts come again and again.
 QRect InkOf(const QString& text, const QFont& font) {
-    static auto* const known = new QCache<std::pair<QFont, QString>, QRect>(200);
+    static const Immortal<QCache<std::pair<QFont, QString>, QRect>> known(200);
     if (const QRect* const ink = known->object({font, text}))
         return *ink;
     const QRect ink = MeasuredInk(text, font);

@@ -1,5 +1,6 @@
 #include "framework/windows/ProgressBar.h"
 
+#include "framework/base/Immortal.h"
 #include "framework/windows/Native.h"
 
 #include <QBasicTimer>
@@ -26,7 +27,7 @@ constexpr int kChunksInBar = 6;
 class BusyAnimation : public QObject {
 public:
     static BusyAnimation& Instance() {
-        static auto* const animation = new BusyAnimation;
+        static const Immortal<BusyAnimation> animation;
         return *animation;
     }
 
