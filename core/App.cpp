@@ -56,19 +56,24 @@ void App::Event_Open() {
     const Ref<FolderItem> bundle = ExecutableFile()->Parent()->Parent();
     Multilingual::Initialize(bundle->Child("Resources")->Child("Multilingual"), Preferences->Language);
     winMain::Instance()->Show();
+    const bool served = ServeOpenFiles();
+    Started = true;
+    if (!OpenFiles.empty() && !served)
+        QuitIfAllIsDone();
+    if (Preferences->SearchForUpdates)
+        claSearchForUpdates::Check(false);
+}
+
+// By index: a file may be handed over while the dialog of the one before it is up. No yield: a glue that came to its
+// end in it would no longer turn away the other parts of its series. The list is not emptied afterwards.
+bool App::ServeOpenFiles() {
     const OnTheWay waiting;
-    // By index: a file may be handed over while the dialog of the one before it is up. No yield: a glue that came to
-    // its end in it would no longer turn away the other parts of its series. The list is not emptied afterwards.
-    bool served = OpenFiles.empty();
+    bool served = false;
     for (std::size_t i = 0; i < OpenFiles.size(); ++i) {
         const Ref<FolderItem> item = OpenFiles[i];
         served = Route(item) || served;
     }
-    Started = true;
-    if (!served) // other starts were quicker, and are done
-        QuitIfAllIsDone();
-    if (Preferences->SearchForUpdates)
-        claSearchForUpdates::Check(false);
+    return served;
 }
 
 void App::Event_EnableMenuItems() {

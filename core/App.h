@@ -57,6 +57,9 @@ public:
     bool Route(const Ref<FolderItem>& item);
 
 private:
+    // Sends the files that came in before the start was finished on their way. False if none of them was there.
+    bool ServeOpenFiles();
+
     std::vector<Ref<FolderItem>> OpenFiles; // handed over before the start was finished
     bool Started = false;
 };

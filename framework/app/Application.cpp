@@ -9,7 +9,6 @@
 #include "framework/app/StartFailure.h"
 #include "framework/base/EventEdge.h"
 #include "framework/base/Immortal.h"
-#include "framework/base/StandardError.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/ProgramFile.h"
 #include "framework/menus/MenuBar.h"
@@ -35,7 +34,6 @@
 #include <cstdlib>
 #include <exception>
 #include <optional>
-#include <set>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -109,38 +107,24 @@ void ListenToQueue() {
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [&queue] { queue.Serve(); });
 }
 
-// Looked at as early as can be: what goes after that has been served by another start at the same time, and what was
-// never there is the user's mistake.
-std::set<const char*> WordsWithoutFile(int count, char** words) {
-    std::set<const char*> missing;
-    for (int i = 1; i < count; ++i) {
-        if (!FolderItem(words[i]).Exists())
-            missing.insert(words[i]);
-    }
-    return missing;
-}
-
-// The files named on the command line, nothing if it names none. What is not there is told and left out: the desktop
-// would not hand it over.
-std::optional<std::vector<std::string>> FilesToOpen(int count, char** words, const std::set<const char*>& missing) {
+// The files named on the command line, there or not; nothing if it names none.
+std::optional<std::vector<std::string>> FilesToOpen(int count, char** words) {
     if (count <= 1)
         return std::nullopt;
     std::vector<std::string> paths;
-    for (int i = 1; i < count; ++i) {
-        if (missing.contains(words[i]))
-            TellNoSuchFile(words[i]);
-        else
-            paths.push_back(FolderItem(words[i]).AbsolutePath());
-    }
+    for (int i = 1; i < count; ++i)
+        paths.push_back(FolderItem(words[i]).AbsolutePath());
     return paths;
 }
 
-// Files come in before Event_Open, which serves them when the windows are there; a start that names no file is told
-// after it. One whose files are all missing is none: it was meant to open something.
+// Files come in before Event_Open, which serves them when the windows are there and may find that nothing is to be
+// done.
 void Begin(const std::optional<std::vector<std::string>>& paths, const std::function<Ref<Application>()>& startup) {
     try {
         *application = startup();
         FollowTheWindowInFront();
+        if (!paths)
+            (*application)->Event_NewDocument();
         for (const std::string& path : paths.value_or(std::vector<std::string>()))
             (*application)->Event_OpenDocument(New<FolderItem>(path));
         (*application)->Event_Open();
@@ -148,8 +132,6 @@ void Begin(const std::optional<std::vector<std::string>>& paths, const std::func
         StopServing(program->Id);
         FailStart(failure.what());
     }
-    if (!paths)
-        EventEdge::Run("open event", [] { (*application)->Event_NewDocument(); });
 }
 
 } // namespace
@@ -211,14 +193,13 @@ bool Application::EventsWait() {
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup) {
     *program = identity;
-    const std::set<const char*> missing = WordsWithoutFile(argumentCount, arguments);
     const Activation activation = Activation::OfThisStart();
     ReadingFonts readingFonts;
     BeginToConnect();
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
     EndToConnect();
     DescribeToToolkit();
-    const auto paths = FilesToOpen(argumentCount, arguments, missing);
+    const auto paths = FilesToOpen(argumentCount, arguments);
     readingFonts.Await(); // from here on, too, the environment may be changed
     switch (HandOver(identity.Id, paths, activation)) {
     case HandedOver::Yes:

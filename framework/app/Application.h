@@ -44,10 +44,11 @@ public:
 
     // The program has been set up and may begin. An exception that leaves this event ends the process with code 1.
     virtual void Event_Open() {}
-    // The program was started without a file, or asked to come forward. Not if it was given files that are all gone.
+    // The program was started without a file, or asked to come forward. Not if it was given files that are not there.
+    // At the start it comes before Event_Open.
     virtual void Event_NewDocument() {}
     // A file was handed over: named at the start, or by a second start of the program. At the start these come before
-    // Event_Open; later ones also while a modal dialog runs. The file may have gone meanwhile.
+    // Event_Open; later ones also while a modal dialog runs. The file may not be there, or not any more.
     virtual void Event_OpenDocument(const Ref<FolderItem>&) {}
     // The process is about to end. The toolkit may have gone already: no window is to be touched.
     virtual void Event_Close() {}

@@ -3,6 +3,7 @@
 #include "framework/app/Activation.h"
 #include "framework/app/OpenEvents.h"
 #include "framework/base/Immortal.h"
+#include "framework/base/StandardError.h"
 #include "framework/files/FileUri.h"
 #include "framework/files/FolderItem.h"
 #include "framework/windows/OpenWindows.h"
@@ -15,6 +16,8 @@
 #include <QVariantMap>
 
 #include <unistd.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -103,6 +106,15 @@ void RememberThatNoneIsThere() {
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
+// Takes out and gives what is not there.
+std::vector<std::string> TakeMissing(std::vector<std::string>& paths) {
+    const auto exists = [](const std::string& path) { return FolderItem(path).Exists(); };
+    const auto missing = std::stable_partition(paths.begin(), paths.end(), exists);
+    std::vector<std::string> taken(missing, paths.end());
+    paths.erase(missing, paths.end());
+    return taken;
+}
+
 QDBusMessage Request(const QString& programId, const std::optional<std::vector<std::string>>& paths,
                      const Activation& activation) {
     const bool activate = !paths;
@@ -120,7 +132,7 @@ QDBusMessage Request(const QString& programId, const std::optional<std::vector<s
 
 } // namespace
 
-HandedOver HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths,
+HandedOver HandOver(const std::string& programId, std::optional<std::vector<std::string>> paths,
                     const Activation& activation) {
     if (!BusIsThere()) {
         RememberThatNoneIsThere();
@@ -134,16 +146,16 @@ HandedOver HandOver(const std::string& programId, const std::optional<std::vecto
     bus.registerVirtualObject(ObjectPath(id), &*service);
     if (bus.registerService(id))
         return HandedOver::No;
+    const std::vector<std::string> missing = paths ? TakeMissing(*paths) : std::vector<std::string>();
     const QDBusError error(bus.call(Request(id, paths, activation), QDBus::Block, kAnswerMilliseconds));
-    if (!error.isValid())
-        return HandedOver::Yes;
     // An instance that was about to end has taken nothing, but the bus may call that what it calls a slow one. Its name
-    // is free now, and tells the two apart.
-    if (bus.registerService(id))
-        return HandedOver::No;
-    // One that is merely slow has got the files: they must not be opened twice.
+    // is free now, and tells the two apart. One that is merely slow has got the files: they must not be opened twice.
     const bool slow = error.type() == QDBusError::NoReply || error.type() == QDBusError::TimedOut;
-    return slow ? HandedOver::Unanswered : HandedOver::No;
+    if (error.isValid() && (bus.registerService(id) || !slow))
+        return HandedOver::No;
+    for (const std::string& path : missing)
+        TellNoSuchFile(path);
+    return slow ? HandedOver::Unanswered : HandedOver::Yes;
 }
 
 void StopServing(const std::string& programId) {

@@ -15,9 +15,10 @@ enum class HandedOver {
     Unanswered, // an instance has got the files, and may open them yet
 };
 
-// Hands the files (absolute paths, of which there may be none left) to a running instance; without a list, tells it of
-// a start without a file. It comes forward either way.
-HandedOver HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths,
+// Hands the files (absolute paths) to a running instance; without a list, tells it of a start without a file. It comes
+// forward either way, also when there is no file left: one that is not there is told to standard error here, where the
+// user has named it, and stays here. If no instance takes the files, none is told.
+HandedOver HandOver(const std::string& programId, std::optional<std::vector<std::string>> paths,
                     const Activation& activation);
 
 // Leaves what is asked from now on to the next start.
