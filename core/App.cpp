@@ -4,6 +4,7 @@
 #include "engine/OnTheWay.h"
 #include "engine/StartCut.h"
 #include "engine/StartGlue.h"
+#include "framework/base/EventEdge.h"
 #include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
 #include "framework/desktop/Desktop.h"
@@ -65,13 +66,16 @@ void App::Event_Open() {
 }
 
 // By index: a file may be handed over while the dialog of the one before it is up. No yield: a glue that came to its
-// end in it would no longer turn away the other parts of its series. The list is not emptied afterwards.
+// end in it would no longer turn away the other parts of its series. The list is not emptied afterwards. Each file is
+// an event of its own, as a later one is: where the system has no thread for one, the others run all the same.
 bool App::ServeOpenFiles() {
     const OnTheWay waiting;
     bool served = false;
     for (std::size_t i = 0; i < OpenFiles.size(); ++i) {
         const Ref<FolderItem> item = OpenFiles[i];
-        served = Route(item) || served;
+        bool gone = false;
+        EventEdge::Run("open event", [&] { gone = !Route(item); });
+        served = served || !gone;
     }
     return served;
 }
