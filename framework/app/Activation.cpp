@@ -1,5 +1,7 @@
 #include "framework/app/Activation.h"
 
+#include "framework/threads/Thread.h"
+
 #include <QGuiApplication>
 #include <QWidget>
 
@@ -91,8 +93,10 @@ void Activate(QWidget& window, const Activation& activation) {
         ActivateAsOf(time, server, window);
         return;
     }
-    // From where the toolkit takes it with its next wish for the front.
-    if (!activation.Token.empty() && QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+    // From where the toolkit takes it with this wish. While a worker may look into the environment, it has to do
+    // without.
+    if (!activation.Token.empty() && QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
+        Thread::RunningCount() == 0)
         qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activation.Token));
     window.activateWindow();
 }
