@@ -25,6 +25,7 @@ std::string PString(const std::string& text) {
 
 WholeProgramTest::WholeProgramTest() : scratch_(NewScratchFolder()), executable(OMBRIVEL_PROGRAM) {
     Prefer({.SearchForUpdates = false}); // most tests have no business with a network
+    environment["XDG_ACTIVATION_TOKEN"] = "a launcher's";
 }
 
 void WholeProgramTest::TearDown() {
