@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QWidget>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
@@ -17,6 +18,7 @@ constexpr int32_t kErrorIcon = 2;
 
 // What the toolkit has told.
 struct Notice {
+    bool ofDisplay; // it comes from the connection to the display
     std::string text;
     std::string line; // as the toolkit would write it
 };
@@ -26,11 +28,22 @@ void Tell(const std::string& reason) {
     TellStandardError("the program could not start: " + reason);
 }
 
+// What names the display: the first that comes from the connection. The last word is about the toolkit's plug-ins.
+const Notice& AboutDisplay(const Notice& last) {
+    const auto ofDisplay = [](const Notice& notice) { return notice.ofDisplay; };
+    const auto found = std::find_if(notices->begin(), notices->end(), ofDisplay);
+    if (found != notices->end())
+        return *found;
+    return notices->empty() ? last : notices->front();
+}
+
 void Take(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    const Notice notice{message.trimmed().toStdString(), qFormatLogMessage(type, context, message).toStdString()};
+    const bool ofDisplay = QLatin1String(context.category).startsWith(QLatin1String("qt.qpa"));
+    const Notice notice{ofDisplay, message.trimmed().toStdString(),
+                        qFormatLogMessage(type, context, message).toStdString()};
     if (type == QtFatalMsg) {
-        // The first notice names the display; the last word is about the toolkit's plug-ins.
-        Tell("no display: " + (notices->empty() ? notice : notices->front()).text);
+        const std::string& text = AboutDisplay(notice).text;
+        Tell("no display: " + text.substr(0, text.find('\n')));
         std::_Exit(1);
     }
     if (type != QtDebugMsg)
