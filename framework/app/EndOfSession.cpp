@@ -33,6 +33,8 @@ public:
         switch (event->type()) {
         case QEvent::KeyPress:
         case QEvent::MouseButtonPress:
+        case QEvent::TouchBegin:
+        case QEvent::TabletPress:
         case QEvent::Drop:
             agreed = false; // the session lives on
             return false;
