@@ -10,6 +10,7 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
@@ -22,6 +23,8 @@
 namespace {
 
 constexpr int kAnswerMilliseconds = 2000;
+// Of instances that end instead of answering. Where programs may not take a name, no try would be the last.
+constexpr int kMostTries = 20;
 constexpr QLatin1String kInterface("org.freedesktop.Application");
 
 // "example.vendor.Program" lives at "/example/vendor/Program".
@@ -115,10 +118,10 @@ std::vector<std::string> TakeMissing(std::vector<std::string>& paths) {
     return taken;
 }
 
-QDBusMessage Request(const QString& programId, const std::optional<std::vector<std::string>>& paths,
-                     const Activation& activation) {
+QDBusMessage Request(const QString& instance, const QString& programId,
+                     const std::optional<std::vector<std::string>>& paths, const Activation& activation) {
     const bool activate = !paths;
-    auto message = QDBusMessage::createMethodCall(programId, ObjectPath(programId), kInterface,
+    auto message = QDBusMessage::createMethodCall(instance, ObjectPath(programId), kInterface,
                                                   activate ? QStringLiteral("Activate") : QStringLiteral("Open"));
     if (!activate) {
         QStringList addresses;
@@ -130,9 +133,30 @@ QDBusMessage Request(const QString& programId, const std::optional<std::vector<s
     return message;
 }
 
+// Nothing if the instance ended before it answered: it has taken no file then, and another may serve by now. The bus
+// tells such an end like a slow answer, but no longer knows the instance's own name.
+std::optional<HandedOver> AskInstance(const QDBusConnection& bus, const QString& programId,
+                                      std::optional<std::vector<std::string>> paths, const Activation& activation) {
+    const std::vector<std::string> missing = paths ? TakeMissing(*paths) : std::vector<std::string>();
+    const QString instance = bus.interface()->serviceOwner(programId);
+    if (instance.isEmpty())
+        return std::nullopt;
+    const QDBusError error(
+        bus.call(Request(instance, programId, paths, activation), QDBus::Block, kAnswerMilliseconds));
+    if (error.isValid() && !bus.interface()->isServiceRegistered(instance))
+        return std::nullopt;
+    // One that is merely slow has got the files: they must not be opened twice.
+    const bool slow = error.type() == QDBusError::NoReply || error.type() == QDBusError::TimedOut;
+    if (error.isValid() && !slow)
+        return HandedOver::No;
+    for (const std::string& path : missing)
+        TellNoSuchFile(path);
+    return slow ? HandedOver::Unanswered : HandedOver::Yes;
+}
+
 } // namespace
 
-HandedOver HandOver(const std::string& programId, std::optional<std::vector<std::string>> paths,
+HandedOver HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths,
                     const Activation& activation) {
     if (!BusIsThere()) {
         RememberThatNoneIsThere();
@@ -144,18 +168,11 @@ HandedOver HandOver(const std::string& programId, std::optional<std::vector<std:
     const QString id = QString::fromStdString(programId);
     static const Immortal<ApplicationService> service;
     bus.registerVirtualObject(ObjectPath(id), &*service);
-    if (bus.registerService(id))
-        return HandedOver::No;
-    const std::vector<std::string> missing = paths ? TakeMissing(*paths) : std::vector<std::string>();
-    const QDBusError error(bus.call(Request(id, paths, activation), QDBus::Block, kAnswerMilliseconds));
-    // An instance that was about to end has taken nothing, but the bus may call that what it calls a slow one. Its name
-    // is free now, and tells the two apart. One that is merely slow has got the files: they must not be opened twice.
-    const bool slow = error.type() == QDBusError::NoReply || error.type() == QDBusError::TimedOut;
-    if (error.isValid() && (bus.registerService(id) || !slow))
-        return HandedOver::No;
-    for (const std::string& path : missing)
-        TellNoSuchFile(path);
-    return slow ? HandedOver::Unanswered : HandedOver::Yes;
+    for (int tries = 0; tries < kMostTries && !bus.registerService(id); ++tries) {
+        if (const std::optional<HandedOver> answer = AskInstance(bus, id, paths, activation))
+            return *answer;
+    }
+    return HandedOver::No;
 }
 
 void StopServing(const std::string& programId) {

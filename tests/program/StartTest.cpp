@@ -103,6 +103,15 @@ TEST_F(SecondStart, BringsTheWindowsForwardAsTheyStoodAndEndsTheBusyPointer) {
     EXPECT_EQ(desktop.Pretend({"act", "example.halvrick.Ombrivel"}).Output(), "answered\n");
 }
 
+// As when many are started at once and each is soon done.
+TEST_F(SecondStart, IsItsOwnMasterWhenOneInstanceAfterTheOtherEnds) {
+    const std::string film = WriteSeries("film.mov");
+    for (int i = 0; i < 3; ++i)
+        desktop.Pretend({"example.halvrick.Ombrivel"});
+    EXPECT_EQ(Start({"film.mov.001"}).End(), 0);
+    EXPECT_TRUE(Holds(File("film.mov"), film));
+}
+
 TEST_F(SecondStart, TellsOfAnInstanceThatHangsAndNothingIsOpenedTwice) {
     const std::string film = WriteSeries("film.mov");
     Program& hung = Start({});

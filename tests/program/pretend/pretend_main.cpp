@@ -1,10 +1,11 @@
 // The program's neighbours on a desktop, as far as the tests need them: a file manager that writes down what it is
 // asked to show, another instance of the program itself, which is just about to end, and a window out of which files
-// are dragged, and a launcher that asks for an action.
+// are dragged, and a launcher that asks for an action. One of a name waits until the one before it has ended.
 // usage: program_pretend NAME-ON-THE-BUS | drag ADDRESS... | act NAME-ON-THE-BUS
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QDrag>
@@ -91,7 +92,8 @@ int main(int count, char** words) {
         dragSource.show();
     else if (role == QLatin1String("act"))
         AskForAction(bus, QApplication::arguments().at(2));
-    else if (!bus.registerVirtualObject(PathOf(role), &service) || !bus.registerService(role))
+    else if (!bus.registerVirtualObject(PathOf(role), &service) ||
+             !bus.interface()->registerService(role, QDBusConnectionInterface::QueueService).isValid())
         return 1;
     std::fputs("ready\n", stderr);
     return QApplication::exec();
