@@ -2,6 +2,7 @@
 
 #include "framework/base/Dictionary.h"
 #include "framework/net/TCPSocket.h"
+#include "update/HTTPEvents.h"
 #include "update/HeaderEnd.h"
 #include "update/SOAPSocket.h"
 
@@ -20,9 +21,9 @@ class InternetHeaders;
 // are bytes. A reply ends when its connection ends, in whatever way, and nothing else ends it: Content-length only goes
 // to ReceiveProgress. No redirect is followed, no chunk decoded, no scheme heeded. Main thread.
 //
-// Each request comes asynchronously, with the events below, and blocking, without them: then with a time-out in seconds
-// of silence, 0 or less for none. The body of the reply goes into the file where one is given, else into memory.
-class HTTPSocket : public TCPSocket, public SOAPSocket {
+// Each request comes asynchronously, with the events, and blocking, without them: then with a time-out in seconds of
+// silence, 0 or less for none. The body of the reply goes into the file where one is given, else into memory.
+class HTTPSocket : public TCPSocket, public HTTPEvents, public SOAPSocket {
 public:
     HTTPSocket();
     ~HTTPSocket() override;
@@ -32,25 +33,6 @@ public:
     int32_t HTTPProxyPort = 0;    // 0: DefaultPort
     Ref<InternetHeaders> requestHeaders;
     bool Yield = false; // blocking calls serve the event loop meanwhile
-
-    // Where the server asks for a name and a password: fill them in and return true to repeat the request with them.
-    using AskForCredentials = std::function<bool(const std::string& realm, const Ref<InternetHeaders>& headers,
-                                                 std::string& name, std::string& password)>;
-    AskForCredentials AuthenticationRequired;
-    AskForCredentials ProxyAuthenticationRequired;
-    std::function<void()> Connected;
-    std::function<void(const Ref<InternetHeaders>& headers, int32_t status)> HeadersReceived;
-    // `total` is 0 where the server does not tell it. Both counts wrap beyond 2 GiB.
-    std::function<void(int32_t soFar, int32_t total, const std::string& newData)> ReceiveProgress;
-    // The end of the reply, the second for one into a file. The status is 0 and the headers nil if it had none.
-    std::function<void(const std::string& url, int32_t status, const Ref<InternetHeaders>& headers,
-                       const std::string& body)>
-        PageReceived;
-    std::function<void(const std::string& url, int32_t status, const Ref<InternetHeaders>& headers,
-                       const Ref<FolderItem>& file)>
-        DownloadComplete;
-    // 1: the file can't be used; -1: out of time; else the socket's LastErrorCode.
-    std::function<void(int32_t code)> Error;
 
     virtual void ClearRequestHeaders();
     // name=value&name=value, percent-encoded.
