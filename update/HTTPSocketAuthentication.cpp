@@ -39,10 +39,10 @@ bool HTTPSocket::SetAuthentication(const Ref<InternetHeaders>& headers, const st
     std::string name, password;
     if (!ask(parameters->Lookup("realm", ""), headers, name, password))
         return false;
-    const bool stood = IsConnected();
+    const NoYield inOneStep; // with the repetition: of a connection that an event has closed nothing is told
     const std::string data = CreateAuthenticationData(scheme, name, password, *parameters);
-    // They are for this server, and the handler may have turned to another, or an event that was served to none.
-    if (data.empty() || request != request_ || IsConnected() != stood)
+    // They are for this server, and the handler may have turned to another.
+    if (data.empty() || request != request_)
         return false;
     (ofProxy ? _proxyAuthenticationKey : _authenticationKey) = data;
     return true;
