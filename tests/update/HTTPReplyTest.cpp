@@ -1,4 +1,5 @@
 #include "framework/threads/MainThread.h"
+#include "tests/support/Slowness.h"
 #include "tests/update/HTTPTest.h"
 
 #include <QTimer>
@@ -12,12 +13,7 @@ using HTTPReplyTest = HTTPTest;
 
 const std::string kOk = "HTTP/1.0 200 OK\r\n";
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kMemoryIsItsOwn = false;
-#else
-constexpr bool kMemoryIsItsOwn = true;
-#endif
-constexpr std::size_t kMuch = std::size_t(kMemoryIsItsOwn ? 4 : 1) << 20U; // sanitizers are slow
+constexpr std::size_t kMuch = std::size_t(kSanitized ? 1 : 4) << 20U;
 
 std::string Repeated(const std::string& text, std::size_t size) {
     std::string many;
@@ -246,13 +242,13 @@ TEST_F(HTTPReplyTest, KeepsTheWindowsWaitingForAMomentAndTakesLittleMore) {
         });
         const LongestTurn turn;
         EXPECT_TRUE(WaitUntil([this] { return client->ends == 1; }));
-        EXPECT_LT(turn.Seconds(), 0.2) << text.substr(0, 50);
-        EXPECT_TRUE(PeakMemory() - memory < int64_t(4 * kMuch) || !kMemoryIsItsOwn) << text.substr(0, 50);
+        EXPECT_LT(turn.Seconds(), 0.2 * kSlowness) << text.substr(0, 50);
+        EXPECT_TRUE(PeakMemory() - memory < int64_t(4 * kMuch) || kSanitized) << text.substr(0, 50);
     }
 }
 
 TEST_F(HTTPReplyTest, IsAnErrorToldOnceWhereMemoryDoesNotSuffice) {
-    if (!kMemoryIsItsOwn)
+    if (kSanitized)
         GTEST_SKIP() << "the sanitizer would not get what it needs";
     client->ReceiveProgress = nullptr;
     const std::string piece(1 << 16, 'x');
@@ -286,5 +282,5 @@ TEST_F(HTTPReplyTest, TakesLittleMemoryIntoAFile) {
     const int64_t memory = PeakMemory();
     EXPECT_TRUE(WaitUntil([this] { return client->ends == 1; }));
     EXPECT_EQ(folder.Item("film")->Length(), 64 << 20);
-    EXPECT_TRUE(PeakMemory() - memory < (16 << 20) || !kMemoryIsItsOwn);
+    EXPECT_TRUE(PeakMemory() - memory < (16 << 20) || kSanitized);
 }
