@@ -1,9 +1,9 @@
-// Every text of every window, in every language, has room in its control. Built for both variants.
+// Every text of every window, in every language, stands in its place and has room there. Built for both variants.
 
+#include "framework/app/Application.h"
 #include "framework/base/BuildVariant.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
-#include "framework/windows/Label.h"
 #include "framework/windows/Listbox.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/Window.h"
@@ -11,7 +11,6 @@
 #include "settings/winChooseLanguage.h"
 #include "settings/winPreferences.h"
 #include "tests/support/Waiting.h"
-#include "ui/claDialogButton.h"
 #include "ui/winAbout.h"
 #include "ui/winCut.h"
 #include "ui/winMain.h"
@@ -22,6 +21,8 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QLabel>
+
+#include <map>
 
 namespace {
 
@@ -46,30 +47,51 @@ bool HasRoom(const QAbstractButton& button) {
 }
 
 template <class Widget>
-void ExpectRoomFor(const Ref<Window>& window) {
-    for (const Widget* const widget : NativeWindow::Of(*window).widget->findChildren<Widget*>())
+void ExpectRoomFor(const Window& window) {
+    for (const Widget* const widget : NativeWindow::Of(window).widget->findChildren<Widget*>())
         EXPECT_TRUE(widget->text().isEmpty() || HasRoom(*widget)) << widget->text().toStdString();
 }
 
-void ExpectButtonsInOrder(const claDialogWindow& dialog) {
-    const Ref<claDialogButton>& left = kWindowsVariant ? dialog.ActionButton : dialog.CancelButton;
-    const Ref<claDialogButton>& right = kWindowsVariant ? dialog.CancelButton : dialog.ActionButton;
-    EXPECT_LT(left->Left() + left->Width(), right->Left());
+QWidgetList ControlsOf(const Window& window) {
+    return NativeWindow::Of(window).content->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 // What a screen reader has to say of the window and each thing that it shows.
-void ExpectNames(const Ref<Window>& window) {
-    QWidgetList things =
-        NativeWindow::Of(*window).content->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-    things.append(NativeWindow::Of(*window).widget);
+void ExpectNames(const Window& window) {
+    const QWidgetList things = ControlsOf(window) << NativeWindow::Of(window).widget;
     for (QWidget* const thing : things) {
         auto* const told = QAccessible::queryAccessibleInterface(thing);
         EXPECT_TRUE(!thing->isVisible() || (told != nullptr && !told->text(QAccessible::Name).trimmed().isEmpty()))
-            << thing->metaObject()->className() << " in " << window->Title();
+            << thing->metaObject()->className() << " in " << window.Title();
     }
 }
 
-TEST(WindowTexts, HaveRoomAndEveryControlItsName) {
+// The title and what the controls show, from the top, then from the left: the cancel button first, also where it stands
+// last.
+std::string TextsOf(const Window& window) {
+    std::map<std::pair<int, int>, QString> texts;
+    for (const QWidget* const thing : ControlsOf(window)) {
+        const bool isFlipped = kWindowsVariant && thing->inherits("QPushButton");
+        if (thing->isVisible() && thing->property("text").isValid())
+            texts[{thing->y(), isFlipped ? -thing->x() : thing->x()}] = thing->property("text").toString();
+    }
+    std::string told = window.Title();
+    for (const auto& [place, text] : texts)
+        told += "|" + text.toStdString();
+    return told;
+}
+
+// Of these keys. A word that is no key stands for itself.
+std::string Texts(const QString& keys) {
+    QStringList texts;
+    for (const QString& key : keys.split('|')) {
+        const std::string text = Multilingual::GetString(key.toStdString(), Application::LongVersion());
+        texts << (text.empty() ? key : ToParagraphs(text));
+    }
+    return texts.join('|').toStdString();
+}
+
+TEST(WindowTexts, StandInTheirPlacesWithRoomAndEveryControlHasItsName) {
     const Ref<FolderItem> languages = SpecialFolder::Resources()->Child("Multilingual");
     for (int32_t i = 1; i <= languages->Count(); ++i) {
         const Ref<FolderItem> language = languages->Item(i);
@@ -82,23 +104,25 @@ TEST(WindowTexts, HaveRoomAndEveryControlItsName) {
         list->AddRow(Multilingual::GetString("ChooseString"));
         list->SetCellTag(0, 0, language->Child("strings.txt"));
         list->SetListIndex(0);
-        EXPECT_NE(chooser->staMessage()->Text(), "");
-        for (const Ref<claDialogWindow>& dialog :
-             {Ref<claDialogWindow>(winCut::Instance()), Ref<claDialogWindow>(winUpdate::Instance()),
-              Ref<claDialogWindow>(chooser)})
-            ExpectButtonsInOrder(*dialog);
-
-        const std::vector<Ref<Window>> dialogs{winCut::Instance(), winPreferences::Instance(), winAbout::Instance(),
-                                               winUpdate::Instance(), chooser};
-        for (const Ref<Window>& dialog : dialogs)
-            dialog->Show();
+        const std::pair<Ref<Window>, const char*> windows[] = {
+            {winCut::Instance(), "|CutTitle|CutPartSize|CutPartCount|0|CutSize|0 MB|ButtonCancel|ButtonCut"},
+            {winPreferences::Instance(),
+             "PreferencesTitle|PreferencesMovePartsToTrash|PreferencesLaunchArchives|PreferencesShowFilesAfter|"
+             "PreferencesAutoQuit|PreferencesAutoQuitExplanation|PreferencesSearchForUpdates"},
+            {winAbout::Instance(), "AboutTitle|Ombrivel|AboutCopyright|" OMBRIVEL_VENDOR_SITE},
+            {winUpdate::Instance(), "Ombrivel 9|SearchForUpdatesNewVersion|ButtonCancel|ButtonDownloadNow|"
+                                    "SearchForUpdatesSearchAtStartup"},
+            {chooser, "Ombrivel|ChoosePlease|ButtonQuit|ButtonOK"}};
+        for (const auto& [window, keys] : windows)
+            window->Show();
         ShowOnScreen();
-        ExpectNames(winMain::Instance());
-        for (const Ref<Window>& dialog : dialogs) {
-            ExpectNames(dialog);
-            ExpectRoomFor<QLabel>(dialog);
-            ExpectRoomFor<QAbstractButton>(dialog);
-            dialog->Close();
+        ExpectNames(*winMain::Instance());
+        for (const auto& [window, keys] : windows) {
+            EXPECT_EQ(TextsOf(*window), Texts(keys));
+            ExpectNames(*window);
+            ExpectRoomFor<QLabel>(*window);
+            ExpectRoomFor<QAbstractButton>(*window);
+            window->Close();
         }
     }
 }
