@@ -1,8 +1,12 @@
+#include "core/App.h"
+#include "framework/files/SpecialFolder.h"
+#include "framework/windows/Native.h"
 #include "settings/Multilingual.h"
 #include "settings/claPreferences.h"
-
-#include "framework/files/SpecialFolder.h"
+#include "settings/winPreferences.h"
 #include "tests/support/TestFolder.h"
+
+#include <QCheckBox>
 
 #include <gtest/gtest.h>
 
@@ -12,13 +16,10 @@
 
 namespace {
 
+namespace fs = std::filesystem;
 using namespace std::string_literals;
 
-Ref<FolderItem> Languages() {
-    return SpecialFolder::Resources()->Child("Multilingual");
-}
-
-TEST(Language, LinesAreReadByTheirGrammarAndAPlaceholderIsFilledInOnceAndInOrder) {
+TEST(Language, ReadsLinesByTheirGrammarAndFillsPlaceholdersOnceInOrder) {
     // clang-format off
     const std::pair<const char*, const char*> table[] = {
         {"Foo: a", "a"}, {"fOO: a", "a"}, {"Foo: a: b ", "a: b "}, {"Foo: ", ""}, {"Foo:", ""}, {"Foo:a", ""},
@@ -41,7 +42,7 @@ TEST(Language, LinesAreReadByTheirGrammarAndAPlaceholderIsFilledInOnceAndInOrder
     }
     EXPECT_THROW(Multilingual::LoadLanguageFile(folder.Item("missing")), NilObjectException);
     EXPECT_EQ(Multilingual::GetString("Foo"), "") << "emptied before the file is opened";
-    Multilingual::Initialize(Languages(), "English");
+    Multilingual::Initialize(SpecialFolder::Resources()->Child("Multilingual"), "English");
 }
 
 TEST(Language, TheSystemsIsTheFirstInTheListThatHasAFolder) {
@@ -77,59 +78,76 @@ TEST(Language, TheSystemsIsTheFirstInTheListThatHasAFolder) {
 }
 
 const std::string kHead = "\x22Ombrivel Preferences Version 1.0.0";
+const std::string kDefaults = kHead + "\0\1\1\1\1\1"s;
 
-// What a file that holds these has to look like.
-std::string BytesOf(const claPreferences& preferences) {
-    std::string bytes = kHead + static_cast<char>(preferences.Language.size()) + preferences.Language;
-    for (const bool setting : {preferences.AutoQuit, preferences.LaunchArchives, preferences.MovePartsToTrash,
-                               preferences.ShowFilesAfter, preferences.SearchForUpdates})
-        bytes += setting ? '\1' : '\0';
-    return bytes;
+fs::path PreferencesFile() {
+    return SpecialFolder::Preferences()->Child("Ombrivel 1.0.0 Preferences")->AbsolutePath();
 }
 
-TEST(Preferences, EachSettingHasItsByteAndAFileThatIsNotQuiteOneIsTakenForWhatItIs) {
-    const std::string none = kHead + "\0\1\1\1\1\1"s;
+TEST(Preferences, AFileThatIsNotQuiteOneIsTakenForWhatItIs) {
     const std::string longest = kHead + "\xFF" + std::string(255, 'x') + "\0\0\1\0\1"s;
     const std::pair<std::string, std::string> table[] = {
-        {"", none},
-        {kHead.substr(0, 20), none},
-        {kHead.substr(0, 34) + "1\1x\0\0\0\0\0"s, none}, // another version
+        {"", kDefaults},
+        {kHead.substr(0, 20), kDefaults},
+        {kHead.substr(0, 34) + "1\1x\0\0\0\0\0"s, kDefaults}, // another version
         {kHead + "\5Deu", kHead + "\3Deu\0\0\0\0\0"s},
         {kHead + "\1x\1\1", kHead + "\1x\1\1\0\0\0"s}, // what is missing reads as 0
         {kHead + "\1x\0\2\xFF\1\0 and more"s, kHead + "\1x\0\1\1\1\0"s},
         {longest, longest}};
-    const std::string file = SpecialFolder::Preferences()->Child("Ombrivel 1.0.0 Preferences")->AbsolutePath();
     for (const auto& [bytes, whole] : table) {
-        WriteFile(file, bytes);
-        const auto preferences = New<claPreferences>();
+        WriteFile(PreferencesFile(), bytes);
+        claPreferences preferences;
+        preferences.Load();
+        preferences.Language.resize(bytes == longest ? 300 : preferences.Language.size()); // cut off again
+        preferences.Save();
+        EXPECT_EQ(ReadFile(PreferencesFile()), whole);
+    }
+}
+
+TEST(Preferences, EachBoxHasItsByteAndNoOther) {
+    const char* const keys[] = {"PreferencesAutoQuit", "PreferencesLaunchArchives", "PreferencesMovePartsToTrash",
+                                "PreferencesShowFilesAfter", "PreferencesSearchForUpdates"};
+    for (std::size_t byte = 0; byte < std::size(keys); ++byte) {
+        std::string bytes = kDefaults;
+        bytes[kHead.size() + 1 + byte] = '\0';
+        WriteFile(PreferencesFile(), bytes);
+        const Ref<claPreferences> preferences = App::Instance()->Preferences = New<claPreferences>();
         preferences->Load();
-        EXPECT_EQ(BytesOf(*preferences), whole) << bytes;
-        preferences->Language.resize(bytes == longest ? 300 : preferences->Language.size()); // cut off again
-        preferences->Save();
-        EXPECT_EQ(ReadFile(file), whole);
+        const Ref<winPreferences> window = winPreferences::Instance();
+        QCheckBox* its = nullptr;
+        for (auto* const box : NativeWindow::Of(*window).widget->findChildren<QCheckBox*>()) {
+            const bool isIts = box->text().toStdString() == Multilingual::GetString(keys[byte]);
+            EXPECT_EQ(box->isChecked(), !isIts) << keys[byte];
+            its = isIts ? box : its;
+        }
+        for (const std::string& expected : {kDefaults, bytes}) {
+            its->click();
+            preferences->Save();
+            EXPECT_EQ(ReadFile(PreferencesFile()), expected) << keys[byte];
+        }
+        window->Close();
     }
 }
 
 TEST(Preferences, AreReplacedAtOnceAndAsAWholeBehindALinkToo) {
-    namespace fs = std::filesystem;
     const TestFolder folder;
-    const fs::path link = SpecialFolder::Preferences()->Child("Ombrivel 1.0.0 Preferences")->AbsolutePath();
+    const fs::path link = PreferencesFile();
     fs::remove(link);
     fs::create_symlink(folder.Path("file"), link);
     claPreferences preferences;
     preferences.Save(); // where nothing is yet
-    const std::string first = BytesOf(preferences);
+    EXPECT_EQ(folder.Read("file"), kDefaults);
     fs::permissions(folder.Path("file"), fs::perms(0640));
     std::ifstream older(folder.Path("file"));
     preferences.Language = "Klingon";
     {
-        const FileSizeLimit limit(first.size());
+        const FileSizeLimit limit(kDefaults.size());
         preferences.Save();
     }
-    EXPECT_EQ(folder.Read("file"), first) << "where the disk is full";
+    EXPECT_EQ(folder.Read("file"), kDefaults) << "where the disk is full";
     preferences.Save();
-    EXPECT_EQ(folder.Read("file"), BytesOf(preferences));
-    EXPECT_EQ(std::string(std::istreambuf_iterator(older), {}), first) << "for who reads it meanwhile";
+    EXPECT_EQ(folder.Read("file"), kHead + "\7Klingon\1\1\1\1\1");
+    EXPECT_EQ(std::string(std::istreambuf_iterator(older), {}), kDefaults) << "for who reads it meanwhile";
     EXPECT_EQ(fs::status(folder.Path("file")).permissions(), fs::perms(0640));
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_EQ(folder.Names(), std::vector{"file"s}) << "nothing is left beside it";
