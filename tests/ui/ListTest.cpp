@@ -1,4 +1,5 @@
 #include "engine/claThread.h"
+#include "framework/files/SpecialFolder.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/ProgressBar.h"
@@ -18,16 +19,12 @@ protected:
         return List().AddInfo("film.mov", 7, 3, "Preparing…", picIconCut(), New<claThread>());
     }
 
-    static QImage Screen() {
+    // From the upper left corner of the list.
+    static QImage Screen(int x = 0, int y = 0, int width = 527, int height = 302) {
         ShowOnScreen();
-        QWidget* const window = NativeWindow::Of(*winMain::Instance()).widget;
-        return window->screen()->grabWindow(window->winId()).toImage();
-    }
-
-    // The first row's.
-    static QImage StatusLine() {
         const NativeWindow& window = NativeWindow::Of(*winMain::Instance());
-        return Screen().copy({window.content->mapTo(window.widget, QPoint(45, 34)), QSize(400, 15)});
+        const QPoint at = window.content->mapTo(window.widget, QPoint(x, y));
+        return window.widget->screen()->grabWindow(window.widget->winId()).toImage().copy({at, QSize(width, height)});
     }
 
     // Whether a click stops the worker of that row, after a move to that place. The place of the click is not looked
@@ -40,12 +37,13 @@ protected:
     }
 };
 
-TEST_F(ListTest, RowsHaveBarsAndButtonsThatAreOpenOnAllSidesAndGoByTheLastMoveAlone) {
+TEST_F(ListTest, RowsHaveBarsAndButtonsThatGoByTheLastMoveAlone) {
     const Ref<claFilePerformInfo> first = AddRow();
     EXPECT_EQ(StatusText(), "1 operation running");
     EXPECT_EQ(std::pair(first->Bar->Value(), first->Bar->Maximum()), std::pair(3, 7));
     EXPECT_LT(first->Bar->Top(), -20) << "out of sight until it is painted into its row";
     const Ref<claFilePerformInfo> second = AddRow();
+    EXPECT_EQ(StatusText(), "2 operations running");
     ShowOnScreen();
     EXPECT_EQ(std::pair(first->Bar->Top(), second->Bar->Top()), std::pair(20, 70));
     const int32_t right = List().Width();
@@ -74,26 +72,30 @@ TEST_F(ListTest, RowsHaveBarsAndButtonsThatAreOpenOnAllSidesAndGoByTheLastMoveAl
 
 // Entering a button repaints, and so does every move on it; leaving one does not. That is meant.
 TEST_F(ListTest, OnlyMovesOnAButtonStepsWaitsAndAnUpdateRepaint) {
+    List().Event_MouseMove(0, 0);
     const Ref<claFilePerformInfo> row = AddRow();
-    QImage seen = Screen();
-    for (const auto& [fromRight, isOnButton] : {std::pair(100, false), {22, true}, {21, true}, {100, false}}) {
+    const int32_t right = List().Width();
+    const auto showsButton = [right](const Ref<Picture>& picture) {
+        return Screen(right - 27, 26, 1, 1).pixel(0, 0) == picture->ForFramework().Composed(1).pixel(3, 7);
+    };
+    EXPECT_TRUE(showsButton(picStop()));
+    List().Event_MouseMove(right - 22, 26);
+    EXPECT_TRUE(showsButton(picStopActive()));
+    const QImage name = Screen(45, 3, 400, 15);
+    const std::pair<bool, std::function<void()>> steps[] = {{false, [&] { List().Event_MouseMove(right - 100, 26); }},
+                                                            {true, [&] { List().Event_MouseMove(right - 22, 26); }},
+                                                            {true, [&] { List().Event_MouseMove(right - 21, 26); }},
+                                                            {false, [&] { List().Event_MouseMove(right - 100, 26); }},
+                                                            {true, [&] { row->Update(); }},
+                                                            {true, [&] { row->SetStatus("MainStatusWaiting", 2); }},
+                                                            {true, [&] { row->Bar->SetMaximum(0); }},
+                                                            {true, [&] { row->Bar->SetMaximum(0); }}};
+    for (const auto& [repaints, step] : steps) {
+        const QImage status = Screen(45, 34, 400, 15);
         row->Status += "Waiting…"; // which waits for whatever repaints the list next
-        List().Event_MouseMove(List().Width() - fromRight, 26);
-        EXPECT_EQ(Screen() != seen, isOnButton) << fromRight;
-        seen = Screen();
-    }
-    row->Update();
-    seen = Screen();
-    List().Event_MouseMove(List().Width() - 22, 26);
-    EXPECT_NE(Screen(), seen) << "the button shows the pointer";
-    const std::function<void()> steps[] = {[&row] { row->Update(); },
-                                           [&row] { row->SetStatus("MainStatusWaiting", 2); },
-                                           [&row] { row->Bar->SetMaximum(0); }, [&row] { row->Bar->SetMaximum(0); }};
-    for (const auto& step : steps) {
-        const QImage status = StatusLine();
-        row->Status += "Waiting…";
         step();
-        EXPECT_NE(StatusLine(), status) << &step - steps;
+        EXPECT_EQ(Screen(45, 34, 400, 15) != status, repaints);
+        EXPECT_EQ(Screen(45, 3, 400, 15), name);
     }
 }
 
@@ -108,15 +110,10 @@ TEST_F(ListTest, RowsStandInTheOrderInWhichTheirOperationsStarted) {
 }
 
 TEST_F(ListTest, TheLowerEdgeCutsOffBars) {
-    const QPoint strip(45, 278); // left of the count
-    const NativeWindow& window = NativeWindow::Of(*winMain::Instance());
-    const auto stripOnScreen = [&] {
-        return Screen().copy({window.content->mapTo(window.widget, strip), QSize(20, 24)});
-    };
-    const QImage before = stripOnScreen();
+    const QImage before = Screen(45, 278, 20, 24); // left of the count
     for (int row = 1; row <= 6; ++row)
         AddRow();
-    EXPECT_EQ(stripOnScreen(), before);
+    EXPECT_EQ(Screen(45, 278, 20, 24), before);
     EXPECT_EQ(List().Info.back()->Bar->Top() + List().Info.back()->Bar->Height(), 282);
 }
 
@@ -141,6 +138,29 @@ TEST_F(ListTest, PaintsRowsByItsOwnBound) {
             EXPECT_EQ(list->Info[std::size_t(i)]->Bar->Top(), i < painted ? 50 * i + 20 : 0) << height << ", " << i;
             EXPECT_EQ(image.pixel(2, 50 * i + 49), i % 2 == 1 && i < painted ? 0xFFEDF3FE : 0xFFFFFFFF) << i;
         }
+    }
+}
+
+// By the files: black in a mask shows the picture, white hides it.
+TEST_F(ListTest, PicturesAreThoseOfTheirNames) {
+    const std::string resources = SpecialFolder::Resources()->AbsolutePath() + "/";
+    const auto read = [&](const std::string& name) { return QImage(QString::fromStdString(resources + name)); };
+    const auto onWhite = [](const QImage& picture) {
+        QImage image(picture.size(), QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter(&image).drawImage(0, 0, picture);
+        return image;
+    };
+    const std::tuple<Ref<Picture>, std::string, std::string> pictures[] = {
+        {picIconGlue(), "picIconGlue", "picIconGlueMask"},       {picIconCut(), "picIconCut", "picIconCutMask"},
+        {picIconUrl(), "picIconUrl", "picIconUrlMask"},          {picStop(), "picStop", "picStopMask"},
+        {picStopActive(), "picStopActive", "picStopActiveMask"}, {IconPicture(), "IconPicture", "IconMask"}};
+    for (const auto& [picture, name, mask] : pictures) {
+        QImage whole = read(name + ".png").convertToFormat(QImage::Format_ARGB32);
+        QImage hidden = read(mask + ".png");
+        hidden.invertPixels();
+        whole.setAlphaChannel(hidden);
+        EXPECT_EQ(onWhite(picture->ForFramework().Composed(1)), onWhite(whole)) << name;
     }
 }
 
