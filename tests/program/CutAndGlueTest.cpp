@@ -8,7 +8,7 @@ constexpr std::size_t kMegabyte = 1048576;
 
 using CutAndGlue = WholeProgramTest;
 
-TEST_F(CutAndGlue, AFileIsCutByTheDialogAndGluedBackByAnOpenedPartAndTheProgramEndsByItself) {
+TEST_F(CutAndGlue, ByTheDialogAndByAnOpenedPartAfterWhichTheProgramEnds) {
     const std::string name = "a\xff\xfe b\n\xf0\x9f\x98\x80 %41.mov"; // whose bytes stay as they are
     const std::string film = Pattern(kMegabyte * 5 / 2);
     const std::pair<std::string, std::string> parts[] = {{name + ".001", film.substr(0, kMegabyte)},
@@ -30,65 +30,28 @@ TEST_F(CutAndGlue, AFileIsCutByTheDialogAndGluedBackByAnOpenedPartAndTheProgramE
     AwaitShown({name + ".001"});
 
     std::filesystem::remove(File(name));
-    EXPECT_EQ(Start({name + ".002"}).End(), 0);
+    WriteFile(File("letter.txt"), "x");
+    Program& glue = Start({name + ".002", name + ".001", "letter.txt"});
+    AwaitShown({name + ".001", name});
+    glue.Answer({"Return"}); // which stands on, though nothing runs behind it
+    EXPECT_EQ(glue.End(), 0);
     EXPECT_TRUE(Holds(File(name), film));
+    EXPECT_TRUE(Holds(File("letter.txt.001"), "x"));
+    EXPECT_FALSE(Exists(name.substr(0, name.size() - 4) + " 1.mov")); // one series, one glue
     for (const auto& [part, slice] : parts) {
         EXPECT_FALSE(Exists(part));
         EXPECT_TRUE(Holds(Trashed(part), slice)) << part;
     }
-    AwaitShown({name + ".001", name});
 }
 
-TEST_F(CutAndGlue, AfterAStartWithoutAFileTheToolbarServesAndTheProgramStaysWhenAllIsDone) {
-    const std::string film = Pattern(kMegabyte / 2);
-    WriteFile(File("film.mov"), film);
-    Program& program = Start({});
-    program.Click(Program::kCutTool);
-    program.Dialog();
-    desktop.Do({"type", "film.mov"});
-    program.Answer({"Return"});
-    program.Answer({"Return"});
-    AwaitShown({"film.mov.001"});
-    EXPECT_TRUE(Holds(File("film.mov.001"), film));
-
-    program.Click(Program::kGlueTool);
-    program.Dialog();
-    desktop.Do({"type", "film.mov.001"});
-    program.Answer({"Return"});
-    AwaitShown({"film.mov.001", "film 1.mov"}); // the source is in the way
-    EXPECT_TRUE(Holds(File("film 1.mov"), film));
-
-    EXPECT_EQ(StartAgain({}), 0); // somebody is there to answer, whose list is empty by then
-    program.CloseMainWindow();
-    EXPECT_EQ(program.End(), 0);
-}
-
-TEST_F(CutAndGlue, FilesNamedTogetherAreAllServedBeforeTheProgramEndsByItself) {
-    const std::string song = Pattern(2000);
-    WriteFile(File("letter.txt"), Pattern(1000));
-    WriteFile(File("song.flac"), song);
-    const std::string film = WriteSeries("film.mov");
-    const std::string disk = WriteSeries("disk.iso");
-    Program& program = Start({"letter.txt", "song.flac", "film.mov.001", "film.mov.002", "disk.iso.001"});
-    program.Answer({"Return"});
-    AwaitShown({"letter.txt.001"});
-    program.Answer({"Return"}); // the second dialog stands on, though nothing runs behind it
-    EXPECT_EQ(program.End(), 0);
-
-    EXPECT_TRUE(Holds(File("song.flac.001"), song));
-    EXPECT_TRUE(Holds(File("film.mov"), film));
-    EXPECT_TRUE(Holds(File("disk.iso"), disk));
-    EXPECT_FALSE(Exists("film 1.mov")); // one series, one glue
-}
-
-TEST_F(CutAndGlue, AStartIsItsOwnMasterWhenTheRunningProgramEndsInsteadOfAnswering) {
+TEST_F(CutAndGlue, ByAStartOfItsOwnWhereTheRunningOneEndsInsteadOfAnswering) {
     const std::string film = WriteSeries("film.mov");
     desktop.Pretend({"example.halvrick.Ombrivel"});
     EXPECT_EQ(Start({"film.mov.001"}).End(), 0);
     EXPECT_TRUE(Holds(File("film.mov"), film));
 }
 
-TEST_F(CutAndGlue, WithoutASessionBusTheProgramRunsAndOpensTheFolderInPlaceOfShowingTheFile) {
+TEST_F(CutAndGlue, WithoutASessionBusTheFolderIsOpenedInPlaceOfTheFile) {
     const std::string film = WriteSeries("film.mov");
     environment.erase("DBUS_SESSION_BUS_ADDRESS");
     EXPECT_EQ(Start({"film.mov.001"}).End(), 0);

@@ -33,13 +33,7 @@ protected:
 
 } // namespace
 
-TEST_F(Languages, TheFirstWantedOneCountsAndARegionalFormFallsBackToItsLanguage) {
-    Program& program = StartIn("fi:de_AT:fr");
-    AwaitMainWindow(program);
-    ExpectSavedLanguage(program, "German");
-}
-
-TEST_F(Languages, TheChooserComesAtEveryStartAndIsLeftOrAnsweredByClicksOrByKeys) {
+TEST_F(Languages, TheChooserComesAtEveryStartAndIsLeftOrAnswered) {
     const std::string before = ReadFile(PreferencesFile());
     for (const char* const key : {"Escape", "alt+F4"}) {
         Program& left = StartToTheChooser();
@@ -52,6 +46,10 @@ TEST_F(Languages, TheChooserComesAtEveryStartAndIsLeftOrAnsweredByClicksOrByKeys
     const std::string chooser = std::to_string(clicked.OnlyWindow());
     desktop.Do({"mousemove", "--window", chooser, "60", "75", "click", "--repeat", "2", "1"}); // the first row
     AwaitMainWindow(clicked);
+    WriteSeries("film.mov");
+    EXPECT_EQ(StartAgain({"film.mov.001"}), 0);
+    AwaitShown({"film.mov"});
+    EXPECT_EQ(StartAgain({}), 0) << "a run that no file began stays when all is done";
     ExpectSavedLanguage(clicked, "German");
 
     WriteFile(File("film.mov"), Pattern(1000));
@@ -95,7 +93,7 @@ protected:
 
 } // namespace
 
-TEST_F(BrokenLanguages, EndTheStartWithALineThatTellsWhatIsMissingAsDoBrokenPreferences) {
+TEST_F(BrokenLanguages, EndTheStartWithALineAsDoBrokenPreferences) {
     const std::string noLanguage = "no language in " + multilingual;
     const std::string noTexts = "can't open " + multilingual + "/English/strings.txt";
     WriteFile(multilingual, "not a folder");
@@ -114,7 +112,7 @@ TEST_F(BrokenLanguages, EndTheStartWithALineThatTellsWhatIsMissingAsDoBrokenPref
 }
 
 // The files are read one after the other, so the key comes in between.
-TEST_F(BrokenLanguages, AKeyPressedWhileTheChooserReadsHugeFilesOfGarbageCountsInTheEnd) {
+TEST_F(BrokenLanguages, LetAKeyCountThatComesWhileTheChooserReads) {
     WriteFile(Folder("garbage") / "strings.txt", "ChooseString: Language\n" + Pattern(15'000'000));
     for (const char* const name : {"/One", "/Two", "/Three"})
         fs::create_directory_symlink(File("garbage"), Folder(multilingual).string() + name);
@@ -124,40 +122,4 @@ TEST_F(BrokenLanguages, AKeyPressedWhileTheChooserReadsHugeFilesOfGarbageCountsI
     desktop.Press({"ctrl+q"});
     EXPECT_EQ(program.End(), 0);
     EXPECT_EQ(program.Errors(), "");
-}
-
-using Menus = WholeProgramTest;
-
-TEST_F(Menus, CommandsGoToTheWindowInFront) {
-    Program& program = Start({});
-    const WindowId main = program.OnlyWindow();
-    // From nowhere to the third tool: Escape gives the focus back.
-    desktop.Press({"space", "Return"});
-    program.OpenMenus({"F10"});
-    desktop.Press({"Escape"});
-    program.OnlyWindow();
-    desktop.Press({"Tab", "Tab", "Tab"});
-    program.OpenMenus({"F10", "Right"});
-    desktop.Press({"Escape"});
-    program.OnlyWindow();
-    desktop.Press({"Return"});
-    Await("the vendor's site", [&] { return desktop.Opened() == Words{OMBRIVEL_VENDOR_SITE}; });
-    program.OpenMenus({"F10", "Left"});
-    desktop.Press({"Up", "Return"}); // the last item of the last menu: about
-    program.Answer({"ctrl+w"});
-    program.OpenMenus({"F10", "Right"});
-    desktop.Press({"Up", "Return"}); // the last item of the second menu: the preferences
-    const WindowId preferences = program.Dialog();
-    desktop.Press({"space"});        // the first box
-    desktop.Press({"ctrl+shift+o"}); // nothing to cut from here
-    desktop.Press({"ctrl+w"});       // closes what is in front
-    EXPECT_EQ(program.OnlyWindow(), main);
-    desktop.Press({"ctrl+shift+o"});
-    EXPECT_NE(program.Dialog(), preferences);
-    program.Answer({"Escape"});
-    program.OnlyWindow();
-    desktop.Press({"ctrl+w"});
-    EXPECT_EQ(program.End(), 0);
-    EXPECT_EQ(ReadFile(PreferencesFile()),
-              PreferencesBytes({.MovePartsToTrash = false, .SearchForUpdates = false}, "English"));
 }

@@ -6,7 +6,7 @@ namespace fs = std::filesystem;
 
 using Preferences = WholeProgramTest;
 
-TEST_F(Preferences, ArePutToUseAndKept) {
+TEST_F(Preferences, ArePutToUseAndSavedWhenASignalEndsTheWork) {
     const Settings settings{
         .AutoQuit = false, .MovePartsToTrash = false, .ShowFilesAfter = false, .SearchForUpdates = false};
     WriteFile(PreferencesFile(), PreferencesBytes(settings, "Klingon"));
@@ -21,7 +21,11 @@ TEST_F(Preferences, ArePutToUseAndKept) {
     EXPECT_TRUE(Exists("letters.zip.002"));
     EXPECT_TRUE(desktop.Shown().empty());
 
-    program.CloseMainWindow();
+    WriteUnfinishedSeries("song.flac");
+    EXPECT_EQ(StartAgain({"song.flac.001"}), 0);
+    AwaitUnfinished("song.flac");
+    fs::remove(PreferencesFile()); // so that what is there afterwards has been saved
+    kill(program.Id(), SIGTERM);
     EXPECT_EQ(program.End(), 0);
     EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes(settings, "English")); // the language is the system's
 }
@@ -33,16 +37,6 @@ TEST_F(Preferences, ShiftHeldAtTheStartResetsThem) {
     EXPECT_EQ(Start({"film.mov.001"}).End(), 0);
     EXPECT_TRUE(fs::exists(Trashed("film.mov.001")));
     EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes({}, "English"));
-}
-
-TEST_F(Preferences, AreSavedWhenASignalEndsTheProgramInTheMiddleOfItsWork) {
-    const Settings settings{.LaunchArchives = false, .SearchForUpdates = false};
-    Prefer(settings);
-    Program& program = StartUnfinished("film.mov");
-    fs::remove(PreferencesFile()); // so that what is there afterwards has been saved
-    kill(program.Id(), SIGTERM);
-    EXPECT_EQ(program.End(), 0);
-    EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes(settings, "English"));
 }
 
 // The toolkit ends the process while workers run through the program's code.

@@ -3,6 +3,7 @@
 #include "framework/windows/Label.h"
 #include "framework/windows/Native.h"
 #include "tests/support/ProgramTest.h"
+#include "ui/winAbout.h"
 #include "ui/winMain.h"
 
 #include <QAbstractItemView>
@@ -17,6 +18,13 @@
 namespace {
 
 using CutDialogTest = ProgramTest;
+
+QComboBox& FocusedField(winCut& dialog) {
+    dialog.ShowWithin(winMain::Instance(), -1);
+    auto* const box = NativeWindow::Of(dialog).widget->findChild<QComboBox*>();
+    EXPECT_TRUE(WaitUntil([box] { return QApplication::focusWidget() == box; }));
+    return *box;
+}
 
 // The low 32 bits of the length, read with a sign: the figures of a file from 2 GB on are wrong, and meant to stay so.
 TEST_F(CutDialogTest, FiguresAreRoughAndWrapAround) {
@@ -50,34 +58,48 @@ TEST_F(CutDialogTest, FiguresAreRoughAndWrapAround) {
     EXPECT_TRUE(rows.empty()) << "neither the cancel button nor the close box starts anything";
 }
 
-TEST_F(CutDialogTest, TypingReplacesTheProposalAndAKeyRepeatsWhereItWasPressed) {
+TEST_F(CutDialogTest, AHeldKeyRepeatsInTheTextThatItWasPressedInOnly) {
     const Ref<winCut> dialog = winCut::Instance();
-    dialog->ShowWithin(winMain::Instance(), -1);
-    QWidget& window = *NativeWindow::Of(*dialog).widget;
-    auto* const box = window.findChild<QComboBox*>();
-    EXPECT_TRUE(WaitUntil([box] { return QApplication::focusWidget() == box; }));
-    const auto press = [&window](Qt::Key key, const QString& text, bool isRepeat) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text, isRepeat);
-        QApplication::sendEvent(window.windowHandle(), &event);
+    QComboBox& box = FocusedField(*dialog);
+    QWidget* window = box.window();
+    const auto tell = [&window](QEvent::Type type, Qt::Key key, bool isRepeat, uint64_t time) {
+        const QString text(key == Qt::Key_Return ? u'\r' : QChar(key));
+        QKeyEvent event(type, key, Qt::NoModifier, key, 0, 0, text, isRepeat);
+        event.setTimestamp(time);
+        event.ignore();
+        QApplication::sendEvent(window->windowHandle(), &event);
+        return event.isAccepted();
     };
-    for (const bool isRepeat : {false, true, true})
-        press(Qt::Key_7, QStringLiteral("7"), isRepeat);
+    for (const bool isRepeat : {false, true, true}) // the first in place of what is proposed
+        tell(QEvent::KeyPress, Qt::Key_7, isRepeat, 1);
     EXPECT_EQ(dialog->comPartSize()->Text(), "777");
-    press(Qt::Key_Return, QStringLiteral("\r"), true);
-    EXPECT_TRUE(window.isVisible());
-    window.findChild<QPushButton*>()->setFocus();
-    press(Qt::Key_7, QStringLiteral("7"), false);
-    box->setFocus();
-    press(Qt::Key_7, QStringLiteral("7"), true);
+    tell(QEvent::KeyPress, Qt::Key_Return, true, 2);
+    tell(QEvent::KeyRelease, Qt::Key_Return, false, 3); // a display's way to tell of a repeat
+    tell(QEvent::KeyPress, Qt::Key_Return, false, 3);
+    EXPECT_TRUE(window->isVisible());
+    window->findChild<QPushButton*>()->setFocus();
+    for (const bool isRepeat : {false, true}) // which fires no shortcut if somebody claims it
+        EXPECT_EQ(tell(QEvent::ShortcutOverride, Qt::Key_W, isRepeat, 4), isRepeat);
+    tell(QEvent::KeyPress, Qt::Key_7, false, 5);
+    box.setFocus();
+    tell(QEvent::KeyPress, Qt::Key_7, true, 5);
     EXPECT_EQ(dialog->comPartSize()->Text(), "777");
+    tell(QEvent::KeyPress, Qt::Key_Return, false, 6);
+    EXPECT_FALSE(window->isVisible());
     dialog->Close();
+
+    winAbout::Instance()->Show();
+    window = NativeWindow::Of(*winAbout::Instance()).widget;
+    NativeWindow::Of(*winAbout::Instance()).content->childAt(25, 235)->setFocus();
+    for (const bool isRepeat : {false, true})
+        tell(QEvent::KeyPress, Qt::Key_Space, isRepeat, 7);
+    EXPECT_EQ(AskedOfDesktop(), "url " OMBRIVEL_VENDOR_SITE "\n");
+    winAbout::Instance()->Close();
 }
 
-TEST_F(CutDialogTest, TheFieldFiltersAnInputMethodAndTakesPastedTextAndOpensItsListByAKey) {
+TEST_F(CutDialogTest, TheFieldFiltersAnInputMethodAndTakesPastedText) {
     const Ref<winCut> dialog = winCut::Instance();
-    dialog->ShowWithin(winMain::Instance(), -1);
-    auto* const box = NativeWindow::Of(*dialog).widget->findChild<QComboBox*>();
-    EXPECT_TRUE(WaitUntil([box] { return QApplication::focusWidget() == box; }));
+    QComboBox* const box = &FocusedField(*dialog);
     box->lineEdit()->deselect();
     const auto cursor = [box] { return box->lineEdit()->inputMethodQuery(Qt::ImCursorRectangle); };
     const QVariant before = cursor();
