@@ -1,5 +1,6 @@
 #include "framework/desktop/Sound.h"
 #include "framework/files/ProgramFile.h"
+#include "settings/Multilingual.h"
 #include "ui/Pictures.h"
 #include "ui/Sounds.h"
 
@@ -30,6 +31,13 @@ TEST(Resources, APictureThatFailedIsTriedAgainAndASoundIsNot) {
     EXPECT_TRUE(sndNewVersion().IsNil());
     SetLateResources(false);
     EXPECT_EQ(picBack(), picture) << "kept, with no new look at the file";
+}
+
+TEST(Resources, ALanguageThatHasNoFolderIsNotTaken) {
+    for (const auto& [wanted, taken] : {std::pair("de:en", "English"), {"de", ""}}) {
+        setenv("LANGUAGE", wanted, 1);
+        EXPECT_EQ(Multilingual::SystemLanguage(), taken) << wanted;
+    }
 }
 
 } // namespace
