@@ -113,7 +113,7 @@ TEST_F(BrokenLanguages, EndTheStartWithALineAsDoBrokenPreferences) {
 
 // The files are read one after the other, so the key comes in between.
 TEST_F(BrokenLanguages, LetAKeyCountThatComesWhileTheChooserReads) {
-    WriteFile(Folder("garbage") / "strings.txt", "ChooseString: Language\n" + Pattern(15'000'000));
+    WriteFile(Folder("garbage") / "strings.txt", "ChooseString: Language\n" + Pattern(5'000'000));
     for (const char* const name : {"/One", "/Two", "/Three"})
         fs::create_directory_symlink(File("garbage"), Folder(multilingual).string() + name);
     Program& program = StartToTheChooser();

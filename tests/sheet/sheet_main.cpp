@@ -39,6 +39,8 @@
 
 namespace {
 
+using Multilingual::GetString;
+
 constexpr int kGap = 12;
 constexpr int kTitle = 24;
 constexpr std::chrono::milliseconds kSomeFrames{50}; // after which what was written to a control is seen on it
@@ -63,16 +65,8 @@ QPixmap PictureOfDialog(const std::function<void()>& ask) {
     return picture;
 }
 
-// As it is when opened. Opened here it would be the window in front, which no command goes to.
-QPixmap PictureOfMenu(QMenu& menu) {
-    menu.ensurePolished();
-    menu.resize(menu.sizeHint());
-    return menu.grab();
-}
-
 void FillList() {
     claFilePerform& list = *winMain::Instance()->canPerform();
-    using Multilingual::GetString;
     list.AddInfo("film.mov", 40, 26, GetString("MainStatusCreatingPart", "3"), picIconCut(), New<claThread>());
     list.AddInfo("photos.zip", 40, 12, GetString("MainStatusAddingPart", "2"), picIconGlue(), New<claThread>());
     list.AddInfo("talk.mp3", 40, 33, GetString("MainStatusWaiting", "7"), picIconGlue(), New<claThread>());
@@ -81,39 +75,30 @@ void FillList() {
 // Every language by its own name.
 void FillChooser(winChooseLanguage& chooser) {
     const Ref<FolderItem> folder = SpecialFolder::Resources()->Child("Multilingual");
-    chooser.staMessage()->SetText(Multilingual::GetString("ChoosePlease"));
-    chooser.ActionButton->SetCaption(Multilingual::GetString("ButtonOK"));
-    chooser.CancelButton->SetCaption(Multilingual::GetString("ButtonQuit"));
+    chooser.staMessage()->SetText(GetString("ChoosePlease"));
+    chooser.ActionButton->SetCaption(GetString("ButtonOK"));
+    chooser.CancelButton->SetCaption(GetString("ButtonQuit"));
     chooser.lstLanguage()->Change = nullptr; // the texts stay in this sheet's language
     for (int32_t i = 1; i <= folder->Count(); ++i) {
         Multilingual::LoadLanguageFile(folder->Item(i)->Child("strings.txt"));
-        chooser.lstLanguage()->AddRow(Multilingual::GetString("ChooseString"));
+        chooser.lstLanguage()->AddRow(GetString("ChooseString"));
     }
     chooser.lstLanguage()->Sort();
     chooser.lstLanguage()->SetListIndex(0);
 }
 
-void FillUpdate(const winUpdate& window) {
-    const std::string file = "Ombrivel-1.1.tar.gz";
-    window.txtMessage()->SetSelBold(true);
-    window.txtMessage()->SetSelText("Ombrivel 1.1\n");
-    window.txtMessage()->SetSelBold(false);
-    window.txtMessage()->SetSelText(Multilingual::GetString("SearchForUpdatesVersion") + "\n" +
-                                    Multilingual::GetString("SearchForUpdatesFilename", file));
-}
-
 // The main window and what it leads to, the opened menus first.
 std::vector<QPixmap> MainPictures() {
-    const Ref<winMain> window = winMain::Instance();
     FillList();
-    std::vector<QPixmap> pictures{PictureOf(window)};
-    const QList<QAction*> menus = NativeWindow::Of(*window).widget->menuBar()->actions();
-    for (const QAction* const menu : menus)
-        pictures.push_back(PictureOfMenu(*menu->menu()));
+    std::vector<QPixmap> pictures{PictureOf(winMain::Instance())};
+    const QList<QAction*> menus = NativeWindow::Of(*winMain::Instance()).widget->menuBar()->actions();
+    for (const QAction* const menu : menus) { // opened here it would be the window in front, which no command goes to
+        menu->menu()->adjustSize();
+        pictures.push_back(menu->menu()->grab());
+    }
     pictures.push_back(PictureOfDialog([&menus] { menus.last()->menu()->actions().first()->trigger(); })); // the help
-    pictures.push_back(PictureOfDialog([&window] { window->Close(); })); // may it quit
-    pictures.push_back(
-        PictureOfDialog([] { App::Instance()->Error(Multilingual::GetString("SearchForUpdatesServerError")); }));
+    pictures.push_back(PictureOfDialog([] { winMain::Instance()->Close(); })); // may it quit
+    pictures.push_back(PictureOfDialog([] { App::Instance()->Error(GetString("SearchForUpdatesServerError")); }));
     return pictures;
 }
 
@@ -122,7 +107,9 @@ std::vector<QPixmap> Pictures() {
     const Ref<winCut> cut = winCut::Instance();
     cut->FileSize = 734003200;
     cut->UpdateStatus();
-    FillUpdate(*winUpdate::Instance());
+    for (const std::string& line : {std::string("Ombrivel 1.1"), GetString("SearchForUpdatesVersion"),
+                                    GetString("SearchForUpdatesFilename", "o.zip")})
+        winUpdate::Instance()->txtMessage()->SetSelText(line + "\n");
     const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
     for (const Ref<Window>& window : {Ref<Window>(cut), Ref<Window>(winPreferences::Instance()),
                                       Ref<Window>(winUpdate::Instance()), Ref<Window>(winAbout::Instance())})
