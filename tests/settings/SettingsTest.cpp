@@ -120,6 +120,7 @@ TEST(Preferences, EachBoxHasItsByteAndNoOther) {
             EXPECT_EQ(box->isChecked(), !isIts) << keys[byte];
             its = isIts ? box : its;
         }
+        ASSERT_NE(its, nullptr);
         for (const std::string& expected : {kDefaults, bytes}) {
             its->click();
             preferences->Save();

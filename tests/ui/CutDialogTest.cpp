@@ -77,13 +77,15 @@ TEST_F(CutDialogTest, AHeldKeyRepeatsInTheTextThatItWasPressedInOnly) {
     tell(QEvent::KeyRelease, Qt::Key_Return, false, 3); // a display's way to tell of a repeat
     tell(QEvent::KeyPress, Qt::Key_Return, false, 3);
     EXPECT_TRUE(window->isVisible());
-    window->findChild<QPushButton*>()->setFocus();
+    auto* const button = window->findChild<QPushButton*>();
+    tell(QEvent::KeyPress, Qt::Key_Space, false, 4);
+    button->setFocus();
+    tell(QEvent::KeyRelease, Qt::Key_Space, false, 5);
+    tell(QEvent::KeyPress, Qt::Key_Space, false, 5);
+    EXPECT_FALSE(button->isDown());
     for (const bool isRepeat : {false, true}) // which fires no shortcut if somebody claims it
         EXPECT_EQ(tell(QEvent::ShortcutOverride, Qt::Key_W, isRepeat, 4), isRepeat);
-    tell(QEvent::KeyPress, Qt::Key_7, false, 5);
     box.setFocus();
-    tell(QEvent::KeyPress, Qt::Key_7, true, 5);
-    EXPECT_EQ(dialog->comPartSize()->Text(), "777");
     tell(QEvent::KeyPress, Qt::Key_Return, false, 6);
     EXPECT_FALSE(window->isVisible());
     dialog->Close();

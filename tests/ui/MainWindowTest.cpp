@@ -6,11 +6,13 @@
 #include "framework/menus/NativeMenu.h"
 #include "framework/text/Text.h"
 #include "framework/windows/Native.h"
+#include "framework/windows/NativeGraphics.h"
 #include "settings/Multilingual.h"
 #include "settings/winPreferences.h"
 #include "tests/support/ProgramTest.h"
 #include "ui/MainMenu.h"
 #include "ui/Pictures.h"
+#include "ui/winAbout.h"
 #include "ui/winMain.h"
 
 #include <QApplication>
@@ -94,6 +96,7 @@ protected:
     }
 
     WindowWidget& main = *NativeWindow::Of(*winMain::Instance()).widget;
+    const QToolBar& tools = *main.findChild<QToolBar*>();
 };
 
 TEST_F(MainWindow, EveryCommandAndToolDoesItsOwnWork) {
@@ -103,7 +106,7 @@ TEST_F(MainWindow, EveryCommandAndToolDoesItsOwnWork) {
         for (QAction* const item : menu->menu()->actions())
             told += item->isSeparator() ? "-\n" : Led(*item);
     }
-    for (QAction* const tool : main.findChild<QToolBar*>()->actions())
+    for (QAction* const tool : tools.actions())
         told += tool->text().isEmpty() ? "-\n" : Led(*tool);
     EXPECT_EQ(told, R"(Close Window [Ctrl+W]: #e88a1a [Quit] [Cancel] Operations are still running. Quit anyway?
 If you quit now, the running operations are stopped. Unfinished files stay as they are.
@@ -132,6 +135,10 @@ Glue Files []: Ombrivel Part > reveal film 1.mov
 Cut File []: All Files > Cut the file into parts
 -
 Halvrick []: url )" OMBRIVEL_VENDOR_SITE "\n");
+    for (const auto& [tool, icon] : {std::pair(0, picIconGlue()), {1, picIconCut()}, {3, picIconUrl()}}) {
+        const QPixmap expected = QPixmap::fromImage(icon->ForFramework().Composed(1));
+        EXPECT_EQ(tools.actions().at(tool)->icon().pixmap(QSize(32, 32), 1).toImage(), expected.toImage()) << tool;
+    }
 }
 
 TEST_F(MainWindow, ADropIsServedFileByFileOnceTheDragIsOver) {
@@ -165,12 +172,13 @@ TEST_F(MainWindow, CommandsGoToTheWindowInFrontAndToItsField) {
         QApplication::setActiveWindow(&window);
         QTest::keyClick(&window, key, Qt::ControlModifier);
     };
-    winPreferences::Instance()->Show();
-    const Ref<winPreferences> preferences = winPreferences::Instance();
-    press(*NativeWindow::Of(*preferences).widget, Qt::Key_O);
-    EXPECT_FALSE(FileGlueFiles()->Enabled());
-    press(*NativeWindow::Of(*preferences).widget, Qt::Key_W);
-    EXPECT_TRUE(preferences->Closed());
+    for (const Ref<Window>& window : {Ref<Window>(winPreferences::Instance()), Ref<Window>(winAbout::Instance())}) {
+        window->Show();
+        press(*NativeWindow::Of(*window).widget, Qt::Key_O);
+        EXPECT_FALSE(FileGlueFiles()->Enabled());
+        press(*NativeWindow::Of(*window).widget, Qt::Key_W);
+        EXPECT_TRUE(window->Closed());
+    }
     EXPECT_FALSE(winMain::Instance()->Closed());
 
     const Ref<winCut> dialog = winCut::Instance();
@@ -195,12 +203,14 @@ TEST_F(MainWindow, CommandsGoToTheWindowInFrontAndToItsField) {
 }
 
 TEST_F(MainWindow, AMenuLeftByEscapeGivesTheFocusBack) {
-    const auto* const tools = main.findChild<QToolBar*>();
-    for (QWidget* const focused : {tools->widgetForAction(tools->actions().constLast()), main.window()}) {
+    for (QWidget* const focused : {tools.widgetForAction(tools.actions().constLast()), main.window()}) {
         focused->setFocus();
-        QTest::keyClick(focused, Qt::Key_F10);
+        if (focused == &main)
+            main.clearFocus();
+        QWidget* const before = QApplication::focusWidget();
+        QTest::keyClick(&main, Qt::Key_F10);
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
-        EXPECT_EQ(QApplication::focusWidget(), focused);
+        EXPECT_EQ(QApplication::focusWidget(), before);
     }
 }
 
@@ -208,7 +218,6 @@ TEST_F(MainWindow, MenusHaveTheirMnemonicsAndNoTextThatTheLanguageLacks) {
     const Ref<FolderItem> languages = SpecialFolder::Resources()->Child("Multilingual");
     const std::pair<const char*, const char*> mnemonics[] = {{"French", "&Fichier É&dition &Aide "},
                                                              {"Polish", "&Plik &Edycja P&omoc "},
-                                                             {"Russian", "&Файл &Правка &Справка "},
                                                              {"Japanese", "ファイル 編集 ヘルプ "},
                                                              {"English", "&File &Edit &Help "}};
     for (const auto& [language, expected] : mnemonics) {

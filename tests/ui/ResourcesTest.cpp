@@ -12,7 +12,7 @@ namespace {
 
 // Resources that the program did not have when it started, on and off.
 void SetLateResources(bool there) {
-    for (const char* const name : {"picBack.png", "sndNewVersion.mp3"}) {
+    for (const char* const name : {"picBack.png", "sndNewVersion.mp3", "sndResetPreferences.wav"}) {
         const std::string path = PathBesideProgram("../Resources/") + name;
         std::filesystem::remove(path);
         if (there)
@@ -29,6 +29,7 @@ TEST(Resources, APictureThatFailedIsTriedAgainAndASoundIsNot) {
     const Ref<Picture> picture = picBack();
     EXPECT_FALSE(picture.IsNil());
     EXPECT_TRUE(sndNewVersion().IsNil());
+    EXPECT_FALSE(sndResetPreferences().IsNil()) << "whose first time this is";
     SetLateResources(false);
     EXPECT_EQ(picBack(), picture) << "kept, with no new look at the file";
 }
