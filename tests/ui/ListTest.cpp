@@ -143,24 +143,21 @@ TEST_F(ListTest, PaintsRowsByItsOwnBound) {
 
 // By the files: black in a mask shows the picture, white hides it.
 TEST_F(ListTest, PicturesAreThoseOfTheirNames) {
-    const std::string resources = SpecialFolder::Resources()->AbsolutePath() + "/";
-    const auto read = [&](const std::string& name) { return QImage(QString::fromStdString(resources + name)); };
-    const auto onWhite = [](const QImage& picture) {
-        QImage image(picture.size(), QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter(&image).drawImage(0, 0, picture);
-        return image;
-    };
-    const std::tuple<Ref<Picture>, std::string, std::string> pictures[] = {
-        {picIconGlue(), "picIconGlue", "picIconGlueMask"},       {picIconCut(), "picIconCut", "picIconCutMask"},
-        {picIconUrl(), "picIconUrl", "picIconUrlMask"},          {picStop(), "picStop", "picStopMask"},
-        {picStopActive(), "picStopActive", "picStopActiveMask"}, {IconPicture(), "IconPicture", "IconMask"}};
-    for (const auto& [picture, name, mask] : pictures) {
-        QImage whole = read(name + ".png").convertToFormat(QImage::Format_ARGB32);
-        QImage hidden = read(mask + ".png");
+    const QString resources = QString::fromStdString(SpecialFolder::Resources()->AbsolutePath()) + "/";
+    const std::tuple<Ref<Picture>, const char*, const char*> pictures[] = {
+        {picIconGlue(), "picIconGlue.png", "picIconGlueMask.png"},
+        {picIconCut(), "picIconCut.png", "picIconCutMask.png"},
+        {picIconUrl(), "picIconUrl.png", "picIconUrlMask.png"},
+        {picStop(), "picStop.png", "picStopMask.png"},
+        {picStopActive(), "picStopActive.png", "picStopActiveMask.png"},
+        {IconPicture(), "IconPicture.png", "IconMask.png"}};
+    for (const auto& [picture, file, mask] : pictures) {
+        QImage whole = QImage(resources + file).convertToFormat(QImage::Format_ARGB32);
+        QImage hidden(resources + mask);
         hidden.invertPixels();
         whole.setAlphaChannel(hidden);
-        EXPECT_EQ(onWhite(picture->ForFramework().Composed(1)), onWhite(whole)) << name;
+        whole.convertTo(QImage::Format_ARGB32_Premultiplied);
+        EXPECT_EQ(picture->ForFramework().Composed(1), whole) << file;
     }
 }
 
