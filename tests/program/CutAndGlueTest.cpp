@@ -44,13 +44,6 @@ TEST_F(CutAndGlue, ByTheDialogAndByAnOpenedPartAfterWhichTheProgramEnds) {
     }
 }
 
-TEST_F(CutAndGlue, ByAStartOfItsOwnWhereTheRunningOneEndsInsteadOfAnswering) {
-    const std::string film = WriteSeries("film.mov");
-    desktop.Pretend({"example.halvrick.Ombrivel"});
-    EXPECT_EQ(Start({"film.mov.001"}).End(), 0);
-    EXPECT_TRUE(Holds(File("film.mov"), film));
-}
-
 TEST_F(CutAndGlue, WithoutASessionBusTheFolderIsOpenedInPlaceOfTheFile) {
     const std::string film = WriteSeries("film.mov");
     environment.erase("DBUS_SESSION_BUS_ADDRESS");

@@ -57,20 +57,6 @@ public:
         desktop_.Press({"alt+F4"});
     }
 
-    // A place in a main window that nobody has resized, from the upper left corner of its list.
-    struct Place {
-        int x, y;
-    };
-    static constexpr Place kFirstStop{504, 26};
-
-    void Click(const Place& place) const {
-        constexpr int kContentHeight = 302; // what lies above it is as high as the system makes it
-        const WindowId window = OnlyWindow();
-        const int y = desktop_.Measure(window, "HEIGHT") - kContentHeight + place.y;
-        desktop_.Do({"mousemove", "--window", std::to_string(window), std::to_string(place.x), std::to_string(y)});
-        desktop_.Do({"click", "1"});
-    }
-
 private:
     const Desktop& desktop_;
 };

@@ -126,4 +126,5 @@ TEST_F(SecondStart, TellsOfAnInstanceThatHangsAndNothingIsOpenedTwice) {
     kill(hung.Id(), SIGCONT);
     AwaitShown({"film.mov"});
     EXPECT_TRUE(Holds(File("film.mov"), film));
+    EXPECT_EQ(StartAgain({}), 0) << "a run that no file began stays when all is done";
 }
