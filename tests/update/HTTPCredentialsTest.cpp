@@ -2,6 +2,8 @@
 
 #include <QCryptographicHash>
 
+#include <regex>
+
 namespace {
 
 const std::string kPage = "HTTP/1.0 200 OK\r\n\r\nyes";
@@ -19,92 +21,86 @@ std::string Between(const std::string& text, const std::string& from, const std:
     return text.substr(start, text.find(to, start) - start);
 }
 
-bool Tell(const std::string& /*realm*/, const Ref<InternetHeaders>&, std::string& name, std::string& password) {
-    name = "Aladdin";
-    password = "open sesame";
-    return true;
-}
-
 class HTTPCredentialsTest : public HTTPTest {
 protected:
-    HTTPCredentialsTest() { client->AuthenticationRequired = Tell; }
+    HTTPCredentialsTest() { client->AuthenticationRequired = tell; }
 
     // The value of the header with which the client repeats its request.
-    std::string ReplyTo(const std::string& challenge) {
-        client->Get(url);
-        Served().Send(Challenge(challenge));
-        EXPECT_EQ(request.find("Authorization"), std::string::npos) << "a credential serves one request";
-        Answer(kPage);
-        return Between(request, "\r\nAuthorization: ", "\r\n\r\n");
+    std::string ReplyTo(const std::string& challenge, const std::string& method = "GET") {
+        const auto ask = [&] { client->SendRequest(method, url); };
+        return Between(Answer({Challenge(challenge), kPage}, ask), "\r\nAuthorization: ", "\r\n\r\n");
     }
+
+    std::string user = "Aladdin", secret = "open sesame", askedFor;
+    const HTTPSocket::AskForCredentials tell = [this](auto&& realm, auto&& headers, auto& name, auto& password) {
+        askedFor = realm + " " + std::to_string(headers->Count());
+        name = user;
+        password = secret;
+        return true;
+    };
 };
 
 } // namespace
 
-TEST_F(HTTPCredentialsTest, RepeatTheRequestOnce) {
-    EXPECT_EQ(ReplyTo("Basic realm=\"cave\""), "Basic QWxhZGRpbjpvcGVuIHNlc2FtZQ==");
-    EXPECT_EQ(client->told, "connected|connected|headers 200 0|progress 3/0 yes|page 200 yes");
-    const std::jthread serving = AnswerAside({Challenge("Basic x"), kPage});
-    EXPECT_EQ(client->Get(url, 20), "yes");
+TEST_F(HTTPCredentialsTest, RepeatOneRequestForTheOneWhoAsks) {
+    const TestFolder folder;
+    const auto check = [&](const std::string& challenge, const std::string& header) {
+        const std::string refusal = "HTTP/1.0 " + challenge + "-Authenticate: Basic realm=\"cave\"\r\n\r\nno";
+        Answer({refusal, kPage}, [&] { client->Get(url, folder.Item("film")); });
+        EXPECT_TRUE(request.ends_with("\r\n" + header + ": Basic QWxhZGRpbjpvcGVuIHNlc2FtZQ==\r\n\r\n")) << request;
+        EXPECT_EQ(client->told, "connected|connected|headers 200 0|progress 3/0 yes|file 200 film");
+        EXPECT_EQ(askedFor + folder.Read("film"), "cave 1yes");
+        Answer({kPage}, [&] { client->Get(url); });
+        EXPECT_EQ(request.find("Authorization"), std::string::npos) << "they serve one request";
+        Answer({refusal, kPage}, [&] { EXPECT_EQ(client->Get(url, 20), "yes"); });
+    };
+    check("401 No\r\nWWW", "Authorization");
+    client->ProxyAuthenticationRequired = std::exchange(client->AuthenticationRequired, nullptr);
+    check("407 No\r\nProxy", "Proxy-Authorization");
 }
 
 TEST_F(HTTPCredentialsTest, WrapWithinTheirHeaderWhereTheyAreLong) {
-    client->AuthenticationRequired = [](auto&&, auto&&, std::string& name, std::string& password) {
-        name = password = std::string(30, 'x');
-        return true;
-    };
+    user = secret = std::string(30, 'x');
     const std::string x12 = "eHh4eHh4eHh4eHh4"; // twelve of them
     EXPECT_EQ(ReplyTo("Basic x"), "Basic " + x12 + x12 + "eHh4eHh4Onh4" + x12 + x12 + "\r\neHh4eA==");
 }
 
 TEST_F(HTTPCredentialsTest, AnswerADigestChallengeInTheirOwnWay) {
-    std::string lastNonce;
-    const auto expect = [&](const std::string& challenge, const std::string& realmName, const std::string& nonce,
-                            const std::string& end) {
-        const std::string header = ReplyTo(challenge);
+    // One line is one parameter, which swallows what follows, and a value without quotation marks loses its ends. Where
+    // there is no nonce, the last one serves again, counted as the first.
+    const std::array<std::string, 5> rows[] = {{"GET", R"(realm="cave", nonce="n1")", R"(cave", nonce="n1)", "", ""},
+                                               {"PUT", "nonce=xn2x", "", "n2", ""},
+                                               {"GET", R"(opaque="o")", "", "n2", R"(opaque="")"}};
+    std::string last;
+    for (const auto& [method, challenge, realm, nonce, end] : rows) {
+        const std::string header = ReplyTo("Digest " + challenge, method);
+        EXPECT_EQ(askedFor, realm + " 1");
         const std::string own = Between(header, "cnonce=\"", "\"");
-        EXPECT_NE(own, std::exchange(lastNonce, own));
+        EXPECT_TRUE(own != std::exchange(last, own) && std::regex_match(own, std::regex("[0-9A-Za-z]{25}"))) << own;
         // The realm has no part in the digest; the address is the whole one.
         const std::string response =
-            Md5(Md5("Aladdin::open sesame") + ":" + nonce + ":00000001:" + own + ":auth:" + Md5("GET:" + url));
-        EXPECT_EQ(header, "Digest username=\"Aladdin\", realm=\"" + realmName + "\", nonce=\"" + nonce + "\", uri=\"" +
-                              url + "\", qop=auth, nc=00000001, cnonce=\"" + own + "\", response=\"" + response + "\"" +
-                              end);
-    };
-    // One line is one parameter, which swallows what follows: the first challenge has no nonce.
-    expect("Digest realm=\"cave\", nonce=\"n1\"", "cave\", nonce=\"n1", "", ", ");
-    expect("Digest nonce=xn2x", "", "n2", ", "); // a value without quotation marks loses its ends
-    // The last nonce that came, counted as the first again.
-    expect("Digest opaque=\"o\"", "", "n2", ", opaque=\"\"");
-}
-
-TEST_F(HTTPCredentialsTest, LeaveTheRefusalAsThePageWhereThereIsNoAnswer) {
-    for (const std::string challenge : {"Negotiate x", "Basic", "", "Basic x"}) {
-        if (challenge == "Basic x")
-            client->AuthenticationRequired = [](auto&&...) { return false; };
-        client->told.clear();
-        client->Get(url);
-        Answer(Challenge(challenge));
-        EXPECT_TRUE(client->told.ends_with("|page 401 no")) << challenge;
+            Md5(Md5("Aladdin::open sesame") + ":" + nonce + ":00000001:" + own + ":auth:" + Md5(method + ":" + url));
+        EXPECT_EQ(header, "Digest username=\"Aladdin\", realm=\"" + realm + "\", nonce=\"" + nonce + "\", uri=\"" +
+                              url + "\", qop=auth, nc=00000001, cnonce=\"" + own + "\", response=\"" + response +
+                              "\", " + end);
     }
 }
 
-TEST_F(HTTPCredentialsTest, DoNotGoWithARequestThatIsBegunInsteadOfTheAnswer) {
+TEST_F(HTTPCredentialsTest, LeaveTheRefusalAsThePageWhereThereIsNoAnswer) {
+    for (const std::string challenge : {"Negotiate x", "Basic", ""}) {
+        Answer({Challenge(challenge)}, [&] { client->Get(url); });
+        EXPECT_TRUE(client->told.ends_with("|page 401 no")) << challenge;
+    }
+    client->AuthenticationRequired = [this](auto&&... arguments) { return !tell(arguments...); };
+    Answer({Challenge("Basic x")}, [&] { client->Get(url); });
+    EXPECT_TRUE(client->told.ends_with("|page 401 no"));
+}
+
+TEST_F(HTTPCredentialsTest, DoNotGoWithARequestBegunInsteadOfAnAnswer) {
     client->AuthenticationRequired = [this](auto&&... arguments) {
         client->Get(url);
-        return Tell(arguments...);
+        return tell(arguments...);
     };
     ReplyTo("Basic x");
     EXPECT_EQ(request.find("Authorization"), std::string::npos);
-}
-
-TEST_F(HTTPCredentialsTest, AreAskedForApartByTheProxy) {
-    const TestFolder folder;
-    client->ProxyAuthenticationRequired = Tell;
-    client->AuthenticationRequired = nullptr;
-    client->Get(url, folder.Item("film"));
-    Served().Send("HTTP/1.0 407 No\r\nProxy-Authenticate: Basic realm=\"cave\"\r\n\r\nno");
-    Answer(kPage);
-    EXPECT_EQ(Between(request, "\r\nProxy-Authorization: ", "\r\n"), "Basic QWxhZGRpbjpvcGVuIHNlc2FtZQ==");
-    EXPECT_EQ(folder.Read("film"), "yes") << "the file is begun anew";
 }

@@ -1,40 +1,93 @@
 #include "framework/threads/MainThread.h"
-#include "tests/program/Process.h"
-#include "tests/support/Slowness.h"
 #include "tests/update/HTTPTest.h"
 
 namespace {
 
-constexpr const char* kProxy = "/usr/bin/tinyproxy";
+using std::chrono::milliseconds;
+
 const std::string kReply = "HTTP/1.0 200 OK\r\nA: b\r\n\r\nbody";
 
 class HTTPRequestTest : public HTTPTest {
 protected:
     std::string RequestOf(const std::string& address, const std::string& method = "GET") {
-        client->SendRequest(method, address);
-        Answer(kReply);
-        return request;
+        return Answer({kReply}, [&] { client->SendRequest(method, address); });
     }
 
+    // Answers with a body that comes byte by byte for that long.
+    std::jthread AnswerSlowly(milliseconds time) {
+        return std::jthread([this, end = std::chrono::steady_clock::now() + time] {
+            LoopbackPeer peer = server.Accept();
+            peer.Read();
+            for (peer.Send("HTTP/1.0 200 OK\r\n\r\n"); !peer.HasInput() && std::chrono::steady_clock::now() < end;) {
+                peer.Send("x");
+                std::this_thread::sleep_for(milliseconds(1));
+            }
+        });
+    }
+
+    const TestFolder folder;
+    const Ref<FolderItem> film = folder.Item("film");
     const std::string host = server.Host();
-    const std::string common = "Accept: */*\r\nAccept-Language: en\r\nHost: " + host + "\r\n";
+    const std::string accepted = "Accept: */*\r\nAccept-Language: en\r\n", common = accepted + "Host: " + host + "\r\n";
 };
 
 } // namespace
 
-TEST_F(HTTPRequestTest, IsTheseBytes) {
-    EXPECT_EQ(RequestOf("https://" + host + "/a/b?c=d e"), "GET /a/b?c=d e HTTP/1.0\r\n" + common + "\r\n")
-        << "the scheme is thrown away";
-    // Without a slash the query is part of the host.
-    EXPECT_TRUE(RequestOf(host + "?q").ends_with("Host: " + host + "?q\r\n\r\n")) << request;
+TEST_F(HTTPRequestTest, ComesInEachFormOfEachOperation) {
+    const std::string address = "https://" + host + "/a/b?c=d e"; // whose scheme counts for nothing
+    const auto check = [&](const std::string& method, const std::function<void()>& call, const std::string& outcome) {
+        folder.Write("film", "old");
+        EXPECT_TRUE(Answer({kReply}, call).starts_with(method + " /a/b?c=d e HTTP/1.0\r\n" + common)) << request;
+        EXPECT_EQ(client->told + "|" + folder.Read("film") + "|" + client->from, outcome) << method;
+    };
+    const std::string begun = "connected|headers 200 1|progress 4/0 body|";
+    const auto checkForms = [&](const std::string& method, auto&& ask) {
+        check(
+            method, [&] { ask(address); }, begun + "page 200 body|old|" + address);
+        check(
+            method, [&] { ask(address, film); }, begun + "file 200 film|body|" + address);
+        check(
+            method, [&] { client->told = ask(address, 20); }, "body|old|");
+        check(
+            method, [&] { client->told = ask(address, film, 20) ? "good" : "bad"; }, "good|body|");
+    };
+    checkForms("GET", [this](auto... how) { return client->Get(how...); });
+    checkForms("POST", [this](auto... how) { return client->Post(how...); });
+    checkForms("PUT", [this](auto... how) { return client->SendRequest("PUT", how...); });
+    checkForms("GET", [this](auto... how) { return client->SendRequest("", how...); });
+    check(
+        "HEAD", [&] { client->GetHeaders(address); }, "connected|headers 200 1|old|");
+    check(
+        "HEAD", [&] { client->told = client->GetHeaders(address, 20)->Value("A"); }, "b|old|");
+}
+
+TEST_F(HTTPRequestTest, GoesWhereItsAddressOrTheProxySays) {
+    const int32_t port = server.Port();
+    const struct {
+        std::string address, target, host;
+        int32_t defaultPort, proxyPort;
+    } rows[] = {{host, "/", host, 1, -1},               // no proxy
+                {host + "?q", "/", host + "?q", 1, -1}, // without a slash the query is part of the host
+                {"http://127.1:0//", "//", "127.1:0", port, -1},
+                {"127.0.0.1:x/:/", "/:/", "127.0.0.1:x", port, -1},
+                {"http://far.invalid/x", "http://far.invalid/x", "far.invalid", 1, port},
+                {"far.invalid:1/x", "far.invalid:1/x", "far.invalid:1", port, 0}};
+    for (const auto& row : rows) {
+        client->DefaultPort = row.defaultPort;
+        client->HTTPProxyAddress = row.proxyPort < 0 ? "" : "127.0.0.1";
+        client->HTTPProxyPort = row.proxyPort;
+        EXPECT_EQ(RequestOf(row.address),
+                  "GET " + row.target + " HTTP/1.0\r\n" + accepted + "Host: " + row.host + "\r\n\r\n");
+    }
+}
+
+TEST_F(HTTPRequestTest, HasTheHeadersThatWereSet) {
     client->SetRequestHeader("X-Own", "1");
     client->SetRequestHeader("accept", "text/plain");
     client->SetRequestHeader("Accept-Language", "");
-    EXPECT_EQ(RequestOf(host), "GET / HTTP/1.0\r\nAccept: text/plain\r\nHost: " + host + "\r\nX-Own: 1\r\n\r\n");
+    EXPECT_EQ(RequestOf(url), "GET / HTTP/1.0\r\nAccept: text/plain\r\nX-Own: 1\r\nHost: " + host + "\r\n\r\n");
     client->ClearRequestHeaders();
-    client->HTTPProxyAddress = "127.0.0.1";
-    client->HTTPProxyPort = server.Port();
-    EXPECT_EQ(RequestOf("http://far.invalid/x"), "GET http://far.invalid/x HTTP/1.0\r\nHost: far.invalid\r\n\r\n");
+    EXPECT_EQ(RequestOf(url), "GET / HTTP/1.0\r\nHost: " + host + "\r\n\r\n");
 }
 
 TEST_F(HTTPRequestTest, PostsWhatWasSetUntilAnotherDropsIt) {
@@ -52,70 +105,40 @@ TEST_F(HTTPRequestTest, PostsWhatWasSetUntilAnotherDropsIt) {
     const auto form = New<Dictionary<std::string>>();
     form->SetValue("z", "100% a+b");
     form->SetValue("a-b_c", "?:@'\"|\r\n\xC3\xBC(~)");
-    client->SetFormData(form);
+    bool served = false;
+    PostToMainThread([&served] { served = true; });
+    for (int i = 0; i < 100'000 && !served; ++i)
+        client->SetFormData(form);
+    EXPECT_TRUE(served) << "a long form does not stop the windows";
     EXPECT_EQ(RequestOf(url, "POST"),
               post("application/x-www-form-urlencoded", "z=100%25+a%2Bb&a%2Db%5Fc=?:@'\"|%0D%0A\xC3\xBC%28%7E%29"));
-
-    for (int i = 0; i < 20'000 / kSlowness; ++i)
-        form->SetValue(std::to_string(i), "");
-    bool served = false;
-    PostToMainThread([&served] { served = true; });
-    client->SetFormData(form);
-    EXPECT_TRUE(served) << "a long form does not stop the windows";
+    client->SetFormData(nullptr);
+    EXPECT_EQ(RequestOf(url, "POST"), post("", ""));
 }
 
-TEST_F(HTTPRequestTest, WaitsWithoutEvents) {
-    const TestFolder folder;
-    const Ref<FolderItem> film = folder.Item("film");
+TEST_F(HTTPRequestTest, IsGivenTimeByWhatComesIntoMemory) {
+    const std::jthread answering = AnswerSlowly(milliseconds(1300));
     bool served = false;
     PostToMainThread([&served] { served = true; });
-    std::jthread answering = AnswerAside(std::vector(4, kReply));
-    EXPECT_EQ(client->Get(url, 20), "body");
-    EXPECT_EQ(client->GetHeaders(url, 20)->Value("A"), "b");
-    EXPECT_TRUE(client->Get(url, film, 20));
-    EXPECT_EQ(folder.Read("film"), "body");
+    EXPECT_GT(client->Get(url, 1).size(), 0U);
+    EXPECT_EQ(client->ErrorCode(), 0);
     EXPECT_FALSE(served) << "nothing else gets a turn";
-    client->Yield = true;
-    EXPECT_EQ(client->Get("http://127.1:" + std::to_string(server.Port()) + "/", 0), "body");
-    EXPECT_TRUE(served);
-    answering.join();
-
-    // A page that goes into a file does not count as a sign of life, however much of it comes.
-    answering = std::jthread([this] {
-        LoopbackPeer peer = server.Accept();
-        peer.Read();
-        peer.Send("HTTP/1.0 200 OK\r\n\r\n");
-        while (!peer.HasInput())
-            peer.Send("x");
-    });
-    EXPECT_FALSE(client->Get(url, film, 1));
-    EXPECT_EQ(client->ErrorCode(), -1);
-    // That a file can't be used is forgotten at the start of the wait.
-    EXPECT_FALSE(client->Get(url, film->Parent(), 1));
-    EXPECT_EQ(client->ErrorCode(), -1);
-    answering.join();
-    server.Close();
-    EXPECT_FALSE(client->Get(url, film, 20));
-    EXPECT_EQ(client->ErrorCode(), 100);
-    EXPECT_EQ(client->told, "");
+    EXPECT_TRUE(WaitUntil([&served] { return served; }));
 }
 
-TEST_F(HTTPRequestTest, IsCarriedByARealProxy) {
-    if (!std::filesystem::exists(kProxy))
-        GTEST_SKIP() << "tinyproxy is not installed";
-    const TestFolder folder;
-    client->HTTPProxyAddress = "127.0.0.2";          // where nobody else listens
-    client->HTTPProxyPort = LoopbackServer().Port(); // which is free now
-    client->Yield = true;
-    folder.Write("proxy.conf", "Listen 127.0.0.2\nPort " + std::to_string(client->HTTPProxyPort) + "\n");
-    Process proxy({kProxy, "-d", "-c", folder.Path("proxy.conf")}, {{}, folder.Path(), folder.Path("proxy")});
-    Await("a proxy that listens", [&] { return proxy.Output().find("Accepting connections") != std::string::npos; });
-    const std::jthread answering([this] {
-        LoopbackPeer peer = server.Accept();
-        while (request.find("\r\n\r\n") == std::string::npos) // it comes line by line
-            request += peer.Read();
-        peer.Send(kReply);
+// Nor does one wait less whose file can't be used: that is forgotten at the start of the wait.
+TEST_F(HTTPRequestTest, IsGivenNoTimeByWhatComesIntoAFile) {
+    PostToMainThread([this] {
+        const std::jthread answering = AnswerSlowly(std::chrono::minutes(1));
+        EXPECT_FALSE(client->Get(url, film, 1));
+        EXPECT_EQ(client->ErrorCode(), -1);
     });
-    EXPECT_EQ(client->Get(url, 20), "body");
-    EXPECT_NE(client->PageHeaders()->Value("Via"), "") << "what the proxy adds";
+    const auto other = New<HTTPClient>();
+    other->Yield = true;
+    EXPECT_FALSE(other->Get(url, film->Parent(), 1));
+    EXPECT_EQ(other->ErrorCode(), -1);
+    server.Close();
+    EXPECT_FALSE(other->Get(url, film, 0));
+    EXPECT_EQ(other->ErrorCode(), 100);
+    EXPECT_EQ(client->told + other->told, "");
 }

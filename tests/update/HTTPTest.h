@@ -8,9 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include <stdexcept>
 #include <thread>
-#include <vector>
 
 // A client that writes down what it is told.
 class HTTPClient : public HTTPSocket {
@@ -23,13 +22,20 @@ public:
         ReceiveProgress = [this](int32_t soFar, int32_t total, const std::string& data) {
             Note("progress " + std::to_string(soFar) + "/" + std::to_string(total) + " " + data);
         };
-        PageReceived = [this](auto&&, int32_t status, const Ref<InternetHeaders>& headers, const std::string& body) {
+        PageReceived = [this](auto&& url, int32_t status, const Ref<InternetHeaders>& headers,
+                              const std::string& body) {
+            from = url;
             Note("page " + std::to_string(status) + (headers.IsNil() ? " nil " : " ") + body);
+        };
+        DownloadComplete = [this](auto&& url, int32_t status, auto&&, const Ref<FolderItem>& file) {
+            from = url;
+            Note("file " + std::to_string(status) + " " + file->Name());
         };
         Error = [this](int32_t code) { Note("error " + std::to_string(code)); };
     }
 
     std::string told; // with bars in between
+    std::string from; // the address of the last page or file
     int ends = 0;     // of connections
 
 protected:
@@ -46,27 +52,32 @@ class HTTPTest : public testing::Test {
 protected:
     // Waits for the next client and for its request, which goes into `request`.
     LoopbackPeer Served() {
-        EXPECT_TRUE(WaitUntil([this] { return server.HasInput(); }));
+        if (!WaitUntil([this] { return server.HasInput(); }))
+            throw std::runtime_error("nobody asks");
         LoopbackPeer peer = server.Accept();
         EXPECT_TRUE(WaitUntil([&peer] { return peer.HasInput(); }));
         request = peer.Read();
         return peer;
     }
-    // Sends the reply to the client's next request and closes; waits until the client knows.
-    void Answer(const std::string& reply) {
+    // Sends the replies to the requests that come of a call, a blocking one too, each by a connection of its own. Waits
+    // until the client knows of the end. Gives the last request.
+    std::string Answer(const std::vector<std::string>& replies, const std::function<void()>& call) {
         const int ends = client->ends;
-        Served().Send(reply);
-        EXPECT_TRUE(WaitUntil([&] { return client->ends > ends; }));
-    }
-    // The same for one request after the other, also of a client that waits without events.
-    std::jthread AnswerAside(const std::vector<std::string>& replies) {
-        return std::jthread([this, replies] {
+        client->told = client->from = "";
+        std::jthread serving([&](const std::stop_token& stop) {
             for (const std::string& reply : replies) {
+                while (!server.HasInput())
+                    if (stop.stop_requested())
+                        return;
                 LoopbackPeer peer = server.Accept();
-                peer.Read();
+                request = peer.Read();
                 peer.Send(reply);
             }
         });
+        call();
+        EXPECT_TRUE(WaitUntil([&] { return client->ends > ends; }));
+        serving = {};
+        return request;
     }
 
     LoopbackServer server;
