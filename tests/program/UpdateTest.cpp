@@ -17,10 +17,6 @@ protected:
         Prefer({});
     }
 
-    static std::string Record(const std::string& host) {
-        return "Ombrivel 9\nVersion\nhttp://" + host + "/files/o.zip\nOmbrivel-9.zip";
-    }
-
     // Whoever asks next gets that. The connection stays until the peer goes.
     LoopbackPeer Answer(const std::string& body) {
         Await("a request", [this] { return server.HasInput(); });
@@ -30,9 +26,16 @@ protected:
         return peer;
     }
 
-    // Presses these keys in the dialog that the next answer opens, the last of which begins the download.
-    LoopbackPeer Download(Program& program, const Words& keys) {
-        Answer(Record(server.Host()));
+    // Asks by the item above the last, in the last menu.
+    void Ask(const Program& program) const {
+        program.OpenMenus({"F10", "Left"});
+        desktop.Press({"Up", "Up", "Return"});
+    }
+
+    // Asks, and presses these keys in the dialog that this opens, the last of which begins the download.
+    LoopbackPeer Download(const Program& program, const Words& keys) {
+        Ask(program);
+        Answer(record);
         program.Dialog();
         desktop.Press(keys);
         LoopbackPeer peer = Answer("abc");
@@ -41,20 +44,20 @@ protected:
     }
 
     LoopbackServer server;
+    const std::string record = "Ombrivel 9\nVersion\nhttp://" + server.Host() + "/services/o.zip\nOmbrivel-9.zip";
     const fs::path download = desktop.Downloads() / "Ombrivel-9.zip";
 };
 
 } // namespace
 
-TEST_F(Updates, AWebServerServesTheCheckAtTheStartAndTheDownload) {
+TEST_F(Updates, AreServedByAWebServer) {
     if (!fs::exists(kWebServer))
         GTEST_SKIP() << "nginx is not installed";
     server.Close(); // whose port is free now
     const std::string bytes = Pattern(8 << 20);
     fs::create_directories(File("site/services"));
-    fs::create_directories(File("site/files"));
-    WriteFile(File("site/services/update.php"), Record(server.Host()));
-    WriteFile(File("site/files/o.zip"), bytes);
+    WriteFile(File("site/services/update.php"), record);
+    WriteFile(File("site/services/o.zip"), bytes);
     WriteFile(download, bytes + "more, of an earlier download");
     std::string http = "access_log off; server { root site; listen " + server.Host() + "; }";
     for (const std::string kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
@@ -75,34 +78,26 @@ TEST_F(Updates, AWebServerServesTheCheckAtTheStartAndTheDownload) {
     program.OnlyWindow();
 }
 
-TEST_F(Updates, AreCheckedForInSilenceAtTheStartAndFromTheMenuAndLeftByKeysWithTheBoxUntickedForGood) {
-    Program& program = Start({});
-    const auto ask = [&] { // by the item above the last, in the last menu
-        program.OpenMenus({"F10", "Left"});
-        desktop.Press({"Up", "Up", "Return"});
-    };
+TEST_F(Updates, AreCheckedForAtTheStartUntilTheirBoxIsUnticked) {
+    Program& first = Start({});
+    Answer("false"); // which nobody is told of who did not ask
+    Ask(first);
     Answer("false");
-    ask();
-    Answer("false");
-    program.Answer({"Return"});
-    ask();
+    first.Answer({"Return"});
     // From the button over the other one to the box; and the fourth is no way out.
-    const LoopbackPeer peer = Download(program, {"Tab", "Tab", "space", "alt+F4", "Return"});
+    const LoopbackPeer peer = Download(first, {"Tab", "Tab", "space", "alt+F4", "Return"});
     desktop.Press({"Escape"});
-    program.OnlyWindow();
+    first.OnlyWindow();
     EXPECT_TRUE(peer.HasInput()) << "the end of the connection";
     desktop.Press({"ctrl+q"});
-    EXPECT_EQ(program.End(), 0);
+    EXPECT_EQ(first.End(), 0);
     EXPECT_EQ(ReadFile(PreferencesFile()), PreferencesBytes({.SearchForUpdates = false}, "English"));
-    EXPECT_TRUE(Holds(download, "abc"));
-    EXPECT_EQ(desktop.Opened(), Words{});
-}
 
-TEST_F(Updates, AreNoReasonToStayWhenTheLastOperationEndsInTheMiddleOfADownload) {
-    WriteUnfinishedSeries("film.mov");
-    Program& program = Start({"film.mov.001"});
-    const LoopbackPeer peer = Download(program, {"Return", "Return"}); // the button has gone, none takes its place
+    Program& second = StartUnfinished("film.mov");
+    const LoopbackPeer last = Download(second, {"Return", "Return"}); // the button has gone, none takes its place
+    EXPECT_FALSE(server.HasInput()) << "nobody else has asked";
     FinishDownload("film.mov");
-    EXPECT_EQ(program.End(), 0);
+    EXPECT_EQ(second.End(), 0) << "a download is no reason to stay";
+    EXPECT_TRUE(Holds(download, "abc"));
     EXPECT_EQ(desktop.Opened(), Words{});
 }
