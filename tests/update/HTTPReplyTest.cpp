@@ -235,3 +235,19 @@ TEST_F(HTTPReplyTest, IsAnErrorToldOnceWhereMemoryDoesNotSuffice) {
         EXPECT_EQ(client->told, told);
     }
 }
+
+TEST_F(HTTPReplyTest, TakesLittleMemoryIntoAFile) {
+    const TestFolder folder;
+    client->ReceiveProgress = nullptr;
+    client->Get(url, folder.Item("film"));
+    std::jthread sender([piece = Pattern(1 << 20), peer = Served()]() mutable {
+        peer.Send(kOk + "\r\n");
+        for (int i = 0; i < 64; ++i)
+            peer.Send(piece);
+        peer.Close();
+    });
+    const int64_t memory = PeakMemory();
+    EXPECT_TRUE(WaitUntil([this] { return client->ends == 1; }));
+    EXPECT_EQ(folder.Item("film")->Length(), 64 << 20);
+    EXPECT_TRUE(PeakMemory() - memory < (16 << 20) || kSanitized);
+}

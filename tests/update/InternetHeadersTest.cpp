@@ -1,6 +1,5 @@
 #include "update/InternetHeaders.h"
 #include "framework/text/Text.h"
-#include "tests/support/Slowness.h"
 #include "update/HeaderEnd.h"
 
 #include <gtest/gtest.h>
