@@ -45,7 +45,16 @@ TEST(Text, FindsAndComparesWithoutRegardToCase) {
 
 constexpr double kLargest = 1.7976931348623157e308;
 
-void ReadsAndPrintsNumbers() {
+TEST(Text, OfNumbersIsTheSameWhereOthersWriteAComma) {
+    // A locale of its own, as a bare machine has none, nor what the usual ones are made of. It has numbers only, and
+    // localedef complains of what it lacks.
+    const TestFolder folder;
+    folder.Write("characters", "<code_set_name> COMMA\nCHARMAP\n<U002C> \\x2c COMMA\nEND CHARMAP\n");
+    folder.Write("source", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \"\"\ngrouping -1\nEND LC_NUMERIC\n");
+    const std::string make = "cd '" + folder.Path() + "' && localedef -c -i source -f ./characters ./comma 2>/dev/null";
+    std::ignore = std::system(make.c_str());
+    setenv("LOCPATH", folder.Path().c_str(), 1);
+    ASSERT_NE(std::setlocale(LC_NUMERIC, "comma"), nullptr);
     // clang-format off
     const std::tuple<const char*, double, bool> read[] = {
         {"007", 7, true}, {"-1.5", -1.5, true}, {"+2", 2, true}, {".5", 0.5, true}, {"1.", 1, true}, {"1E-2", 0.01, true},
@@ -63,21 +72,6 @@ void ReadsAndPrintsNumbers() {
         EXPECT_EQ(RuntimeCvtReal64ToSInt32(number), whole) << number;
     EXPECT_EQ(Str(-0.0) + "|" + Str(0.1) + "|" + Str(1e30), "0|0.1|1000000000000000019884624838656");
     EXPECT_EQ(Format(7, "000") + Format(1000, "000"), "0071000");
-}
-
-TEST(Text, OfNumbersIsReadAndPrintedTheSameWhereOthersWriteAComma) {
-    ReadsAndPrintsNumbers();
-    // A locale of its own, as a bare machine has none, nor what the usual ones are made of. It has numbers only, and
-    // localedef complains of what it lacks.
-    const TestFolder folder;
-    folder.Write("characters", "<code_set_name> COMMA\nCHARMAP\n<U002C> \\x2c COMMA\nEND CHARMAP\n");
-    folder.Write("source", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \"\"\ngrouping -1\nEND LC_NUMERIC\n");
-    const std::string make = "cd '" + folder.Path() + "' && localedef -c -i source -f ./characters ./comma 2>/dev/null";
-    std::ignore = std::system(make.c_str());
-    setenv("LOCPATH", folder.Path().c_str(), 1);
-    ASSERT_NE(std::setlocale(LC_NUMERIC, "comma"), nullptr);
-    ASSERT_EQ(std::localeconv()->decimal_point, ","s);
-    ReadsAndPrintsNumbers();
     std::setlocale(LC_NUMERIC, "C.UTF-8");
 }
 

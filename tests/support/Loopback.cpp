@@ -19,8 +19,7 @@ void LoopbackSocket::Close() {
 
 std::string LoopbackPeer::Read() {
     std::string text(65536, '\0');
-    const ssize_t size = read(descriptor_, text.data(), text.size());
-    text.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+    text.resize(static_cast<std::size_t>(std::max<ssize_t>(read(descriptor_, text.data(), text.size()), 0)));
     return text;
 }
 

@@ -2,10 +2,8 @@
 
 #include "framework/threads/MainThread.h"
 #include "framework/windows/ComboBox.h"
-#include "framework/windows/Label.h"
 #include "framework/windows/Native.h"
 #include "settings/claPreferences.h"
-#include "ui/winMain.h"
 
 #include <QTest>
 
@@ -37,14 +35,6 @@ ProgramTest::~ProgramTest() {
     EmptyTrash();
 }
 
-claFilePerform& ProgramTest::List() {
-    return *winMain::Instance()->canPerform();
-}
-
-std::string ProgramTest::StatusText() {
-    return winMain::Instance()->staStatus()->Text();
-}
-
 void ProgramTest::WhenAsked(const std::function<void(winCut&)>& answer) {
     PostToMainThread([answer] { answer(*winCut::Instance()); });
 }
@@ -55,10 +45,6 @@ void ProgramTest::Cut(const std::string& name, const std::string& size) const {
         dialog.ActionButton->Push();
     });
     App::Instance()->EncodeFile(folder.Item(name));
-}
-
-void ProgramTest::Glue(const std::string& name) const {
-    App::Instance()->DecodeFile(folder.Item(name));
 }
 
 void ProgramTest::ClickStop(int row) {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "core/App.h"
+#include "framework/windows/Label.h"
 #include "tests/support/TestFolder.h"
 #include "tests/support/Waiting.h"
 #include "ui/claDialogButton.h"
 #include "ui/claFilePerform.h"
 #include "ui/claFilePerformInfo.h"
 #include "ui/winCut.h"
+#include "ui/winMain.h"
 
 #include <gtest/gtest.h>
 
@@ -24,13 +26,13 @@ protected:
     std::vector<Ref<claFilePerformInfo>> rows;
     std::function<void(claFilePerformInfo&)> onRow;
 
-    static claFilePerform& List();
-    static std::string StatusText();
+    static claFilePerform& List() { return *winMain::Instance()->canPerform(); }
+    static std::string StatusText() { return winMain::Instance()->staStatus()->Text(); }
 
     // What the user does in the next cut dialog.
     static void WhenAsked(const std::function<void(winCut&)>& answer);
     void Cut(const std::string& name, const std::string& size) const;
-    void Glue(const std::string& name) const;
+    void Glue(const std::string& name) const { App::Instance()->DecodeFile(folder.Item(name)); }
     // Clicks on the stop button of a row with a real pointer.
     static void ClickStop(int row);
 

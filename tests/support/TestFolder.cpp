@@ -82,21 +82,8 @@ void TestFolder::WriteSparse(const std::string& name, uint64_t size) const {
     fs::resize_file(Path(name), size);
 }
 
-NoMoreThreads::NoMoreThreads() {
-    pthread_getattr_default_np(&before_);
-    pthread_attr_t tooLarge = before_;
-    pthread_attr_setstacksize(&tooLarge, std::size_t{1} << 50U);
-    pthread_setattr_default_np(&tooLarge);
-}
-
-NoMoreThreads::~NoMoreThreads() {
-    pthread_setattr_default_np(&before_);
-    pthread_attr_destroy(&before_);
-}
-
 FileSizeLimit::FileSizeLimit(uint64_t bytes) {
     getrlimit(RLIMIT_FSIZE, &before_);
-    rlimit small = before_;
-    small.rlim_cur = bytes;
+    const rlimit small{bytes, before_.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
 }

@@ -4,7 +4,6 @@
 #include "tests/support/Bytes.h"
 
 #include <cstdint>
-#include <pthread.h>
 #include <string>
 #include <sys/resource.h>
 #include <vector>
@@ -41,16 +40,6 @@ public:
 
 private:
     std::string path_;
-};
-
-// While one of these lives, the system gives this process no thread: none has room for the stack that it asks for.
-class NoMoreThreads {
-public:
-    NoMoreThreads();
-    ~NoMoreThreads();
-
-private:
-    pthread_attr_t before_{};
 };
 
 // While one of these lives, no file of this process grows beyond that size: writes fail, as on a full disk.

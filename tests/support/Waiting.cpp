@@ -3,6 +3,7 @@
 #include "framework/threads/MainThread.h"
 #include "framework/threads/Thread.h"
 #include "framework/threads/Yield.h"
+#include "framework/windows/ProgressBar.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -10,6 +11,12 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+void ServeWhatIsPosted() {
+    bool served = false;
+    PostToMainThread([&served] { served = true; });
+    WaitUntil([&served] { return served; });
+}
 
 } // namespace
 
@@ -28,9 +35,8 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
 
 bool WaitForWorkers() {
     const bool ended = WaitUntil([] { return Thread::RunningCount() == 0; });
-    bool served = false;
-    PostToMainThread([&served] { served = true; });
-    return WaitUntil([&served] { return served; }) && ended;
+    ServeWhatIsPosted();
+    return ended;
 }
 
 void YieldForAWhile() {
@@ -41,9 +47,9 @@ void YieldForAWhile() {
 
 // The toolkit paints a little after it was told to, but within one frame.
 void ShowOnScreen() {
-    const auto update = New<CountingUpdate>();
+    const auto bar = New<ProgressBar>();
     for (const int frame : {1, 2, 3}) {
-        update->RequestUpdate();
-        WaitUntil([&] { return update->updates == frame; });
+        bar->SetLeft(frame); // has the updates served that wait for the next frame
+        ServeWhatIsPosted();
     }
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "framework/windows/ScreenUpdate.h"
-
 #include <chrono>
 #include <functional>
 
@@ -16,12 +14,3 @@ void YieldForAWhile();
 
 // Serves events until everything asked for so far has reached the screen.
 void ShowOnScreen();
-
-// Counts how often the screen got round to it.
-class CountingUpdate : public ScreenUpdate {
-public:
-    int updates = 0;
-
-protected:
-    void UpdateScreen() override { ++updates; }
-};
