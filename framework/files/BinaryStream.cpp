@@ -208,6 +208,10 @@ void BinaryStream::ReturnRoom() {
         std::ignore = ftruncate(descriptor_, status.st_size);
 }
 
+void BinaryStream::BeginToWriteOut() const {
+    std::ignore = sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
 bool BinaryStream::AtEOF() {
     return Remaining() == 0;
 }

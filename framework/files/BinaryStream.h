@@ -45,6 +45,8 @@ public:
 protected:
     // Whether something that was written is missing from the file.
     bool HasFailed() const { return failed_; }
+    // Has the system begin now to put on the disk what was written. Does not wait for it.
+    void BeginToWriteOut() const;
 
 private:
     // How bytes get from a stream to another. Sharing is tried first and, once the system declines it, left for the way

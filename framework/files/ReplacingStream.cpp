@@ -13,8 +13,11 @@ ReplacingStream::~ReplacingStream() {
         unlink(written_.c_str());
 }
 
-// The disk is not waited for: the program closes such a file as it ends, when a worker may keep the disk busy for long.
+// Left alone, some file systems write the bytes half a minute after the name: a power cut in between empties the file.
+// The disk is not waited for, though: the program closes such a file as it ends, when a worker may keep the disk busy
+// for long.
 void ReplacingStream::Close() {
+    BeginToWriteOut();
     BinaryStream::Close();
     if (!HasFailed() && std::rename(written_.c_str(), place_.c_str()) == 0)
         written_.clear();
