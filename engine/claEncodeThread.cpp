@@ -33,7 +33,7 @@ Ref<BinaryStream> CreatePart(const FolderItem& file) {
 void claEncodeThread::Event_RunThread() {
     auto promise = std::move(Promise); // whatever ends this body ends it too
     const Ref<claFilePerformInfo> info = AddRow();
-    StreamIn->PrepareToShare(Stop);
+    StreamIn->PrepareToClone(Stop);
     Ref<BinaryStream> part;
     int32_t counter = 0;
     do {

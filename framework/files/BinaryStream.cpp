@@ -24,13 +24,13 @@ constexpr std::size_t kPage = 4096;
 // A stop has to wait for the piece that is being shared. A fragment of the source takes about as long to share as a
 // long run of its blocks, so pieces begin small and grow while they are quick; the upper bound is for a source whose
 // fragments begin further on.
-constexpr std::chrono::milliseconds kShareFor{10};
-constexpr int64_t kShareAtLeast = int64_t{1} * 1024 * 1024;
-constexpr int64_t kShareAtMost = int64_t{16} * 1024 * 1024;
-constexpr int64_t kWriteOutAtOnce = int64_t{1} * 1024 * 1024;
+constexpr std::chrono::milliseconds kCloneTime{10};
+constexpr int64_t kMinClone = int64_t{1} * 1024 * 1024;
+constexpr int64_t kMaxClone = int64_t{16} * 1024 * 1024;
+constexpr int64_t kFlushStep = int64_t{1} * 1024 * 1024;
 // Up to as much stays with an unfinished file if the program ends while it is written.
-constexpr int64_t kRoomAtOnce = int64_t{64} * 1024 * 1024;
-constexpr int64_t kWorthAsking = int64_t{1} * 1024 * 1024;
+constexpr int64_t kPreallocation = int64_t{64} * 1024 * 1024;
+constexpr int64_t kMinPreallocation = int64_t{1} * 1024 * 1024;
 constexpr std::size_t kLongestPString = 255;
 
 // Page upon page: the kernel copies noticeably faster between places that lie alike.
@@ -46,13 +46,13 @@ char* BytesToCopyThrough() {
 
 // What the last pieces that this thread shared have taught it about the next. Parts come and go as sources and as
 // targets.
-thread_local int64_t pieceToShare = kShareAtLeast;
+thread_local int64_t cloneSize = kMinClone;
 
-void LearnFromPiece(int64_t size, std::chrono::steady_clock::duration took) {
-    if (took > kShareFor)
-        pieceToShare = std::max(size / 2, kShareAtLeast);
-    else if (size >= pieceToShare)
-        pieceToShare = std::min(size * 2, kShareAtMost);
+void AdaptCloneSize(int64_t size, std::chrono::steady_clock::duration took) {
+    if (took > kCloneTime)
+        cloneSize = std::max(size / 2, kMinClone);
+    else if (size >= cloneSize)
+        cloneSize = std::min(size * 2, kMaxClone);
 }
 
 // 0 where that can't be told.
@@ -62,7 +62,7 @@ unsigned long FileSystemOf(int descriptor) {
 }
 
 template <class Call>
-int64_t Uninterrupted(Call&& call) {
+int64_t RetryOnEINTR(Call&& call) {
     ssize_t result = 0;
     do
         result = call();
@@ -86,54 +86,54 @@ void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) 
     const int64_t available = source.Remaining();
     const int64_t block = std::clamp<int64_t>(count, 0, available);
     const int64_t ahead = std::clamp<int64_t>(more, 0, available - block);
-    int64_t moved = ShareFrom(source, block, ahead);
-    moved += DelegateFrom(source, block - moved);
+    int64_t moved = CloneFrom(source, block, ahead);
+    moved += KernelCopyFrom(source, block - moved);
     if (moved < block) {
-        if (source.way_ == Way::CopyIntoRoom)
-            FindRoomFor(block - moved + ahead);
+        if (source.copyMethod_ == CopyMethod::CopyPreallocated)
+            Preallocate(block - moved + ahead);
         CopyFrom(source, block - moved);
     }
 }
 
 // The way for what can't be shared. On file systems of this machine reading and writing through a buffer costs less
 // than copy_file_range.
-BinaryStream::Way BinaryStream::WayInto(int descriptor) {
+BinaryStream::CopyMethod BinaryStream::CopyMethodFor(int descriptor) {
     switch (FileSystemOf(descriptor)) {
     case EXT4_SUPER_MAGIC:
-        return Way::CopyIntoRoom;
+        return CopyMethod::CopyPreallocated;
     case TMPFS_MAGIC:
     case BTRFS_SUPER_MAGIC:
     case XFS_SUPER_MAGIC:
-        return Way::Copy;
+        return CopyMethod::Copy;
     default:
-        return Way::Delegate;
+        return CopyMethod::KernelCopy;
     }
 }
 
-void BinaryStream::PrepareToShare(const std::atomic<bool>& stop) {
+void BinaryStream::PrepareToClone(const std::atomic<bool>& stop) {
     const unsigned long fileSystem = FileSystemOf(descriptor_);
     if (fileSystem != BTRFS_SUPER_MAGIC && fileSystem != XFS_SUPER_MAGIC)
         return;
     const int64_t end = position_ + Remaining();
     int64_t at = position_;
-    for (; at < end && !stop; at += kWriteOutAtOnce)
-        std::ignore = sync_file_range(descriptor_, at, kWriteOutAtOnce,
+    for (; at < end && !stop; at += kFlushStep)
+        std::ignore = sync_file_range(descriptor_, at, kFlushStep,
                                       SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
     if (at < end)
-        way_ = Way::Copy;
+        copyMethod_ = CopyMethod::Copy;
 }
 
 // Makes the file refer to the source's own blocks, a good piece ahead of what was asked for, and then counts off what
 // it has.
-int64_t BinaryStream::ShareFrom(BinaryStream& source, int64_t count, int64_t more) {
-    if (source.sharedWith_.Held().Get() != this)
-        source.shared_ = 0;
-    if (source.shared_ < count && source.way_ == Way::Share &&
-        !ShareAhead(source, std::min(count + more, std::max(count, pieceToShare))))
-        source.way_ = WayInto(descriptor_);
-    const int64_t moved = std::min(count, source.shared_);
+int64_t BinaryStream::CloneFrom(BinaryStream& source, int64_t count, int64_t more) {
+    if (source.clonedInto_.Held().Get() != this)
+        source.cloned_ = 0;
+    if (source.cloned_ < count && source.copyMethod_ == CopyMethod::Clone &&
+        !CloneAhead(source, std::min(count + more, std::max(count, cloneSize))))
+        source.copyMethod_ = CopyMethodFor(descriptor_);
+    const int64_t moved = std::min(count, source.cloned_);
     if (moved > 0) {
-        source.shared_ -= moved;
+        source.cloned_ -= moved;
         Advance(moved);
         source.Advance(moved);
     }
@@ -141,7 +141,7 @@ int64_t BinaryStream::ShareFrom(BinaryStream& source, int64_t count, int64_t mor
 }
 
 // Only whole blocks of the file system can be shared, so a series of odd sizes is copied.
-bool BinaryStream::ShareAhead(BinaryStream& source, int64_t count) {
+bool BinaryStream::CloneAhead(BinaryStream& source, int64_t count) {
     file_clone_range range{};
     range.src_fd = source.descriptor_;
     range.src_offset = static_cast<uint64_t>(source.position_);
@@ -150,23 +150,23 @@ bool BinaryStream::ShareAhead(BinaryStream& source, int64_t count) {
     const auto begin = std::chrono::steady_clock::now();
     if (ioctl(descriptor_, FICLONERANGE, &range) != 0)
         return false;
-    LearnFromPiece(count, std::chrono::steady_clock::now() - begin);
-    source.shared_ = count;
-    source.sharedWith_ = Self(this);
+    AdaptCloneSize(count, std::chrono::steady_clock::now() - begin);
+    source.cloned_ = count;
+    source.clonedInto_ = Self(this);
     return true;
 }
 
 // Lets the system move the bytes, which a server may do without sending them here. Whatever it declines is left to
 // CopyFrom, which also finds out whether reading or writing was the trouble.
-int64_t BinaryStream::DelegateFrom(BinaryStream& source, int64_t count) {
+int64_t BinaryStream::KernelCopyFrom(BinaryStream& source, int64_t count) {
     int64_t moved = 0;
-    while (moved < count && source.way_ == Way::Delegate) {
-        const int64_t step = Uninterrupted([&] {
+    while (moved < count && source.copyMethod_ == CopyMethod::KernelCopy) {
+        const int64_t step = RetryOnEINTR([&] {
             return copy_file_range(source.descriptor_, nullptr, descriptor_, nullptr,
                                    static_cast<std::size_t>(count - moved), 0);
         });
         if (step <= 0) {
-            source.way_ = Way::Copy;
+            source.copyMethod_ = CopyMethod::Copy;
             break;
         }
         moved += step;
@@ -193,18 +193,18 @@ void BinaryStream::CopyFrom(BinaryStream& source, int64_t count) {
 // Given room beforehand, in a large piece, ext4 has much less to do for each block that is written, and nothing to find
 // for it while another thread writes the file's earlier blocks out. A failure means nothing: a disk that is full shows
 // when the bytes are written.
-void BinaryStream::FindRoomFor(int64_t count) {
-    if (position_ < roomUntil_ || count < kWorthAsking)
+void BinaryStream::Preallocate(int64_t count) {
+    if (position_ < preallocatedUntil_ || count < kMinPreallocation)
         return;
-    count = std::min(count, kRoomAtOnce);
-    roomUntil_ = position_ + count;
+    count = std::min(count, kPreallocation);
+    preallocatedUntil_ = position_ + count;
     std::ignore = fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, position_, count);
 }
 
 // What was not written to after all, as after a stop, would stay with the file.
-void BinaryStream::ReturnRoom() {
+void BinaryStream::ReleasePreallocation() {
     struct stat status = {};
-    if (position_ < roomUntil_ && fstat(descriptor_, &status) == 0 && status.st_size < roomUntil_)
+    if (position_ < preallocatedUntil_ && fstat(descriptor_, &status) == 0 && status.st_size < preallocatedUntil_)
         std::ignore = ftruncate(descriptor_, status.st_size);
 }
 
@@ -218,7 +218,7 @@ bool BinaryStream::AtEOF() {
 
 void BinaryStream::Close() {
     if (descriptor_ >= 0) {
-        ReturnRoom();
+        ReleasePreallocation();
         failed_ = ::close(descriptor_) != 0 || failed_; // a server may tell only now
     }
     descriptor_ = -1;
@@ -249,7 +249,7 @@ int64_t BinaryStream::Remaining() {
     struct stat status = {};
     if (ended_ || descriptor_ < 0 || fstat(descriptor_, &status) != 0)
         return 0;
-    return std::max(shared_, status.st_size - position_);
+    return std::max(cloned_, status.st_size - position_);
 }
 
 // Reads until the buffer is full, the file ends or a read fails; the last two end the stream for good.
@@ -257,18 +257,18 @@ int64_t BinaryStream::ReadInto(char* buffer, int64_t count) {
     int64_t done = 0;
     while (done < count && !ended_) {
         const int64_t step =
-            Uninterrupted([&] { return ::read(descriptor_, buffer + done, static_cast<std::size_t>(count - done)); });
+            RetryOnEINTR([&] { return ::read(descriptor_, buffer + done, static_cast<std::size_t>(count - done)); });
         ended_ = step <= 0;
         done += std::max<int64_t>(step, 0);
     }
     position_ += done;
-    shared_ = 0;
+    cloned_ = 0;
     return done;
 }
 
 bool BinaryStream::WriteAll(const char* data, int64_t count) {
     while (count > 0) {
-        const int64_t step = Uninterrupted([&] { return ::write(descriptor_, data, static_cast<std::size_t>(count)); });
+        const int64_t step = RetryOnEINTR([&] { return ::write(descriptor_, data, static_cast<std::size_t>(count)); });
         if (step <= 0) {
             failed_ = true;
             return false;

@@ -30,7 +30,7 @@ public:
     // To be called before WriteFrom takes this as its source. Sharing blocks wants them on the disk: what is not there
     // yet is written out, in small steps until `stop` is set. (Left to the sharing it would be one step, on btrfs for
     // the whole file at the first piece.) After a stop the file is copied.
-    void PrepareToShare(const std::atomic<bool>& stop);
+    void PrepareToClone(const std::atomic<bool>& stop);
 
     // True when all bytes have been read; for an empty file at once. (Plain EOF is a macro of the C library.)
     bool AtEOF();
@@ -51,16 +51,16 @@ protected:
 private:
     // How bytes get from a stream to another. Sharing is tried first and, once the system declines it, left for the way
     // that suits the target; delegating is left for copying in the same manner.
-    enum class Way { Share, Delegate, Copy, CopyIntoRoom };
+    enum class CopyMethod { Clone, KernelCopy, Copy, CopyPreallocated };
 
-    static Way WayInto(int descriptor);
+    static CopyMethod CopyMethodFor(int descriptor);
     int64_t Remaining();
-    int64_t ShareFrom(BinaryStream& source, int64_t count, int64_t more);
-    bool ShareAhead(BinaryStream& source, int64_t count);
-    int64_t DelegateFrom(BinaryStream& source, int64_t count);
+    int64_t CloneFrom(BinaryStream& source, int64_t count, int64_t more);
+    bool CloneAhead(BinaryStream& source, int64_t count);
+    int64_t KernelCopyFrom(BinaryStream& source, int64_t count);
     void CopyFrom(BinaryStream& source, int64_t count);
-    void FindRoomFor(int64_t count);
-    void ReturnRoom();
+    void Preallocate(int64_t count);
+    void ReleasePreallocation();
     int64_t ReadInto(char* buffer, int64_t count);
     bool WriteAll(const char* data, int64_t count);
     void Advance(int64_t count);
@@ -68,10 +68,10 @@ private:
 
     int descriptor_;
     int64_t position_ = 0;             // bytes read or written so far
-    int64_t roomUntil_ = 0;            // of a target: the position up to which the file system has been asked for room
-    int64_t shared_ = 0;               // of a source: bytes behind the position that the file written to shares already
-    WeakRef<BinaryStream> sharedWith_; // of a source: that file
+    int64_t preallocatedUntil_ = 0;    // of a target: the position up to which the file system has been asked for room
+    int64_t cloned_ = 0;               // of a source: bytes behind the position that the file written to shares already
+    WeakRef<BinaryStream> clonedInto_; // of a source: that file
     bool ended_ = false;               // a read failed or came back empty
     bool failed_ = false;              // a write did, or the closing of what was written
-    Way way_ = Way::Share;             // of a source
+    CopyMethod copyMethod_ = CopyMethod::Clone; // of a source
 };

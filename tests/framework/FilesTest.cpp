@@ -168,7 +168,7 @@ TEST(Files, BytesMoveTheCheapestWayAndWithoutAGapThoughAFileShrinks) {
         const int writesBefore = WriteCalls();
         for (const char* name : {"1", "2"}) {
             const Ref<BinaryStream> part = place.Child(name)->OpenAsBinaryFile(false);
-            part->PrepareToShare(stop);
+            part->PrepareToClone(stop);
             int block = 0;
             for (; !part->AtEOF(); ++block) {
                 if (block == 4)
