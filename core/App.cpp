@@ -1,7 +1,7 @@
 #include "core/App.h"
 
 #include "engine/FileTypes.h"
-#include "engine/OnTheWay.h"
+#include "engine/PendingOperation.h"
 #include "engine/StartCut.h"
 #include "engine/StartGlue.h"
 #include "framework/base/EventEdge.h"
@@ -69,7 +69,7 @@ void App::Event_Open() {
 // end in it would no longer turn away the other parts of its series. The list is not emptied afterwards. Each file is
 // an event of its own, as a later one is: where the system has no thread for one, the others run all the same.
 bool App::ServeOpenFiles() {
-    const OnTheWay waiting;
+    const PendingOperation waiting;
     bool served = false;
     for (std::size_t i = 0; i < OpenFiles.size(); ++i) {
         const Ref<FolderItem> item = OpenFiles[i];
@@ -92,7 +92,7 @@ void App::Event_NewDocument() {
 }
 
 void App::Event_Close() {
-    TellWaitingCuts();
+    LogWaitingCuts();
     if (Started)
         Preferences->Save();
 }
@@ -130,8 +130,8 @@ void App::QuitIfAllIsDone() {
     const auto again = [] { Instance()->QuitIfAllIsDone(); };
     if (EventsWait())
         PostToMainThread(again); // behind them
-    else if (OnTheWay::Anything())
-        OnTheWay::WhenGone(again);
+    else if (PendingOperation::Any())
+        PendingOperation::WhenNone(again);
     else
         Quit(0);
 }

@@ -1,8 +1,8 @@
 #include "engine/StartCut.h"
 
-#include "engine/OnTheWay.h"
 #include "engine/PartNames.h"
-#include "engine/PromisedBase.h"
+#include "engine/PendingOperation.h"
+#include "engine/ReservedBaseName.h"
 #include "engine/claEncodeThread.h"
 #include "framework/app/ModalRun.h"
 #include "framework/base/Immortal.h"
@@ -61,8 +61,8 @@ void RunCut(const Ref<FolderItem>& file, double megabytes) {
     thread->StreamIn = file->OpenAsBinaryFile(false);
     thread->Folder = file->Parent();
     thread->FileName = FreeBaseName(*thread->Folder, file->Name(), PartCount(file->Length(), thread->PartSize));
-    thread->Promise = std::make_unique<PromisedBase>(*thread->Folder, thread->FileName);
-    thread->Coming.emplace();
+    thread->Reservation = std::make_unique<ReservedBaseName>(*thread->Folder, thread->FileName);
+    thread->Pending.emplace();
     thread->Run();
 }
 
@@ -77,15 +77,15 @@ struct ClosedAtTheEnd {
 // afterwards, in the order of their coming.
 struct WaitingFile {
     Ref<FolderItem> file;
-    OnTheWay onTheWay;
+    PendingOperation pending;
 };
 const Immortal<std::deque<WaitingFile>> waiting;
 
 void AskAndCut(const Ref<FolderItem>& file) {
     // Until the worker runs: its preparation serves events, and a cut that began in the middle could settle on the same
     // names.
-    const ModalRun turn;
-    const OnTheWay asking;
+    const ModalRun cutDialogLock;
+    const PendingOperation asking;
     const Ref<winCut> dialog = winCut::Instance();
     const ClosedAtTheEnd closed{*dialog};
     dialog->ShowWithin(winMain::Instance(), -1);
@@ -119,13 +119,13 @@ void StartCut(const Ref<FolderItem>& file) {
     }
 }
 
-void TellWaitingCuts() {
+void LogWaitingCuts() {
     for (const WaitingFile& next : *waiting)
         TellStandardError(next.file->AbsolutePath() + ": the program ended before it was cut");
 }
 
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count) {
-    for (int32_t n = 1; PromisedBase::Is(folder, name) || HasPart(folder, name, count); ++n) {
+    for (int32_t n = 1; ReservedBaseName::Is(folder, name) || HasPart(folder, name, count); ++n) {
         name = NumberedVariant(name, n);
         RuntimeBackgroundTask();
     }

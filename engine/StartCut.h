@@ -17,7 +17,7 @@ class FolderItem;
 void StartCut(const Ref<FolderItem>& file);
 
 // Tells standard error which files still wait for their turn, at the end of the program. Main thread.
-void TellWaitingCuts();
+void LogWaitingCuts();
 
 // A base name under which no part with a number up to `count` exists in the folder, and that no other cut is about to
 // use: the given one, or a numbered variant of it. Each variant is made from the one before, so numbers pile up:

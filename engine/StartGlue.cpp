@@ -57,7 +57,7 @@ void StartGlue(const Ref<FolderItem>& file, std::vector<Ref<FolderItem>>& inUse)
     if (IsInUse(*file, inUse))
         return;
     const auto thread = New<claDecodeThread>();
-    thread->Coming.emplace();
+    thread->Pending.emplace();
     thread->Priority = kWorkerPriority;
     thread->Folder = file->Parent();
     thread->FileName = BaseOfPart(file->Name());

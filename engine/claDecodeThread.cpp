@@ -82,7 +82,7 @@ void claDecodeThread::AddRow() {
         return winMain::Instance()->canPerform()->AddInfo(
             File->Name(), total, 0, Multilingual::GetString("MainStatusPreparing"), picIconGlue(), Self(this));
     });
-    Coming.reset();
+    Pending.reset();
 }
 
 // The next part, or nil when the series is at its end or the worker was stopped. The series ends at the first number

@@ -31,7 +31,7 @@ Ref<BinaryStream> CreatePart(const FolderItem& file) {
 } // namespace
 
 void claEncodeThread::Event_RunThread() {
-    auto promise = std::move(Promise); // whatever ends this body ends it too
+    auto reservation = std::move(Reservation); // whatever ends this body ends it too
     const Ref<claFilePerformInfo> info = AddRow();
     StreamIn->PrepareToClone(Stop);
     Ref<BinaryStream> part;
@@ -42,7 +42,7 @@ void claEncodeThread::Event_RunThread() {
         ++counter;
         const Ref<FolderItem> file = Folder->Child(PartName(FileName, counter));
         part = CreatePart(*file);
-        promise = nullptr;
+        reservation = nullptr;
         info->SetStatus("MainStatusCreatingPart", counter);
         FillPart(*part, *info);
         part->Close();
@@ -72,7 +72,7 @@ Ref<claFilePerformInfo> claEncodeThread::AddRow() {
         return winMain::Instance()->canPerform()->AddInfo(
             File->Name(), maximum, 0, Multilingual::GetString("MainStatusPreparing"), picIconCut(), Self(this));
     });
-    Coming.reset();
+    Pending.reset();
     return info;
 }
 

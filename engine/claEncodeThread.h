@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/PromisedBase.h"
+#include "engine/ReservedBaseName.h"
 #include "engine/claThread.h"
 
 #include <memory>
@@ -17,12 +17,12 @@ class claFilePerformInfo;
 class claEncodeThread : public claThread {
 public:
     // Filled in by who starts the thread.
-    Ref<BinaryStream> StreamIn;            // the open source
-    Ref<FolderItem> File;                  // the source
-    int32_t PartSize = 0;                  // bytes
-    Ref<FolderItem> Folder;                // where the parts go
-    std::string FileName;                  // base of their names, free of collisions
-    std::unique_ptr<PromisedBase> Promise; // keeps it free until the first part is there; may be nil
+    Ref<BinaryStream> StreamIn;                    // the open source
+    Ref<FolderItem> File;                          // the source
+    int32_t PartSize = 0;                          // bytes
+    Ref<FolderItem> Folder;                        // where the parts go
+    std::string FileName;                          // base of their names, free of collisions
+    std::unique_ptr<ReservedBaseName> Reservation; // keeps it free until the first part is there; may be nil
 
 protected:
     void Event_RunThread() override;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/OnTheWay.h"
+#include "engine/PendingOperation.h"
 #include "framework/threads/Thread.h"
 
 #include <atomic>
@@ -21,7 +21,7 @@ public:
     std::atomic<bool> Stop{false};
 
     // From the start of the worker until it has its row.
-    std::optional<OnTheWay> Coming;
+    std::optional<PendingOperation> Pending;
 
     // Which of all workers this one is, in the order of their making by the main thread. Rows stand in this order.
     const int64_t Sequence = ++lastSequence_;

@@ -2,7 +2,7 @@
 
 #include "core/App.h"
 #include "engine/FileTypes.h"
-#include "engine/OnTheWay.h"
+#include "engine/PendingOperation.h"
 #include "engine/claThread.h"
 #include "framework/desktop/Desktop.h"
 #include "framework/files/FolderItem.h"
@@ -135,7 +135,7 @@ void winMain::canPerform_Open() {
 void winMain::canPerform_DropObject(const Ref<DragItem>& drag) {
     if (!drag->FolderItemAvailable())
         return;
-    const OnTheWay waiting;
+    const PendingOperation waiting;
     do
         App::Instance()->Route(drag->FolderItem());
     while (drag->NextItem());

@@ -1,4 +1,4 @@
-#include "engine/OnTheWay.h"
+#include "engine/PendingOperation.h"
 #include "engine/claThread.h"
 #include "framework/app/Application.h"
 #include "framework/files/SpecialFolder.h"
@@ -81,7 +81,7 @@ protected:
         std::string asked;
         EXPECT_TRUE(WaitUntil([&] {
             asked += AskedOfDesktop();
-            return Above() == nullptr && !OnTheWay::Anything() && !(told + asked).empty();
+            return Above() == nullptr && !PendingOperation::Any() && !(told + asked).empty();
         }));
         EXPECT_TRUE(WaitForWorkers());
         told += ReplaceAll(asked + AskedOfDesktop(), folder.Path() + "/", "");

@@ -6,12 +6,12 @@ class FolderItem;
 
 // A base name that one cut has settled on and of which no part exists yet: no other cut may settle on it meanwhile. Any
 // thread.
-class PromisedBase {
+class ReservedBaseName {
 public:
-    PromisedBase(const FolderItem& folder, const std::string& base);
-    ~PromisedBase();
-    PromisedBase(const PromisedBase&) = delete;
-    PromisedBase& operator=(const PromisedBase&) = delete;
+    ReservedBaseName(const FolderItem& folder, const std::string& base);
+    ~ReservedBaseName();
+    ReservedBaseName(const ReservedBaseName&) = delete;
+    ReservedBaseName& operator=(const ReservedBaseName&) = delete;
 
     static bool Is(const FolderItem& folder, const std::string& base);
 

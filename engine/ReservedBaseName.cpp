@@ -1,4 +1,4 @@
-#include "engine/PromisedBase.h"
+#include "engine/ReservedBaseName.h"
 
 #include "framework/base/Immortal.h"
 #include "framework/files/FolderItem.h"
@@ -10,7 +10,7 @@
 namespace {
 
 std::mutex mutex;
-const Immortal<std::multiset<std::string>> promised;
+const Immortal<std::multiset<std::string>> reserved;
 
 // The file system may take other letters for the same name.
 std::string PathOf(const FolderItem& folder, const std::string& base) {
@@ -19,18 +19,18 @@ std::string PathOf(const FolderItem& folder, const std::string& base) {
 
 } // namespace
 
-PromisedBase::PromisedBase(const FolderItem& folder, const std::string& base) : path_(PathOf(folder, base)) {
+ReservedBaseName::ReservedBaseName(const FolderItem& folder, const std::string& base) : path_(PathOf(folder, base)) {
     const std::lock_guard lock(mutex);
-    promised->insert(path_);
+    reserved->insert(path_);
 }
 
-PromisedBase::~PromisedBase() {
+ReservedBaseName::~ReservedBaseName() {
     const std::lock_guard lock(mutex);
-    promised->erase(promised->find(path_));
+    reserved->erase(reserved->find(path_));
 }
 
-bool PromisedBase::Is(const FolderItem& folder, const std::string& base) {
+bool ReservedBaseName::Is(const FolderItem& folder, const std::string& base) {
     const std::string path = PathOf(folder, base);
     const std::lock_guard lock(mutex);
-    return promised->contains(path);
+    return reserved->contains(path);
 }
