@@ -4,7 +4,7 @@
 #include "engine/PendingOperation.h"
 #include "engine/StartCut.h"
 #include "engine/StartGlue.h"
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
 #include "framework/desktop/Desktop.h"
@@ -74,7 +74,7 @@ bool App::ServeOpenFiles() {
     for (std::size_t i = 0; i < OpenFiles.size(); ++i) {
         const Ref<FolderItem> item = OpenFiles[i];
         bool gone = false;
-        EventEdge::Run("open event", [&] { gone = !Route(item); });
+        ExceptionBoundary::Run("open event", [&] { gone = !Route(item); });
         served = served || !gone;
     }
     return served;

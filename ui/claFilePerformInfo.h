@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/windows/ScreenUpdate.h"
+#include "framework/windows/CoalescedUpdate.h"
 
 #include <cstdint>
 #include <mutex>
@@ -14,7 +14,7 @@ class claThread;
 
 // One row of the operation list: one running cut or glue. Made by claFilePerform::AddInfo alone. The row belongs to the
 // main thread; its worker holds it for as long as it runs, and writes to SetStatus and Bar directly.
-class claFilePerformInfo : public ScreenUpdate {
+class claFilePerformInfo : public CoalescedUpdate {
 public:
     std::string Name; // first line: the file's name
     Ref<claFilePerform> Parent;

@@ -1,13 +1,13 @@
 #include "framework/app/Application.h"
 
 #include "framework/app/Activation.h"
+#include "framework/app/DocumentEvents.h"
 #include "framework/app/EndOfSession.h"
 #include "framework/app/EndSignals.h"
-#include "framework/app/OpenEvents.h"
 #include "framework/app/RunningApplication.h"
 #include "framework/app/SessionBus.h"
 #include "framework/app/StartFailure.h"
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/base/Immortal.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/ProgramFile.h"
@@ -19,7 +19,7 @@
 #include "framework/windows/LanguageFont.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/NativeStyle.h"
-#include "framework/windows/OpenWindows.h"
+#include "framework/windows/WindowList.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -141,7 +141,7 @@ Ref<Application> RunningApplication() {
 }
 
 void SaveAndEnd(int exitCode) {
-    EventEdge::Run("quit", [] {
+    ExceptionBoundary::Run("quit", [] {
         if (!application->IsNil())
             (*application)->Event_Close();
     });
@@ -187,7 +187,7 @@ void Application::AfterFirstPaint(std::function<void()> call) {
 }
 
 bool Application::EventsWait() {
-    return OpenEvents::Instance().Wait();
+    return DocumentEvents::Instance().Wait();
 }
 
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
@@ -234,13 +234,13 @@ int32_t Ticks() {
 }
 
 void Quit(int exitCode) {
-    if (quitting || OpenWindows::AnyIsAsking())
+    if (quitting || WindowList::AnyIsAsking())
         return;
     quitting = true;
-    if (OpenWindows::Refuse()) {
+    if (WindowList::Refuse()) {
         quitting = false;
         return;
     }
-    OpenWindows::Close();
+    WindowList::Close();
     SaveAndEnd(exitCode);
 }

@@ -1,7 +1,7 @@
 #include "framework/app/EndOfSession.h"
 
 #include "framework/app/RunningApplication.h"
-#include "framework/windows/OpenWindows.h"
+#include "framework/windows/WindowList.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -19,7 +19,7 @@ void Answer(QSessionManager& session) {
     if (!session.allowsInteraction())
         agreed = true;
     else
-        agreed = !OpenWindows::AnyIsAsking() && !OpenWindows::Refuse();
+        agreed = !WindowList::AnyIsAsking() && !WindowList::Refuse();
     if (!agreed)
         session.cancel();
     session.release();

@@ -1,12 +1,12 @@
 #include "framework/app/SessionBus.h"
 
 #include "framework/app/Activation.h"
-#include "framework/app/OpenEvents.h"
+#include "framework/app/DocumentEvents.h"
 #include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
 #include "framework/files/FileUri.h"
 #include "framework/files/FolderItem.h"
-#include "framework/windows/OpenWindows.h"
+#include "framework/windows/WindowList.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -71,10 +71,10 @@ public:
         if (message.isReplyRequired())
             bus.send(message.createReply());
         if (message.member() == QLatin1String("Activate")) {
-            OpenWindows::BringToFront(ActivationIn(message));
-            OpenEvents::Instance().NewDocument();
+            WindowList::BringToFront(ActivationIn(message));
+            DocumentEvents::Instance().NewDocument();
         } else if (message.member() == QLatin1String("Open") && !message.arguments().isEmpty()) {
-            OpenWindows::BringToFront(ActivationIn(message));
+            WindowList::BringToFront(ActivationIn(message));
             for (const QString& address : message.arguments().constFirst().toStringList())
                 OpenAddress(address.toStdString());
         }
@@ -90,7 +90,7 @@ private:
     static void OpenAddress(const std::string& address) {
         const std::string path = PathFromFileUri(address);
         if (!path.empty())
-            OpenEvents::Instance().OpenDocument(New<FolderItem>(path));
+            DocumentEvents::Instance().OpenDocument(New<FolderItem>(path));
     }
 };
 

@@ -1,10 +1,10 @@
 #include "framework/menus/MenuCommands.h"
 
 #include "framework/app/RunningApplication.h"
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/menus/MenuBar.h"
-#include "framework/windows/OpenWindows.h"
 #include "framework/windows/Window.h"
+#include "framework/windows/WindowList.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -87,7 +87,7 @@ bool CommandCanRun(const MenuItem& item) {
         return false; // until the user has answered it, a dialog keeps everything else waiting
     if (item.Is(MenuItem::Role::Quit))
         return true;
-    const Ref<Window> front = OpenWindows::InFront();
+    const Ref<Window> front = WindowList::InFront();
     return (!front.IsNil() && front->MenuHandlers().Has(item.Name())) ||
            (!RunningApplication().IsNil() && RunningApplication()->MenuHandlers().Has(item.Name()));
 }
@@ -99,8 +99,8 @@ void RunCommand(const MenuItem& item) {
     }
     if (!CommandCanRun(item))
         return;
-    EventEdge::Run("menu command", [&item] {
-        const Ref<Window> front = OpenWindows::InFront();
+    ExceptionBoundary::Run("menu command", [&item] {
+        const Ref<Window> front = WindowList::InFront();
         if (item.Is(MenuItem::Role::Quit))
             Quit(0);
         else if (front.IsNil() || !front->MenuHandlers().Run(item.Name()))

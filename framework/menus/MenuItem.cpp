@@ -1,7 +1,7 @@
 #include "framework/menus/MenuItem.h"
 
 #include "framework/app/RunningApplication.h"
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/menus/MenuBar.h"
 #include "framework/menus/MenuCommands.h"
 #include "framework/menus/NativeMenu.h"
@@ -91,7 +91,7 @@ void MenuItem::Append(const Ref<MenuItem>& item) {
     if (!native_->menu) {
         native_->menu = std::make_unique<MenuWidget>();
         QObject::connect(native_->menu.get(), &QMenu::aboutToShow, native_->menu.get(), [this] {
-            EventEdge::Run("enable menu items", [] { RunningApplication()->Event_EnableMenuItems(); });
+            ExceptionBoundary::Run("enable menu items", [] { RunningApplication()->Event_EnableMenuItems(); });
             UpdateEnabled();
         });
     }

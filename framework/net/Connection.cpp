@@ -1,6 +1,6 @@
 #include "framework/net/Connection.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/threads/MainThread.h"
 
 #include <QSocketNotifier>
@@ -108,7 +108,7 @@ void TCPSocket::Connection::Post(std::weak_ptr<Connection> connection, Step step
 // What came is let go, so that there is room again for all else that the program does.
 void TCPSocket::Connection::Run(const char* what, const std::function<void()>& code) {
     bool outOfMemory = false;
-    EventEdge::Run(what, [&] {
+    ExceptionBoundary::Run(what, [&] {
         try {
             code();
         } catch (const std::bad_alloc&) {
@@ -146,7 +146,7 @@ void TCPSocket::Connection::LookUp() {
     lookup_ = promise.get_future();
     try {
         std::thread([weak = weak_from_this(), host = address_, port = port_, promise = std::move(promise)]() mutable {
-            EventEdge::Run("lookup of a host", [&] {
+            ExceptionBoundary::Run("lookup of a host", [&] {
                 try {
                     promise.set_value(Resolve(host, port));
                 } catch (...) {
@@ -345,5 +345,5 @@ void TCPSocket::Connection::End() {
     const Ref<TCPSocket> owner = owner_;
     owner->lastErrorCode_ = failure_ == 0 ? kEnded : failure_;
     owner->Close();
-    EventEdge::Run("end of a connection", [&owner] { owner->Event_Error(); });
+    ExceptionBoundary::Run("end of a connection", [&owner] { owner->Event_Error(); });
 }

@@ -1,6 +1,6 @@
 #include "framework/threads/MainThreadQueue.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -60,6 +60,6 @@ void MainThreadQueue::Serve() {
             call = std::move(calls_.front());
             calls_.pop_front();
         }
-        EventEdge::Run("posted call", call);
+        ExceptionBoundary::Run("posted call", call);
     } while (std::chrono::steady_clock::now() < end);
 }

@@ -1,6 +1,6 @@
 #include "framework/threads/Thread.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/threads/MainThread.h"
 
 #include <sys/resource.h>
@@ -33,7 +33,7 @@ void StandBack(int32_t priority) {
 void Thread::Run() {
     const auto body = [self = Self(this)]() mutable {
         StandBack(self->Priority);
-        EventEdge::Run("thread", [&self] { self->Event_Run(); });
+        ExceptionBoundary::Run("thread", [&self] { self->Event_Run(); });
         self = nullptr;
         CountEnd();
     };

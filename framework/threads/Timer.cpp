@@ -1,6 +1,6 @@
 #include "framework/threads/Timer.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/threads/MainThread.h"
 
 #include <QTimer>
@@ -16,7 +16,7 @@ struct Timer::Clock {
     void Fire() {
         const Ref<Timer> timer = Owner();
         if (!timer.IsNil())
-            EventEdge::RunRepeated("timer", [&timer] { timer->Event_Action(); });
+            ExceptionBoundary::RunRepeated("timer", [&timer] { timer->Event_Action(); });
     }
 
     // The owner, held, or nil if its last reference is just going on another thread.

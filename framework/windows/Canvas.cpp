@@ -1,7 +1,7 @@
 #include "framework/windows/Canvas.h"
 
-#include "framework/app/OpenEvents.h"
-#include "framework/base/EventEdge.h"
+#include "framework/app/DocumentEvents.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/files/FileType.h"
 #include "framework/files/FileUri.h"
 #include "framework/files/FolderItem.h"
@@ -58,18 +58,18 @@ protected:
             painter.fillRect(rect(), palette().window());
             graphics.DrawPicture(canvas_.Backdrop, 0, 0);
         }
-        EventEdge::RunRepeated("canvas paint", [&] { canvas_.Event_Paint(graphics); });
+        ExceptionBoundary::RunRepeated("canvas paint", [&] { canvas_.Event_Paint(graphics); });
     }
 
     void mouseMoveEvent(QMouseEvent* event) override {
         const NoYield noYield;
-        EventEdge::RunRepeated("mouse move", [&] { canvas_.Event_MouseMove(XOf(*event), YOf(*event)); });
+        ExceptionBoundary::RunRepeated("mouse move", [&] { canvas_.Event_MouseMove(XOf(*event), YOf(*event)); });
     }
 
     void mousePressEvent(QMouseEvent* event) override {
         const NoYield noYield;
         if (event->button() == Qt::LeftButton)
-            EventEdge::Run("mouse down", [&] { canvas_.Event_MouseDown(XOf(*event), YOf(*event)); });
+            ExceptionBoundary::Run("mouse down", [&] { canvas_.Event_MouseDown(XOf(*event), YOf(*event)); });
     }
 
     // The second press of a double click is none of its own: what it would hit has only just come to that place.
@@ -92,7 +92,7 @@ protected:
     void dropEvent(QDropEvent* event) override {
         TakeAsCopy(*event);
         const auto drag = New<DragItem>(FilesIn(*event->mimeData(), canvas_.acceptedTypes_));
-        OpenEvents::Instance().Add([canvas = Self(&canvas_), drag](Application&) {
+        DocumentEvents::Instance().Add([canvas = Self(&canvas_), drag](Application&) {
             if (canvas->DropObject)
                 canvas->DropObject(drag, 0);
         });
@@ -125,7 +125,7 @@ void Canvas::MakeWidget(NativeControl& native) {
     native.widget = new CanvasWidget(native.parent, *this);
 }
 
-void Canvas::Uncovered() {
+void Canvas::RepaintUnderneath() {
     if (Native() != nullptr && Native()->widget)
         Native()->widget->update();
 }

@@ -31,7 +31,7 @@ public:
 
 protected:
     void MakeWidget(NativeControl& native) override;
-    void Uncovered() override;
+    void RepaintUnderneath() override;
 
 private:
     friend class CanvasWidget;

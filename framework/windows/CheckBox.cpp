@@ -1,6 +1,6 @@
 #include "framework/windows/CheckBox.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/windows/Native.h"
 
 #include <QCheckBox>
@@ -24,7 +24,7 @@ void CheckBox::MakeWidget(NativeControl& native) {
     box->setChecked(value_);
     QObject::connect(box, &QCheckBox::toggled, box, [this](bool checked) {
         value_ = checked;
-        EventEdge::Run("check box", [self = Self(this)] {
+        ExceptionBoundary::Run("check box", [self = Self(this)] {
             if (self->Action)
                 self->Action();
         });

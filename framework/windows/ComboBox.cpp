@@ -1,6 +1,6 @@
 #include "framework/windows/ComboBox.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/text/Text.h"
 #include "framework/windows/Native.h"
 
@@ -118,7 +118,7 @@ void ComboBox::SetText(const std::string& text) {
 
 bool ComboBox::Rejects(const std::string& key) {
     bool rejects = false;
-    EventEdge::Run("key down", [&] { rejects = KeyDown && KeyDown(key); });
+    ExceptionBoundary::Run("key down", [&] { rejects = KeyDown && KeyDown(key); });
     return rejects;
 }
 
@@ -139,7 +139,7 @@ void ComboBox::MakeWidget(NativeControl& native) {
             box->lineEdit()->selectAll();
     });
     QObject::connect(box, &QComboBox::editTextChanged, box, [this] {
-        EventEdge::Run("text change", [self = Self(this)] {
+        ExceptionBoundary::Run("text change", [self = Self(this)] {
             if (self->TextChanged)
                 self->TextChanged();
         });

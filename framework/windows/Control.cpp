@@ -116,12 +116,12 @@ void Control::ApplyPlace() {
     const QRect place(left_, top_, width_, height_);
     if (native_->widget->geometry() == place)
         return;
-    UncoverBeneath();
+    RepaintBeneath();
     native_->widget->setGeometry(place);
 }
 
-void Control::UncoverBeneath() {
+void Control::RepaintBeneath() {
     const Ref<::Window> window = Window();
     if (!window.IsNil())
-        window->Uncover(*this);
+        window->RepaintBeneath(*this);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/windows/ScreenUpdate.h"
+#include "framework/windows/CoalescedUpdate.h"
 
 #include <atomic>
 #include <cstdint>
@@ -26,7 +26,7 @@ struct ControlLayout {
 
 // Base of everything that stands in a window. A control belongs to the main thread, apart from what says otherwise. The
 // window owns it from Window::Add until Close; after Close its properties change nothing on the screen.
-class Control : public ScreenUpdate {
+class Control : public CoalescedUpdate {
 public:
     Control();
     ~Control() override;
@@ -70,9 +70,9 @@ protected:
     virtual void ApplyPlace();
 
     // The control has changed, and what lies beneath shows through it: canvases there are repainted whole.
-    void UncoverBeneath();
+    void RepaintBeneath();
     // A control above has moved, changed or gone.
-    virtual void Uncovered() {}
+    virtual void RepaintUnderneath() {}
 
     // Nil before the window has made the control and after Close.
     NativeControl* Native() const { return native_.get(); }

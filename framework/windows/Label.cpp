@@ -1,6 +1,6 @@
 #include "framework/windows/Label.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/windows/Native.h"
 
 #include <QLabel>
@@ -24,7 +24,7 @@ protected:
         const bool presses =
             event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
         if (label_.IsLink && presses)
-            EventEdge::Run("key press", [this] { label_.Event_KeyPress(); });
+            ExceptionBoundary::Run("key press", [this] { label_.Event_KeyPress(); });
         else
             QLabel::keyPressEvent(event);
     }
@@ -46,27 +46,27 @@ protected:
     }
 
     void enterEvent(QEnterEvent*) override {
-        EventEdge::Run("mouse enter", [this] { label_.Event_MouseEnter(); });
+        ExceptionBoundary::Run("mouse enter", [this] { label_.Event_MouseEnter(); });
     }
 
     void leaveEvent(QEvent*) override {
-        EventEdge::Run("mouse exit", [this] { label_.Event_MouseExit(); });
+        ExceptionBoundary::Run("mouse exit", [this] { label_.Event_MouseExit(); });
     }
 
     void mousePressEvent(QMouseEvent* event) override {
         if (event->button() == Qt::LeftButton)
-            EventEdge::Run("mouse down", [&] { pressed_ = label_.Event_MouseDown(XOf(*event), YOf(*event)); });
+            ExceptionBoundary::Run("mouse down", [&] { pressed_ = label_.Event_MouseDown(XOf(*event), YOf(*event)); });
     }
 
     void mouseMoveEvent(QMouseEvent* event) override {
         if (pressed_)
-            EventEdge::Run("mouse drag", [&] { label_.Event_MouseDrag(XOf(*event), YOf(*event)); });
+            ExceptionBoundary::Run("mouse drag", [&] { label_.Event_MouseDrag(XOf(*event), YOf(*event)); });
     }
 
     void mouseReleaseEvent(QMouseEvent* event) override {
         if (pressed_ && event->button() == Qt::LeftButton) {
             pressed_ = false;
-            EventEdge::Run("mouse up", [&] { label_.Event_MouseUp(XOf(*event), YOf(*event)); });
+            ExceptionBoundary::Run("mouse up", [&] { label_.Event_MouseUp(XOf(*event), YOf(*event)); });
         }
     }
 

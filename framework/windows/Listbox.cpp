@@ -1,6 +1,6 @@
 #include "framework/windows/Listbox.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/windows/Native.h"
 
 #include <QHeaderView>
@@ -89,7 +89,7 @@ void Listbox::MakeWidget(NativeControl& native) {
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     QObject::connect(list, &QTreeWidget::currentItemChanged, list, [this] {
-        EventEdge::Run("list change", [self = Self(this)] {
+        ExceptionBoundary::Run("list change", [self = Self(this)] {
             if (self->Change)
                 self->Change();
         });
@@ -99,7 +99,7 @@ void Listbox::MakeWidget(NativeControl& native) {
             list->currentItem()->setSelected(true); // one row is always selected
     });
     QObject::connect(list, &QTreeWidget::itemDoubleClicked, list, [this] {
-        EventEdge::Run("double click", [self = Self(this)] {
+        ExceptionBoundary::Run("double click", [self = Self(this)] {
             if (self->DoubleClick)
                 self->DoubleClick();
         });

@@ -172,5 +172,5 @@ void ProgressBar::UpdateScreen() {
     if (maximum > 0)
         bar->setValue(std::clamp(Value(), 0, maximum));
     bar->setUpdatesEnabled(true);
-    UncoverBeneath();
+    RepaintBeneath();
 }

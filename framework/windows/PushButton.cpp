@@ -1,6 +1,6 @@
 #include "framework/windows/PushButton.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/windows/Native.h"
 
 #include <QPushButton>
@@ -23,6 +23,6 @@ void PushButton::MakeWidget(NativeControl& native) {
     button->setAutoDefault(false);
     button->setDefault(Default);
     QObject::connect(button, &QPushButton::clicked, button,
-                     [this] { EventEdge::Run("button", [self = Self(this)] { self->Event_Action(); }); });
+                     [this] { ExceptionBoundary::Run("button", [self = Self(this)] { self->Event_Action(); }); });
     native.widget = button;
 }

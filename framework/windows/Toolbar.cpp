@@ -1,6 +1,6 @@
 #include "framework/windows/Toolbar.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"
 
@@ -43,6 +43,6 @@ void Toolbar::Append(const Ref<ToolButton>& item) {
     button->setFocusPolicy(Qt::TabFocus);
     button->setAccessibleName(ToScreen(item->Caption));
     QObject::connect(action, &QAction::triggered, bar, [this, item] {
-        EventEdge::Run("toolbar", [self = Self(this), &item] { self->Event_Action(item); });
+        ExceptionBoundary::Run("toolbar", [self = Self(this), &item] { self->Event_Action(item); });
     });
 }

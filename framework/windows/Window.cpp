@@ -2,15 +2,15 @@
 
 #include "framework/app/Application.h"
 #include "framework/app/ModalRun.h"
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/menus/MenuBar.h"
 #include "framework/menus/NativeMenu.h"
 #include "framework/threads/Yield.h"
 #include "framework/windows/Graphics.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"
-#include "framework/windows/OpenWindows.h"
 #include "framework/windows/PushButton.h"
+#include "framework/windows/WindowList.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -99,7 +99,7 @@ void ContentWidget::paintEvent(QPaintEvent*) {
     if (window_.layout_.HasBackColor)
         painter.fillRect(rect(), QColor(QRgb(window_.layout_.BackColor)));
     Graphics graphics = MakeGraphics(painter);
-    EventEdge::RunRepeated("window paint", [&] { window_.Event_Paint(graphics); });
+    ExceptionBoundary::RunRepeated("window paint", [&] { window_.Event_Paint(graphics); });
 }
 
 void ContentWidget::resizeEvent(QResizeEvent* event) {
@@ -119,7 +119,7 @@ void WindowWidget::closeEvent(QCloseEvent* event) {
     event->ignore(); // the window goes when Close says so
     if (!window_.layout_.CloseButton)
         return; // left by its own buttons, also where the desktop has another way to close windows
-    EventEdge::Run("window close", [window = Self(&window_)] { window->Close(); });
+    ExceptionBoundary::Run("window close", [window = Self(&window_)] { window->Close(); });
 }
 
 // What has the focus shows it from the beginning: the toolkit would wait for the first Tab.
@@ -166,7 +166,7 @@ void Window::Make() {
     native_->widget->setFont(SystemFont(false, false));
     SetTitle(layout_.Title);
     native_->content->resize(layout_.Width, layout_.Height);
-    OpenWindows::Add(Self(this));
+    WindowList::Add(Self(this));
 
     if (layout_.HoldsMenuBar)
         HoldMenuBar(*native_->widget);
@@ -239,7 +239,7 @@ void Window::Close() {
 bool Window::RefusesClose(bool quitting) {
     asking_ = true;
     bool refuses = false; // a question that fails does not keep the window open for ever
-    EventEdge::Run("window close", [&] { refuses = Event_CancelClose(quitting); });
+    ExceptionBoundary::Run("window close", [&] { refuses = Event_CancelClose(quitting); });
     asking_ = false;
     return refuses;
 }
@@ -250,8 +250,8 @@ void Window::FinishClose() {
         return;
     closed_ = true;
     Hide();
-    EventEdge::Run("window close", [this] { Event_Close(); });
-    OpenWindows::Remove(self);
+    ExceptionBoundary::Run("window close", [this] { Event_Close(); });
+    WindowList::Remove(self);
     if (native_->widget)
         DeleteLater(*native_->widget, self);
 }
@@ -300,7 +300,7 @@ void Window::UpdateScreen() {
     if (native_->content)
         native_->content->update();
     for (const Ref<Control>& control : controls_)
-        control->Uncovered();
+        control->RepaintUnderneath();
 }
 
 void Window::AddControl(const Ref<Control>& control, const ControlLayout& layout) {
@@ -309,14 +309,14 @@ void Window::AddControl(const Ref<Control>& control, const ControlLayout& layout
 }
 
 void Window::Remove(const Ref<Control>& control) {
-    Uncover(*control);
+    RepaintBeneath(*control);
     std::erase(controls_, control);
 }
 
-void Window::Uncover(const Control& above) {
+void Window::RepaintBeneath(const Control& above) {
     for (const Ref<Control>& control : controls_) {
         if (control.Get() != &above)
-            control->Uncovered();
+            control->RepaintUnderneath();
     }
 }
 
@@ -353,7 +353,7 @@ bool Window::PressButton(bool cancel) {
         if (button != nullptr && (cancel ? button->Cancel : button->Default) && button->Enabled() &&
             button->Visible()) {
             const Ref<PushButton> held = Self(button);
-            EventEdge::Run("button", [&held] { held->Push(); });
+            ExceptionBoundary::Run("button", [&held] { held->Push(); });
             return true;
         }
     }

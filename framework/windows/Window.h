@@ -33,7 +33,7 @@ struct WindowLayout {
 //
 // Making runs Layout, CreateControls, AddMenuHandlers, the controls' Open events and then Event_Open. Subclasses that
 // exist once are reached through SingleWindow (SingleWindow.h).
-class Window : public ScreenUpdate {
+class Window : public CoalescedUpdate {
 public:
     Window();
     ~Window() override;
@@ -91,7 +91,7 @@ protected:
 private:
     template <class W>
     friend Ref<W> SingleWindow();
-    friend class OpenWindows;
+    friend class WindowList;
     friend struct NativeWindow;
     friend class WindowWidget;
     friend class ContentWidget;
@@ -102,7 +102,7 @@ private:
     void FinishClose();
     void AddControl(const Ref<Control>& control, const ControlLayout& layout);
     void Remove(const Ref<Control>& control);
-    void Uncover(const Control& above);
+    void RepaintBeneath(const Control& above);
     void ContentResized(int32_t byWidth, int32_t byHeight);
     void SetTabOrder();
     bool PressButton(bool cancel); // false if there is none

@@ -5,8 +5,8 @@
 #include "framework/files/FileType.h"
 #include "framework/threads/MainThread.h"
 #include "framework/windows/ComboBox.h"
-#include "framework/windows/OpenWindows.h"
 #include "framework/windows/ProgressBar.h"
+#include "framework/windows/WindowList.h"
 #include "settings/claPreferences.h"
 #include "tests/support/ProgramTest.h"
 
@@ -187,7 +187,7 @@ TEST_F(CutAndGlueTest, AConfirmedQuitTellsEveryWorkerToStop) {
     EXPECT_TRUE(WaitUntil([this] { return rows.size() == 2; }));
     for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
         PostToMainThread([key] { QTest::keyClick(QApplication::activeModalWidget(), key); });
-        EXPECT_EQ(OpenWindows::Refuse(), key == Qt::Key_Escape);
+        EXPECT_EQ(WindowList::Refuse(), key == Qt::Key_Escape);
         for (const Ref<claFilePerformInfo>& row : rows)
             EXPECT_EQ(row->PerformThread->Stop, key == Qt::Key_Return) << row->Name;
     }

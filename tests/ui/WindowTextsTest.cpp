@@ -40,10 +40,10 @@ bool HasRoom(const QLabel& label) {
 
 // The frame of a button may be narrower than the style would like it, its text may not touch it.
 bool HasRoom(const QAbstractButton& button) {
-    constexpr int kFrame = 6;
+    constexpr int kInterval = 6;
     const int text = button.fontMetrics().horizontalAdvance(button.text());
     return button.inherits("QCheckBox") ? button.sizeHint().width() <= button.width()
-                                        : text + 2 * kFrame <= button.width();
+                                        : text + 2 * kInterval <= button.width();
 }
 
 template <class Widget>

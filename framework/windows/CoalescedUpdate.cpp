@@ -1,6 +1,6 @@
-#include "framework/windows/ScreenUpdate.h"
+#include "framework/windows/CoalescedUpdate.h"
 
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 #include "framework/base/Immortal.h"
 #include "framework/threads/MainThread.h"
 
@@ -12,14 +12,14 @@
 #include <vector>
 
 // Collects what wants to be updated and serves it once per frame.
-class ScreenUpdateQueue {
+class CoalescedUpdateQueue {
 public:
-    static ScreenUpdateQueue& Instance() {
-        static const Immortal<ScreenUpdateQueue> queue;
+    static CoalescedUpdateQueue& Instance() {
+        static const Immortal<CoalescedUpdateQueue> queue;
         return *queue;
     }
 
-    void Add(Ref<ScreenUpdate> update) {
+    void Add(Ref<CoalescedUpdate> update) {
         bool first = false;
         {
             const std::lock_guard lock(mutex_);
@@ -30,16 +30,16 @@ public:
         if (IsMainThread())
             PostToMainThread([this] { Serve(); });
         else if (first)
-            PostToMainThread([this] { ServeWithNextFrame(); });
+            PostToMainThread([this] { ServeAfterInterval(); });
     }
 
 private:
     using Clock = std::chrono::steady_clock;
     // Often enough for bars and texts, which are no animation, and seldom enough to cost a fast transfer little.
-    static constexpr std::chrono::milliseconds kFrame{100};
+    static constexpr std::chrono::milliseconds kInterval{100};
 
-    void ServeWithNextFrame() {
-        const auto next = std::chrono::ceil<std::chrono::milliseconds>(servedLast_ + kFrame - Clock::now());
+    void ServeAfterInterval() {
+        const auto next = std::chrono::ceil<std::chrono::milliseconds>(servedLast_ + kInterval - Clock::now());
         if (next.count() <= 0)
             Serve();
         else
@@ -48,23 +48,23 @@ private:
 
     void Serve() {
         servedLast_ = Clock::now();
-        std::vector<Ref<ScreenUpdate>> updates;
+        std::vector<Ref<CoalescedUpdate>> updates;
         {
             const std::lock_guard lock(mutex_);
             updates.swap(updates_);
         }
-        for (const Ref<ScreenUpdate>& update : updates) {
+        for (const Ref<CoalescedUpdate>& update : updates) {
             update->requested_ = false; // before reading the properties: a later change asks again
-            EventEdge::RunRepeated("screen update", [&update] { update->UpdateScreen(); });
+            ExceptionBoundary::RunRepeated("screen update", [&update] { update->UpdateScreen(); });
         }
     }
 
     std::mutex mutex_;
-    std::vector<Ref<ScreenUpdate>> updates_;
+    std::vector<Ref<CoalescedUpdate>> updates_;
     Clock::time_point servedLast_; // main thread
 };
 
-void ScreenUpdate::RequestUpdate() {
+void CoalescedUpdate::RequestUpdate() {
     if (!requested_.exchange(true))
-        ScreenUpdateQueue::Instance().Add(Self(this));
+        CoalescedUpdateQueue::Instance().Add(Self(this));
 }

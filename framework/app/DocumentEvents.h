@@ -10,9 +10,9 @@ class FolderItem;
 // Hands open and new-document events to the application, in the order of their coming. Each comes from the event loop
 // by itself, also while a modal dialog runs: one that waits for an answer of the user does not hold up those behind it.
 // Main thread.
-class OpenEvents {
+class DocumentEvents {
 public:
-    static OpenEvents& Instance();
+    static DocumentEvents& Instance();
 
     void OpenDocument(const Ref<FolderItem>& item);
     void NewDocument();

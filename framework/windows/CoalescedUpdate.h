@@ -6,7 +6,7 @@
 
 // Base of what shows on the screen and may be changed from any thread. It updates itself on the main thread: once the
 // event is over that asked for it, or, however often workers ask, at most ten times a second.
-class ScreenUpdate : public Object {
+class CoalescedUpdate : public Object {
 public:
     // Any thread.
     void RequestUpdate();
@@ -16,6 +16,6 @@ protected:
     virtual void UpdateScreen() = 0;
 
 private:
-    friend class ScreenUpdateQueue;
+    friend class CoalescedUpdateQueue;
     std::atomic<bool> requested_{false};
 };

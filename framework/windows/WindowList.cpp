@@ -1,4 +1,4 @@
-#include "framework/windows/OpenWindows.h"
+#include "framework/windows/WindowList.h"
 
 #include "framework/app/Activation.h"
 #include "framework/base/Immortal.h"
@@ -19,7 +19,7 @@ std::vector<Ref<Window>>& Windows() {
 
 } // namespace
 
-Ref<Window> OpenWindows::InFront() {
+Ref<Window> WindowList::InFront() {
     const QWidget* const active = QApplication::activeWindow();
     for (const Ref<Window>& window : Windows()) {
         if (active != nullptr && NativeWindow::Of(*window).widget == active)
@@ -28,7 +28,7 @@ Ref<Window> OpenWindows::InFront() {
     return nullptr;
 }
 
-void OpenWindows::BringToFront(const Activation& activation) {
+void WindowList::BringToFront(const Activation& activation) {
     std::vector<Ref<Window>> windows = Windows();
     std::erase_if(windows, [](const Ref<Window>& window) { return !window->ComesForward(); });
     std::stable_sort(windows.begin(), windows.end(), [](const Ref<Window>& one, const Ref<Window>& other) {
@@ -45,25 +45,25 @@ void OpenWindows::BringToFront(const Activation& activation) {
         EndBusyPointer(activation);
 }
 
-void OpenWindows::Add(const Ref<Window>& window) {
+void WindowList::Add(const Ref<Window>& window) {
     Windows().push_back(window);
 }
 
-void OpenWindows::Remove(const Ref<Window>& window) {
+void WindowList::Remove(const Ref<Window>& window) {
     std::erase(Windows(), window);
 }
 
-bool OpenWindows::AnyIsAsking() {
+bool WindowList::AnyIsAsking() {
     return std::any_of(Windows().begin(), Windows().end(), [](const Ref<Window>& window) { return window->asking_; });
 }
 
-bool OpenWindows::Refuse() {
+bool WindowList::Refuse() {
     const std::vector<Ref<Window>> windows = Windows(); // which the answers may change
     return std::any_of(windows.rbegin(), windows.rend(),
                        [](const Ref<Window>& window) { return !window->Closed() && window->RefusesClose(true); });
 }
 
-void OpenWindows::Close() {
+void WindowList::Close() {
     const std::vector<Ref<Window>> windows = Windows();
     std::for_each(windows.rbegin(), windows.rend(), [](const Ref<Window>& window) { window->FinishClose(); });
 }

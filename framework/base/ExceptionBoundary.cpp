@@ -1,4 +1,4 @@
-#include "framework/base/EventEdge.h"
+#include "framework/base/ExceptionBoundary.h"
 
 #include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
@@ -20,11 +20,11 @@ bool IsFirstReport(const std::string& line) {
 
 } // namespace
 
-void EventEdge::Begin() {
+void ExceptionBoundary::Begin() {
     EventsAreServed();
 }
 
-void EventEdge::Report(std::string_view where, Telling telling) noexcept {
+void ExceptionBoundary::Report(std::string_view where, Telling telling) noexcept {
     try {
         std::string reason = "unknown failure";
         try {

@@ -6,7 +6,7 @@ class Window;
 struct Activation;
 
 // The open windows, and their side of a quit. For the framework's sources. Main thread.
-class OpenWindows {
+class WindowList {
 public:
     static Ref<Window> InFront(); // nil if none of ours is
     // Brings the program forward: its windows in the order in which they stood, those that are minimised left alone

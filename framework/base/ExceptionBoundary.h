@@ -5,7 +5,7 @@
 
 // The edge between the framework and the program's code. Whatever leaves the program's code as an exception ends here:
 // the event (or thread) is over, standard error gets one line, and the process lives on.
-class EventEdge {
+class ExceptionBoundary {
 public:
     // Runs an event of the program. Returns false if an exception ended it. `where` names the event in that line.
     template <class Event>

@@ -1,0 +1,29 @@
+#include "framework/app/DocumentEvents.h"
+
+#include "framework/app/RunningApplication.h"
+#include "framework/base/ExceptionBoundary.h"
+#include "framework/base/Immortal.h"
+#include "framework/threads/MainThread.h"
+
+#include <utility>
+
+DocumentEvents& DocumentEvents::Instance() {
+    static const Immortal<DocumentEvents> events;
+    return *events;
+}
+
+void DocumentEvents::OpenDocument(const Ref<FolderItem>& item) {
+    Add([item](Application& application) { application.Event_OpenDocument(item); });
+}
+
+void DocumentEvents::NewDocument() {
+    Add([](Application& application) { application.Event_NewDocument(); });
+}
+
+void DocumentEvents::Add(std::function<void(Application&)> event) {
+    ++waiting_;
+    PostToMainThread([this, event = std::move(event)] {
+        --waiting_;
+        ExceptionBoundary::Run("open event", [&event] { event(*RunningApplication()); });
+    });
+}
