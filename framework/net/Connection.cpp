@@ -23,8 +23,8 @@
 
 namespace {
 
-constexpr int kPatience = 10;                            // of a Poll, in milliseconds
-constexpr std::chrono::seconds kPatienceToConnect{30};   // where there is another address to try; not in a Poll
+constexpr int kPollTimeout = 10;                         // of a Poll, in milliseconds
+constexpr std::chrono::seconds kConnectTimeout{30};      // where there is another address to try; not in a Poll
 constexpr std::size_t kReadAhead = std::size_t(1) << 20; // fetched before the program has its turn
 constexpr std::size_t kPiece = std::size_t(64) * 1024;
 constexpr std::size_t kSentAtMost = std::size_t(1) << 20; // kept, of what has still more behind it
@@ -47,44 +47,44 @@ bool IsForLater(int error) {
 
 // What the event loop watches of a connection. It is taken down by its own events, so it goes when the loop comes
 // round.
-class TCPSocket::Connection::Attention : public QObject {
+class TCPSocket::Connection::SocketWatcher : public QObject {
 public:
-    Attention(Connection& connection, int descriptor)
+    SocketWatcher(Connection& connection, int descriptor)
         : readable_(descriptor, QSocketNotifier::Read), writable_(descriptor, QSocketNotifier::Write) {
-        Turn(false, true);
-        patience_.setSingleShot(true);
+        SetInterest(false, true);
+        connectTimer_.setSingleShot(true);
         const auto held = [&connection](Step step) {
             return [&connection, step] { connection.shared_from_this()->Take(step); };
         };
         connect(&readable_, &QSocketNotifier::activated, this, held(&Connection::Readable));
         connect(&writable_, &QSocketNotifier::activated, this, held(&Connection::Writable));
-        connect(&patience_, &QTimer::timeout, this, held(&Connection::TimeOut));
+        connect(&connectTimer_, &QTimer::timeout, this, held(&Connection::TimeOut));
     }
 
-    void BeginPatience() { patience_.start(kPatienceToConnect); }
+    void StartConnectTimer() { connectTimer_.start(kConnectTimeout); }
 
     void End() {
-        Turn(false, false);
-        EndPatience();
+        SetInterest(false, false);
+        StopConnectTimer();
         deleteLater();
     }
 
-    void Turn(bool toReading, bool toWriting) {
-        readable_.setEnabled(toReading);
-        writable_.setEnabled(toWriting);
+    void SetInterest(bool reading, bool writing) {
+        readable_.setEnabled(reading);
+        writable_.setEnabled(writing);
     }
 
-    void EndPatience() { patience_.stop(); }
+    void StopConnectTimer() { connectTimer_.stop(); }
 
 private:
     QSocketNotifier readable_, writable_;
-    QTimer patience_;
+    QTimer connectTimer_;
 };
 
 TCPSocket::Connection::Connection(const Ref<TCPSocket>& owner) : owner_(owner) {}
 
 TCPSocket::Connection::~Connection() {
-    Disregard();
+    CloseSocket();
 }
 
 void TCPSocket::Connection::Begin(const std::string& address, int32_t port) {
@@ -126,7 +126,7 @@ void TCPSocket::Connection::Run(const char* what, const std::function<void()>& c
 void TCPSocket::Connection::Abandon() {
     begun_ = false;
     lookup_ = {};
-    Disregard();
+    CloseSocket();
 }
 
 void TCPSocket::Connection::Open() {
@@ -135,7 +135,7 @@ void TCPSocket::Connection::Open() {
     if (port_ >= 0 && port_ <= UINT16_MAX) {
         LookUp();
     } else {
-        Note(kNoSuchPort);
+        KeepFirstError(kNoSuchPort);
         End();
     }
 }
@@ -157,7 +157,7 @@ void TCPSocket::Connection::LookUp() {
         }).detach();
     } catch (const std::system_error& failure) {
         lookup_ = {};
-        Note(CodeOf(failure.code().value()));
+        KeepFirstError(CodeOf(failure.code().value()));
         End();
     }
 }
@@ -179,7 +179,7 @@ void TCPSocket::Connection::HostFound() {
     addresses_ = lookup_.get();
     next_ = addresses_.get();
     if (next_ == nullptr)
-        Note(kUnknownHost);
+        KeepFirstError(kUnknownHost);
     TryNextAddress();
 }
 
@@ -190,30 +190,30 @@ void TCPSocket::Connection::TryNextAddress() {
         if (descriptor_ >= 0 &&
             (connect(descriptor_, address.ai_addr, address.ai_addrlen) == 0 || errno == EINPROGRESS)) {
             connecting_ = true;
-            attention_ = new Attention(*this, descriptor_);
+            watcher_ = new SocketWatcher(*this, descriptor_);
             if (next_ != nullptr)
-                attention_->BeginPatience();
+                watcher_->StartConnectTimer();
             return;
         }
-        Note(CodeOf(errno));
-        Disregard();
+        KeepFirstError(CodeOf(errno));
+        CloseSocket();
     }
     End();
 }
 
 void TCPSocket::Connection::TimeOut() {
-    GiveAddressUp(ETIMEDOUT);
+    FailAddress(ETIMEDOUT);
 }
 
-void TCPSocket::Connection::GiveAddressUp(int error) {
-    Note(CodeOf(error));
-    Disregard();
+void TCPSocket::Connection::FailAddress(int error) {
+    KeepFirstError(CodeOf(error));
+    CloseSocket();
     TryNextAddress();
 }
 
-void TCPSocket::Connection::Disregard() {
-    if (Attention* const attention = std::exchange(attention_, nullptr))
-        attention->End();
+void TCPSocket::Connection::CloseSocket() {
+    if (SocketWatcher* const watcher = std::exchange(watcher_, nullptr))
+        watcher->End();
     if (descriptor_ >= 0)
         close(std::exchange(descriptor_, -1));
     connecting_ = false;
@@ -221,47 +221,47 @@ void TCPSocket::Connection::Disregard() {
 
 void TCPSocket::Connection::Write(std::string_view bytes) {
     outgoing_.append(bytes);
-    Attend();
+    UpdateInterest();
 }
 
 void TCPSocket::Connection::Purge() {
     outgoing_.clear();
     sent_ = 0;
-    Attend();
+    UpdateInterest();
     if (descriptor_ >= 0 && !connecting_)
         recv(descriptor_, nullptr, INT_MAX, MSG_TRUNC); // takes what is there, to nowhere
 }
 
 void TCPSocket::Connection::Serve() {
     Take(&Connection::Open);
-    if (lookup_.valid() && lookup_.wait_for(std::chrono::milliseconds(kPatience)) == std::future_status::ready)
+    if (lookup_.valid() && lookup_.wait_for(std::chrono::milliseconds(kPollTimeout)) == std::future_status::ready)
         Take(&Connection::HostFound);
-    if (delivering_ || attention_ == nullptr) {
+    if (delivering_ || watcher_ == nullptr) {
         Idle();
         return;
     }
     pollfd ready{descriptor_, POLLIN, 0};
     if (WantsToWrite())
         ready.events |= POLLOUT;
-    if (poll(&ready, 1, kPatience) <= 0)
+    if (poll(&ready, 1, kPollTimeout) <= 0)
         return;
     if (WantsToWrite() && (ready.revents & ~POLLIN) != 0)
         Take(&Connection::Writable);
-    if (attention_ != nullptr && !connecting_ && (ready.revents & ~POLLOUT) != 0)
+    if (watcher_ != nullptr && !connecting_ && (ready.revents & ~POLLOUT) != 0)
         Take(&Connection::Readable);
 }
 
 void TCPSocket::Connection::Idle() {
-    poll(nullptr, 0, kPatience);
+    poll(nullptr, 0, kPollTimeout);
 }
 
 bool TCPSocket::Connection::WantsToWrite() const {
     return connecting_ || !outgoing_.empty();
 }
 
-void TCPSocket::Connection::Attend() {
-    if (attention_ != nullptr)
-        attention_->Turn(!delivering_ && !connecting_, !delivering_ && WantsToWrite());
+void TCPSocket::Connection::UpdateInterest() {
+    if (watcher_ != nullptr)
+        watcher_->SetInterest(!delivering_ && !connecting_, !delivering_ && WantsToWrite());
 }
 
 void TCPSocket::Connection::Writable() {
@@ -276,12 +276,12 @@ void TCPSocket::Connection::Connected() {
     socklen_t size = sizeof error;
     getsockopt(descriptor_, SOL_SOCKET, SO_ERROR, &error, &size);
     if (error != 0) {
-        GiveAddressUp(error);
+        FailAddress(error);
         return;
     }
     failure_ = 0;
     connecting_ = false;
-    attention_->EndPatience();
+    watcher_->StopConnectTimer();
     owner_->connected_ = true;
     Deliver("connected", [this] { owner_->Event_Connected(); });
 }
@@ -292,7 +292,7 @@ void TCPSocket::Connection::Send() {
     if (count < 0 && IsForLater(errno))
         return;
     if (count < 0) {
-        Note(CodeOf(errno));
+        KeepFirstError(CodeOf(errno));
         shutdown(descriptor_, SHUT_RDWR);
         sent_ = outgoing_.size();
     } else {
@@ -319,7 +319,7 @@ void TCPSocket::Connection::Readable() {
     } while (count > 0 && fetched < kReadAhead);
     const bool ended = count == 0 || (count < 0 && !IsForLater(errno));
     if (count < 0 && ended)
-        Note(CodeOf(errno));
+        KeepFirstError(CodeOf(errno));
     // The end is found again, after the data that came before it.
     if (fetched > 0)
         Deliver("received data", [this] { owner_->Event_DataAvailable(); });
@@ -329,14 +329,14 @@ void TCPSocket::Connection::Readable() {
 
 void TCPSocket::Connection::Deliver(const char* what, const std::function<void()>& event) {
     delivering_ = true;
-    Attend();
+    UpdateInterest();
     Run(what, event);
     delivering_ = false;
-    Attend();
+    UpdateInterest();
 }
 
 // The first failure tells more than those that follow from it, or than those of addresses that are tried in its place.
-void TCPSocket::Connection::Note(int32_t failure) {
+void TCPSocket::Connection::KeepFirstError(int32_t failure) {
     if (failure_ == 0)
         failure_ = failure;
 }

@@ -37,7 +37,7 @@ public:
     static void Idle();
 
 private:
-    class Attention;
+    class SocketWatcher;
     using Addresses = std::shared_ptr<addrinfo>; // the first of a list
 
     static Addresses Resolve(const std::string& host, int32_t port);
@@ -54,9 +54,9 @@ private:
     void HostFound();
     void TryNextAddress();
     void TimeOut();
-    void GiveAddressUp(int error);
-    void Disregard();
-    void Attend();
+    void FailAddress(int error);
+    void CloseSocket();
+    void UpdateInterest();
     bool WantsToWrite() const;
 
     void Readable();
@@ -64,7 +64,7 @@ private:
     void Connected();
     void Send();
     void Deliver(const char* what, const std::function<void()>& event);
-    void Note(int32_t failure);
+    void KeepFirstError(int32_t failure);
     void End();
 
     const Ref<TCPSocket> owner_; // kept alive until it lets go of this
@@ -75,7 +75,7 @@ private:
     Addresses addresses_;
     const addrinfo* next_ = nullptr; // of those, to be tried
     int descriptor_ = -1;
-    Attention* attention_ = nullptr; // to the descriptor, while there is one
+    SocketWatcher* watcher_ = nullptr; // to the descriptor, while there is one
     bool connecting_ = false;
     bool delivering_ = false;
     std::string outgoing_;
