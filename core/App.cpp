@@ -106,7 +106,7 @@ void App::Event_OpenDocument(const Ref<FolderItem>& item) {
 
 bool App::Route(const Ref<FolderItem>& item) {
     if (!item->Exists()) { // a part has gone when its series was glued meanwhile
-        TellNoSuchFile(item->AbsolutePath());
+        LogNoSuchFile(item->AbsolutePath());
         return false;
     }
     if (RuntimeStringCompare(item->Type(), FileTypes::OmbrivelPart()->Name) == 0)

@@ -101,7 +101,7 @@ void ServeNext() {
     if (next.file->Exists())
         AskAndCut(next.file);
     else
-        TellNoSuchFile(next.file->AbsolutePath());
+        LogNoSuchFile(next.file->AbsolutePath());
 }
 
 } // namespace
@@ -121,7 +121,7 @@ void StartCut(const Ref<FolderItem>& file) {
 
 void LogWaitingCuts() {
     for (const WaitingFile& next : *waiting)
-        TellStandardError(next.file->AbsolutePath() + ": the program ended before it was cut");
+        LogToStderr(next.file->AbsolutePath() + ": the program ended before it was cut");
 }
 
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count) {

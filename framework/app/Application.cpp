@@ -74,7 +74,7 @@ void DescribeToToolkit() {
 
 // The font library reads its settings on a thread of its own while the toolkit connects to the desktop. Whoever asks
 // for a font before it is done would read them all once more.
-class ReadingFonts {
+class FontPreload {
 public:
     void Await() { thread_.join(); }
 
@@ -83,9 +83,9 @@ private:
 };
 
 // Waits for the first window to come to the screen; the paint that follows goes before the call.
-class FirstExposure : public QObject {
+class AfterFirstExpose : public QObject {
 public:
-    explicit FirstExposure(std::function<void()> call) : QObject(QApplication::instance()), call_(std::move(call)) {
+    explicit AfterFirstExpose(std::function<void()> call) : QObject(QApplication::instance()), call_(std::move(call)) {
         parent()->installEventFilter(this);
     }
 
@@ -183,7 +183,7 @@ void Application::SetIcon(const Ref<Picture>& icon) {
 }
 
 void Application::AfterFirstPaint(std::function<void()> call) {
-    new FirstExposure(std::move(call)); // goes when it has come
+    new AfterFirstExpose(std::move(call)); // goes when it has come
 }
 
 bool Application::EventsWait() {
@@ -194,13 +194,13 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
                    const std::function<Ref<Application>()>& startup) {
     *program = identity;
     const Activation activation = Activation::OfThisStart();
-    ReadingFonts readingFonts;
+    FontPreload fontPreload;
     BeginToConnect();
     const QApplication toolkit(argumentCount, arguments); // takes its own options out
     EndToConnect();
     DescribeToToolkit();
     const auto paths = FilesToOpen(argumentCount, arguments);
-    readingFonts.Await(); // from here on, too, the environment may be changed
+    fontPreload.Await(); // from here on, too, the environment may be changed
     switch (HandOver(identity.Id, paths, activation)) {
     case HandedOver::Yes:
         EndBusyPointer(activation);

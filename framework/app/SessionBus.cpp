@@ -150,7 +150,7 @@ std::optional<HandedOver> AskInstance(const QDBusConnection& bus, const QString&
     if (error.isValid() && !slow)
         return HandedOver::No;
     for (const std::string& path : missing)
-        TellNoSuchFile(path);
+        LogNoSuchFile(path);
     return slow ? HandedOver::Unanswered : HandedOver::Yes;
 }
 

@@ -25,7 +25,7 @@ struct Notice {
 const Immortal<std::vector<Notice>> notices;
 
 void Tell(const std::string& reason) {
-    TellStandardError("the program could not start: " + reason);
+    LogToStderr("the program could not start: " + reason);
 }
 
 // What names the display: the first that comes from the connection. The last word is about the toolkit's plug-ins.

@@ -34,8 +34,8 @@ void ExceptionBoundary::Report(std::string_view where, Telling telling) noexcept
         }
         const std::string line = std::string(where) + ": " + reason;
         if (telling == Telling::Always || IsFirstReport(line))
-            TellStandardError(line);
+            LogToStderr(line);
     } catch (...) {
-        TellStandardError("out of memory");
+        LogToStderr("out of memory");
     }
 }

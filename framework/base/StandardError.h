@@ -4,7 +4,7 @@
 #include <string_view>
 
 // Writes one line to standard error, with the program's name in front. Any thread.
-void TellStandardError(std::string_view line) noexcept;
+void LogToStderr(std::string_view line) noexcept;
 
 // The line about a file that was to be opened and is not there. Any thread.
-void TellNoSuchFile(const std::string& name);
+void LogNoSuchFile(const std::string& name);

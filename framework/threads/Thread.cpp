@@ -22,7 +22,7 @@ void CountEnd() {
 }
 
 // On Linux a nice value belongs to the one thread that sets it.
-void StandBack(int32_t priority) {
+void LowerPriority(int32_t priority) {
     const int32_t niceness = std::clamp(kNormalPriority - priority, 0, 19);
     if (niceness > 0)
         setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), niceness);
@@ -32,7 +32,7 @@ void StandBack(int32_t priority) {
 
 void Thread::Run() {
     const auto body = [self = Self(this)]() mutable {
-        StandBack(self->Priority);
+        LowerPriority(self->Priority);
         ExceptionBoundary::Run("thread", [&self] { self->Event_Run(); });
         self = nullptr;
         CountEnd();
