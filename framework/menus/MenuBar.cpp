@@ -47,7 +47,7 @@ void MenuBar::UpdateEnabled() const {
 void MenuBar::UpdateTitles() const {
     QString taken;
     for (const Ref<MenuItem>& menu : menus_) {
-        if (menu->ForFramework().menu)
-            menu->ForFramework().menu->setTitle(WithMnemonic(ToCaption(menu->Text()), taken));
+        if (menu->Native().menu)
+            menu->Native().menu->setTitle(WithMnemonic(ToCaption(menu->Text()), taken));
     }
 }

@@ -52,7 +52,10 @@ protected:
 } // namespace
 
 MenuItem::MenuItem(std::string name, const std::string& text, const std::string& keyboardShortcut, Role role)
-    : name_(std::move(name)), keyboardShortcut_(keyboardShortcut), role_(role), native_(std::make_unique<Native>()) {
+    : name_(std::move(name)),
+      keyboardShortcut_(keyboardShortcut),
+      role_(role),
+      native_(std::make_unique<NativeMenuItem>()) {
     QAction& action = native_->action;
     action.setObjectName(QString::fromStdString(name_));
     action.setMenuRole(PlaceOf(role));

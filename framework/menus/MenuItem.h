@@ -7,6 +7,7 @@
 #include <vector>
 
 class MenuBar;
+struct NativeMenuItem; // the toolkit's side, known to the framework's sources only
 
 // A menu or a command in a menu. What a command does is bound by its name: it is enabled while the window in front, or
 // the application, holds a handler of that name. Main thread.
@@ -38,8 +39,7 @@ public:
 
     // For the framework's sources.
     bool Is(Role role) const { return role_ == role; }
-    struct Native;
-    Native& ForFramework() const { return *native_; }
+    NativeMenuItem& Native() const { return *native_; }
     // Enables the item and those below by what can be reached now.
     void UpdateEnabled();
 
@@ -50,7 +50,7 @@ private:
     std::string keyboardShortcut_;
     Role role_;
     std::vector<Ref<MenuItem>> items_;
-    std::unique_ptr<Native> native_;
+    std::unique_ptr<NativeMenuItem> native_;
     MenuBar* bar_ = nullptr; // that shows it as one of its menus, and outlives it
 };
 

@@ -9,7 +9,7 @@
 
 #include <memory>
 
-struct MenuItem::Native {
+struct NativeMenuItem {
     std::unique_ptr<QMenu> menu; // made with the first item below
     QAction action;
 };

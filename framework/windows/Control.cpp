@@ -94,7 +94,7 @@ void Control::Attach(::Window& window, const ControlLayout& layout) {
     window_ = window.weak_from_this();
 
     native_ = std::make_unique<NativeControl>();
-    native_->parent = layout.Within == nullptr ? NativeWindow::Of(window).content : layout.Within->native_->widget;
+    native_->parent = layout.Within == nullptr ? window.Native().content : layout.Within->native_->widget;
     MakeWidget(*native_);
     native_->widget->setAccessibleName(ToScreen(accessibleName_));
     SetEnabled(enabled_ && layout.Enabled);

@@ -66,12 +66,12 @@ double DensityOf(const QPainter& painter) {
 } // namespace
 
 Graphics MakeGraphics(QPainter& painter) {
-    auto native = std::make_unique<Graphics::Native>();
+    auto native = std::make_unique<NativeGraphics>();
     native->painter = &painter;
     return Graphics(std::move(native));
 }
 
-Graphics::Graphics(std::unique_ptr<Native> native) : native_(std::move(native)) {}
+Graphics::Graphics(std::unique_ptr<NativeGraphics> native) : native_(std::move(native)) {}
 
 Graphics::Graphics(Graphics&&) noexcept = default;
 
@@ -102,7 +102,7 @@ void Graphics::DrawPicture(const Ref<Picture>& picture, int32_t x, int32_t y, in
                        OrNatural(sourceHeight, picture->Height()));
     const QRect target(x, y, OrNatural(width, source.width()), OrNatural(height, source.height()));
     native_->Draw([=](QPainter& painter) {
-        const QImage& image = picture->ForFramework().Composed(DensityOf(painter));
+        const QImage& image = picture->Native().Composed(DensityOf(painter));
         const double scale = double(image.width()) / std::max(1, picture->Width());
         const QRectF pixels(source.x() * scale, source.y() * scale, source.width() * scale, source.height() * scale);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);

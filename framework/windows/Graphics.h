@@ -7,6 +7,7 @@
 #include <string>
 
 class Picture;
+struct NativeGraphics; // the toolkit's side, known to the framework's sources only
 
 // Stands for the natural size where a size is asked for.
 inline constexpr int32_t kNaturalSize = -10000;
@@ -15,8 +16,7 @@ inline constexpr int32_t kNaturalSize = -10000;
 // density of the screen. It is valid during the event only. Main thread.
 class Graphics {
 public:
-    struct Native;
-    explicit Graphics(std::unique_ptr<Native> native);
+    explicit Graphics(std::unique_ptr<NativeGraphics> native);
     Graphics(Graphics&&) noexcept;
     ~Graphics();
 
@@ -35,5 +35,5 @@ public:
                      int32_t sourceWidth = kNaturalSize, int32_t sourceHeight = kNaturalSize);
 
 private:
-    std::unique_ptr<Native> native_;
+    std::unique_ptr<NativeGraphics> native_;
 };

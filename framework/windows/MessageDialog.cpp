@@ -137,5 +137,5 @@ Ref<MessageDialogButton> MessageDialog::ShowModal() {
 }
 
 Ref<MessageDialogButton> MessageDialog::ShowModalWithin(const Ref<Window>& parent) {
-    return Run(*this, NativeWindow::Of(*parent).widget);
+    return Run(*this, parent->Native().widget);
 }

@@ -56,8 +56,6 @@ struct NativeWindow {
     QPointer<ContentWidget> content;
     std::vector<QEventLoop*> modalRuns; // innermost last
 
-    static NativeWindow& Of(const Window& window);
-
     void EndModalRuns() const {
         for (QEventLoop* run : modalRuns)
             run->quit();

@@ -16,7 +16,7 @@
 using DrawingStep = std::function<void(QPainter&)>;
 
 // Draws on a window at once, or notes the steps of a drawing on a picture.
-struct Graphics::Native {
+struct NativeGraphics {
     QPainter* painter = nullptr;
     std::vector<DrawingStep>* steps = nullptr;
 
@@ -29,7 +29,7 @@ struct Graphics::Native {
     }
 };
 
-struct Picture::Native {
+struct NativePicture {
     QImage natural;
     std::function<QImage()> readDense; // gives it at twice the size, or null
     std::vector<DrawingStep> drawn;    // onto the picture

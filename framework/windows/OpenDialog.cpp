@@ -24,7 +24,7 @@ QString NameFilter(const std::string& typeName) {
 } // namespace
 
 Ref<FolderItem> OpenDialog::ShowModalWithin(const Ref<Window>& parent) {
-    QFileDialog dialog(NativeWindow::Of(*parent).widget);
+    QFileDialog dialog(parent->Native().widget);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     const QString filter = NameFilter(Filter);

@@ -63,7 +63,7 @@ public:
     explicit PictureIcon(Ref<Picture> picture) : picture_(std::move(picture)) {}
 
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State /*state*/, qreal density) override {
-        const QImage& image = picture_->ForFramework().Composed(density);
+        const QImage& image = picture_->Native().Composed(density);
         const QPixmap pixmap = QPixmap::fromImage(image.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation));
         QStyleOption option;
         option.palette = QGuiApplication::palette();
@@ -91,12 +91,12 @@ private:
 
 } // namespace
 
-Picture::Picture(std::unique_ptr<Native> native) : native_(std::move(native)) {}
+Picture::Picture(std::unique_ptr<NativePicture> native) : native_(std::move(native)) {}
 
 Picture::~Picture() = default;
 
 Ref<Picture> Picture::Load(const std::string& path) {
-    auto native = std::make_unique<Native>();
+    auto native = std::make_unique<NativePicture>();
     native->natural = ReadImage(path);
     if (native->natural.isNull())
         return nullptr;
@@ -115,7 +115,7 @@ int32_t Picture::Height() const {
 Ref<Picture> Picture::Mask(bool create) {
     native_->Forget();
     if (native_->mask.IsNil() && create) {
-        auto mask = std::make_unique<Native>();
+        auto mask = std::make_unique<NativePicture>();
         const QSize size = native_->natural.size();
         mask->natural = Black(size);
         mask->readDense = [size] { return Black(size * 2); };
@@ -126,17 +126,17 @@ Ref<Picture> Picture::Mask(bool create) {
 
 Graphics Picture::Graphics() {
     native_->Forget();
-    auto native = std::make_unique<::Graphics::Native>();
+    auto native = std::make_unique<NativeGraphics>();
     native->steps = &native_->drawn;
     return ::Graphics(std::move(native));
 }
 
-void Picture::Native::Forget() const {
+void NativePicture::Forget() const {
     composedNatural_ = {};
     composedDense_ = {};
 }
 
-bool Picture::Native::HasDense() const {
+bool NativePicture::HasDense() const {
     if (!std::exchange(denseIsRead_, true)) {
         dense_ = readDense();
         if (dense_.size() != natural.size() * 2)
@@ -145,17 +145,17 @@ bool Picture::Native::HasDense() const {
     return !dense_.isNull();
 }
 
-QImage Picture::Native::Compose(QImage image, double scale) const {
+QImage NativePicture::Compose(QImage image, double scale) const {
     if (!drawn.empty()) {
         QPainter painter(&image);
         painter.scale(scale, scale);
         for (const DrawingStep& step : drawn)
             step(painter);
     }
-    return mask.IsNil() ? image : WithMask(image, mask->ForFramework().Composed(scale));
+    return mask.IsNil() ? image : WithMask(image, mask->Native().Composed(scale));
 }
 
-const QImage& Picture::Native::Composed(double density) const {
+const QImage& NativePicture::Composed(double density) const {
     const bool pickDense = density > 1 && HasDense();
     QImage& composed = pickDense ? composedDense_ : composedNatural_;
     if (composed.isNull())

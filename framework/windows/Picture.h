@@ -7,13 +7,13 @@
 #include <string>
 
 class Graphics;
+struct NativePicture; // the toolkit's side, known to the framework's sources only
 
 // A picture with an optional mask, kept at its natural size and, if its file has a twin named "...@2x..." and a dense
 // screen has shown it, at twice that size. Main thread.
 class Picture : public Object {
 public:
-    struct Native;
-    explicit Picture(std::unique_ptr<Native> native);
+    explicit Picture(std::unique_ptr<NativePicture> native);
     ~Picture() override;
 
     // Reads a PNG file, and its twin once it is needed; nil when the file can't be read.
@@ -29,8 +29,8 @@ public:
     // Draws on the picture itself, which has to outlive the result.
     ::Graphics Graphics();
 
-    const Native& ForFramework() const { return *native_; }
+    const NativePicture& Native() const { return *native_; }
 
 private:
-    std::unique_ptr<Native> native_;
+    std::unique_ptr<NativePicture> native_;
 };

@@ -64,8 +64,8 @@ void HoldMenuBar(QMainWindow& window) {
         return;
     window.menuBar()->setAccessibleName(window.windowTitle());
     for (const Ref<MenuItem>& menu : Application::MenuBar()->Menus()) {
-        if (menu->ForFramework().menu)
-            window.menuBar()->addMenu(menu->ForFramework().menu.get());
+        if (menu->Native().menu)
+            window.menuBar()->addMenu(menu->Native().menu.get());
     }
 }
 
@@ -145,10 +145,6 @@ void WindowWidget::Answer(bool confirms) {
         focused->click();
     else if (!window_.PressButton(!confirms) && !confirms && !window_.layout_.HoldsMenuBar)
         close();
-}
-
-NativeWindow& NativeWindow::Of(const Window& window) {
-    return *window.native_;
 }
 
 Window::Window() : native_(std::make_unique<NativeWindow>()) {}

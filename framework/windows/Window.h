@@ -62,6 +62,9 @@ public:
     // The commands that the window takes while it is in front.
     ::MenuHandlers& MenuHandlers() { return menuHandlers_; }
 
+    // For the framework's sources.
+    NativeWindow& Native() const { return *native_; }
+
     // Asks for a repaint of the window with its controls. Any thread.
     void Refresh(bool eraseBackground);
 
@@ -92,7 +95,6 @@ private:
     template <class W>
     friend Ref<W> SingleWindow();
     friend class WindowList;
-    friend struct NativeWindow;
     friend class WindowWidget;
     friend class ContentWidget;
     friend class Control;

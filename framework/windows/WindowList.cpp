@@ -22,7 +22,7 @@ std::vector<Ref<Window>>& Windows() {
 Ref<Window> WindowList::InFront() {
     const QWidget* const active = QApplication::activeWindow();
     for (const Ref<Window>& window : Windows()) {
-        if (active != nullptr && NativeWindow::Of(*window).widget == active)
+        if (active != nullptr && window->Native().widget == active)
             return window;
     }
     return nullptr;
@@ -38,7 +38,7 @@ void WindowList::BringToFront(const Activation& activation) {
         window->Raise();
     QWidget* front = QApplication::activeModalWidget();
     if (front == nullptr && !windows.empty())
-        front = NativeWindow::Of(*windows.back()).widget;
+        front = windows.back()->Native().widget;
     if (front != nullptr)
         Activate(*front, activation);
     else

@@ -68,9 +68,9 @@ TEST(Windows, ACanvasIsRepaintedOnceWhenBarsAboveItChangeMoveOrGo) {
     EXPECT_GT(paints, 1);
     EXPECT_TRUE(served);
 
-    NativeWindow::Of(*window).widget->resize(450, 370);
+    window->Native().widget->resize(450, 370);
     EXPECT_TRUE(WaitUntil([&canvas] { return canvas->Width() == 450; }));
-    auto* const shown = NativeWindow::Of(*window).widget->findChild<QProgressBar*>();
+    auto* const shown = window->Native().widget->findChild<QProgressBar*>();
     EXPECT_EQ(shown->geometry(), QRect(60, 77, 300, 12));
     canvas->Paint = nullptr;
     const auto look = [&](int32_t value, int32_t maximum) {
@@ -115,13 +115,13 @@ TEST(Windows, APictureReadsItsDenseTwinOnceADenseScreenShowsIt) {
 }
 
 TEST(Windows, OpenOnTheScreenAndGoByEscapeWhereNothingElseCancels) {
-    QWidget* const main = NativeWindow::Of(*winMain::Instance()).widget;
+    QWidget* const main = winMain::Instance()->Native().widget;
     const QRect screen = main->screen()->availableGeometry();
     main->move(screen.bottomRight() - QPoint(40, 40));
     QApplication::setActiveWindow(main);
     const Ref<winPreferences> preferences = winPreferences::Instance();
     preferences->Show();
-    QWidget* const opened = NativeWindow::Of(*preferences).widget;
+    QWidget* const opened = preferences->Native().widget;
     EXPECT_TRUE(screen.contains(opened->frameGeometry()));
     QTest::keyClick(opened, Qt::Key_Escape);
     QTest::keyClick(main, Qt::Key_Escape);
@@ -136,7 +136,7 @@ TEST(Windows, ATextAreaShowsStyledPiecesAndNoMoreThanPeopleRead) {
     window->txtMessage()->SetSelBold(false);
     window->txtMessage()->SetSelText(std::string(50, '\n'));
     EXPECT_EQ(window->txtMessage()->Text(), "p\uFFFDl\uFFFDa<b>in\n" + std::string(50, '\n'));
-    const auto& area = *NativeWindow::Of(*window).widget->findChild<QTextEdit*>();
+    const auto& area = *window->Native().widget->findChild<QTextEdit*>();
     EXPECT_EQ(area.document()->begin().begin().fragment().charFormat().fontWeight(), QFont::Bold);
     EXPECT_EQ(area.verticalScrollBar()->value(), 0) << "the beginning stays in view";
 

@@ -112,7 +112,7 @@ TEST(Preferences, EachBoxHasItsByteAndNoOther) {
         preferences->Load();
         const Ref<winPreferences> window = winPreferences::Instance();
         QCheckBox* its = nullptr;
-        for (auto* const box : NativeWindow::Of(*window).widget->findChildren<QCheckBox*>()) {
+        for (auto* const box : window->Native().widget->findChildren<QCheckBox*>()) {
             const bool isIts = box->text().toStdString() == Multilingual::GetString(keys[byte]);
             EXPECT_EQ(box->isChecked(), !isIts) << keys[byte];
             its = isIts ? box : its;

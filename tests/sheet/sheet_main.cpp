@@ -50,7 +50,7 @@ QPixmap PictureOf(const Ref<Window>& window) {
     QEventLoop events;
     QTimer::singleShot(kSomeFrames, &events, &QEventLoop::quit);
     events.exec();
-    return NativeWindow::Of(*window).widget->grab();
+    return window->Native().widget->grab();
 }
 
 // Of the dialog that the call shows and waits for. It is left by its cancel button.
@@ -91,7 +91,7 @@ void FillChooser(winChooseLanguage& chooser) {
 std::vector<QPixmap> MainPictures() {
     FillList();
     std::vector<QPixmap> pictures{PictureOf(winMain::Instance())};
-    const QList<QAction*> menus = NativeWindow::Of(*winMain::Instance()).widget->menuBar()->actions();
+    const QList<QAction*> menus = winMain::Instance()->Native().widget->menuBar()->actions();
     for (const QAction* const menu : menus) { // opened here it would be the window in front, which no command goes to
         menu->menu()->adjustSize();
         pictures.push_back(menu->menu()->grab());

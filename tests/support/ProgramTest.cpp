@@ -48,7 +48,7 @@ void ProgramTest::Cut(const std::string& name, const std::string& size) const {
 }
 
 void ProgramTest::ClickStop(int row) {
-    QWidget* const list = NativeWindow::Of(*winMain::Instance()).content->childAt(1, 1);
+    QWidget* const list = winMain::Instance()->Native().content->childAt(1, 1);
     const QPoint button(list->width() - 22, 50 * row + 26);
     QTest::mouseMove(list, button);
     QTest::mouseClick(list, Qt::LeftButton, Qt::NoModifier, button);

@@ -21,7 +21,7 @@ using CutDialogTest = ProgramTest;
 
 QComboBox& FocusedField(winCut& dialog) {
     dialog.ShowWithin(winMain::Instance(), -1);
-    auto* const box = NativeWindow::Of(dialog).widget->findChild<QComboBox*>();
+    auto* const box = dialog.Native().widget->findChild<QComboBox*>();
     EXPECT_TRUE(WaitUntil([box] { return QApplication::focusWidget() == box; }));
     return *box;
 }
@@ -53,7 +53,7 @@ TEST_F(CutDialogTest, FiguresAreRoughAndWrapAround) {
         EXPECT_EQ(figures(153600, text), parts + std::string(" of 150 MB")) << text;
     for (const char* const text : {"", "0.0", "-5", "12abc", "1,5", "inf"})
         EXPECT_EQ(figures(153600, text), "- of 150 MB, disabled") << text;
-    WhenAsked([](winCut& dialog) { NativeWindow::Of(dialog).widget->close(); });
+    WhenAsked([](winCut& dialog) { dialog.Native().widget->close(); });
     App::Instance()->EncodeFile(folder.Item("film"));
     EXPECT_TRUE(rows.empty()) << "neither the cancel button nor the close box starts anything";
 }
@@ -91,8 +91,8 @@ TEST_F(CutDialogTest, AHeldKeyRepeatsInTheTextThatItWasPressedInOnly) {
     dialog->Close();
 
     winAbout::Instance()->Show();
-    window = NativeWindow::Of(*winAbout::Instance()).widget;
-    NativeWindow::Of(*winAbout::Instance()).content->childAt(25, 235)->setFocus();
+    window = winAbout::Instance()->Native().widget;
+    winAbout::Instance()->Native().content->childAt(25, 235)->setFocus();
     for (const bool isRepeat : {false, true})
         tell(QEvent::KeyPress, Qt::Key_Space, isRepeat, 7);
     EXPECT_EQ(AskedOfDesktop(), "url " OMBRIVEL_VENDOR_SITE "\n");
@@ -123,8 +123,8 @@ TEST_F(CutDialogTest, TheFieldFiltersAnInputMethodAndTakesPastedText) {
 
     PostToMainThread([&dialog] { dialog->CancelButton->Push(); });
     EXPECT_EQ(dialog->ShowModal(), dialog->CancelButton);
-    EXPECT_FALSE(NativeWindow::Of(*dialog).widget->isVisible());
-    PostToMainThread([&dialog] { NativeWindow::Of(*dialog).widget->close(); });
+    EXPECT_FALSE(dialog->Native().widget->isVisible());
+    PostToMainThread([&dialog] { dialog->Native().widget->close(); });
     EXPECT_EQ(dialog->ShowModal(), dialog->CancelButton) << "the button of an earlier run";
 }
 

@@ -29,7 +29,7 @@ TEST(Link, ShowsWhatThePointerDoesAndOpensIfReleasedInside) {
         {[&] { link.Event_MouseUp(right, bottom); }, 0x0000FF, true},
         {[&] { link.Event_MouseUp(right + 1, 1); }, 0x0000FF, false},
         {[&] { link.Event_MouseUp(1, bottom + 1); }, 0x0000FF, false}};
-    QWidget& widget = *NativeWindow::Of(*about).content->childAt(25, 235);
+    QWidget& widget = *about->Native().content->childAt(25, 235);
     for (const auto& [step, color, opens] : steps) {
         step();
         EXPECT_EQ(widget.palette().color(QPalette::WindowText).rgb() & 0xFFFFFFU, color)

@@ -22,7 +22,7 @@ protected:
     // From the upper left corner of the list.
     static QImage Screen(int x = 0, int y = 0, int width = 527, int height = 302) {
         ShowOnScreen();
-        const NativeWindow& window = NativeWindow::Of(*winMain::Instance());
+        const NativeWindow& window = winMain::Instance()->Native();
         const QPoint at = window.content->mapTo(window.widget, QPoint(x, y));
         return window.widget->screen()->grabWindow(window.widget->winId()).toImage().copy({at, QSize(width, height)});
     }
@@ -58,7 +58,7 @@ TEST_F(ListTest, RowsHaveBarsAndButtonsThatGoByTheLastMoveAlone) {
     EXPECT_TRUE(first->Bar->Window().IsNil());
     ShowOnScreen();
     EXPECT_EQ(second->Bar->Top(), 20) << "the rows below move up";
-    QWidget* const list = NativeWindow::Of(*winMain::Instance()).content->childAt(1, 1);
+    QWidget* const list = winMain::Instance()->Native().content->childAt(1, 1);
     QTest::mouseDClick(list, Qt::LeftButton, Qt::NoModifier, QPoint(right - 22, 26));
     EXPECT_FALSE(second->PerformThread->Stop)
         << "a second press that comes at once was meant for the row that has gone";
@@ -76,7 +76,7 @@ TEST_F(ListTest, OnlyMovesOnAButtonStepsWaitsAndAnUpdateRepaint) {
     const Ref<claFilePerformInfo> row = AddRow();
     const int32_t right = List().Width();
     const auto showsButton = [right](const Ref<Picture>& picture) {
-        return Screen(right - 27, 26, 1, 1).pixel(0, 0) == picture->ForFramework().Composed(1).pixel(3, 7);
+        return Screen(right - 27, 26, 1, 1).pixel(0, 0) == picture->Native().Composed(1).pixel(3, 7);
     };
     EXPECT_TRUE(showsButton(picStop()));
     List().Event_MouseMove(right - 22, 26);
@@ -157,7 +157,7 @@ TEST_F(ListTest, PicturesAreThoseOfTheirNames) {
         hidden.invertPixels();
         whole.setAlphaChannel(hidden);
         whole.convertTo(QImage::Format_ARGB32_Premultiplied);
-        EXPECT_EQ(picture->ForFramework().Composed(1), whole) << file;
+        EXPECT_EQ(picture->Native().Composed(1), whole) << file;
     }
 }
 

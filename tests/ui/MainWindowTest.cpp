@@ -41,7 +41,7 @@ protected:
 
     static QWidget* Above() {
         for (QWidget* const window : QApplication::topLevelWidgets()) {
-            if (window->isVisible() && window != NativeWindow::Of(*winMain::Instance()).widget)
+            if (window->isVisible() && window != winMain::Instance()->Native().widget)
                 return window;
         }
         return nullptr;
@@ -95,7 +95,7 @@ protected:
         return name.toStdString() + (command.isEnabled() ? Led([&command] { command.trigger(); }) : "off\n");
     }
 
-    WindowWidget& main = *NativeWindow::Of(*winMain::Instance()).widget;
+    WindowWidget& main = *winMain::Instance()->Native().widget;
     const QToolBar& tools = *main.findChild<QToolBar*>();
 };
 
@@ -136,7 +136,7 @@ Cut File []: All Files > Cut the file into parts
 -
 Halvrick []: url )" OMBRIVEL_VENDOR_SITE "\n");
     for (const auto& [tool, icon] : {std::pair(0, picIconGlue()), {1, picIconCut()}, {3, picIconUrl()}}) {
-        const QPixmap expected = QPixmap::fromImage(icon->ForFramework().Composed(1));
+        const QPixmap expected = QPixmap::fromImage(icon->Native().Composed(1));
         EXPECT_EQ(tools.actions().at(tool)->icon().pixmap(QSize(32, 32), 1).toImage(), expected.toImage()) << tool;
     }
 }
@@ -151,7 +151,7 @@ TEST_F(MainWindow, ADropIsServedFileByFileOnceTheDragIsOver) {
     files.setData(QStringLiteral("text/uri-list"), addresses);
     const auto isTaken = [](auto event) {
         event.ignore();
-        QApplication::sendEvent(NativeWindow::Of(*winMain::Instance()).content->childAt(1, 1), &event);
+        QApplication::sendEvent(winMain::Instance()->Native().content->childAt(1, 1), &event);
         return event.isAccepted() && event.dropAction() == Qt::CopyAction;
     };
     const Qt::DropActions actions = Qt::MoveAction | Qt::CopyAction;
@@ -174,16 +174,16 @@ TEST_F(MainWindow, CommandsGoToTheWindowInFrontAndToItsField) {
     };
     for (const Ref<Window>& window : {Ref<Window>(winPreferences::Instance()), Ref<Window>(winAbout::Instance())}) {
         window->Show();
-        press(*NativeWindow::Of(*window).widget, Qt::Key_O);
+        press(*window->Native().widget, Qt::Key_O);
         EXPECT_FALSE(FileGlueFiles()->Enabled());
-        press(*NativeWindow::Of(*window).widget, Qt::Key_W);
+        press(*window->Native().widget, Qt::Key_W);
         EXPECT_TRUE(window->Closed());
     }
     EXPECT_FALSE(winMain::Instance()->Closed());
 
     const Ref<winCut> dialog = winCut::Instance();
     dialog->ShowWithin(winMain::Instance(), -1);
-    auto* const box = NativeWindow::Of(*dialog).widget->findChild<QComboBox*>();
+    auto* const box = dialog->Native().widget->findChild<QComboBox*>();
     EXPECT_TRUE(WaitUntil([box] { return QApplication::focusWidget() == box; }));
     EXPECT_FALSE(FileGlueFiles()->Enabled() || FileQuit()->Enabled());
     QApplication::clipboard()->clear();
@@ -195,7 +195,7 @@ TEST_F(MainWindow, CommandsGoToTheWindowInFrontAndToItsField) {
                                                            {EditClear(), "//100"}};
     for (const auto& [item, expected] : edits) {
         EXPECT_TRUE(item->Enabled());
-        item->ForFramework().action.trigger();
+        item->Native().action.trigger();
         const QStringList found{box->currentText(), box->lineEdit()->selectedText(), QApplication::clipboard()->text()};
         EXPECT_EQ(found.join('/').toStdString(), expected) << item->Text();
     }

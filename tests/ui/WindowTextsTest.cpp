@@ -48,17 +48,17 @@ bool HasRoom(const QAbstractButton& button) {
 
 template <class Widget>
 void ExpectRoomFor(const Window& window) {
-    for (const Widget* const widget : NativeWindow::Of(window).widget->findChildren<Widget*>())
+    for (const Widget* const widget : window.Native().widget->findChildren<Widget*>())
         EXPECT_TRUE(widget->text().isEmpty() || HasRoom(*widget)) << widget->text().toStdString();
 }
 
 QWidgetList ControlsOf(const Window& window) {
-    return NativeWindow::Of(window).content->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    return window.Native().content->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 // What a screen reader has to say of the window and each thing that it shows.
 void ExpectNames(const Window& window) {
-    const QWidgetList things = ControlsOf(window) << NativeWindow::Of(window).widget;
+    const QWidgetList things = ControlsOf(window) << window.Native().widget;
     for (QWidget* const thing : things) {
         auto* const told = QAccessible::queryAccessibleInterface(thing);
         EXPECT_TRUE(!thing->isVisible() || (told != nullptr && !told->text(QAccessible::Name).trimmed().isEmpty()))

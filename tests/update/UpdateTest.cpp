@@ -63,7 +63,7 @@ protected:
         return Check(Reply("Ombrivel 9\nVersion\n" + host + "/file\n" + name), false, [&](winUpdate& window) {
             window.pusDownload()->Push();
             then(window);
-            EXPECT_TRUE(WaitUntil([&] { return !NativeWindow::Of(window).widget->isVisible(); }));
+            EXPECT_TRUE(WaitUntil([&] { return !window.Native().widget->isVisible(); }));
         });
     }
     std::string Download(const std::string& name, const std::string& reply) {
@@ -138,7 +138,7 @@ TEST_F(UpdateTest, ANewVersionIsOfferedAsTheServerNamesIt) {
     }
     Check(Reply(std::string(150'000, 'W')), false, [](winUpdate& window) {
         ShowOnScreen();
-        EXPECT_LE(NativeWindow::Of(window).widget->windowTitle().size(), 100'000) << "a display takes no more";
+        EXPECT_LE(window.Native().widget->windowTitle().size(), 100'000) << "a display takes no more";
     });
 }
 
