@@ -1,7 +1,7 @@
 #include "bench/Cost.h"
 #include "bench/Measures.h"
 #include "bench/Scratch.h"
-#include "framework/files/ProgramFile.h"
+#include "framework/base/ProgramFile.h"
 
 #include <poll.h>
 #include <spawn.h>

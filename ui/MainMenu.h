@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/menus/MenuBar.h"
+#include "framework/windows/MenuBar.h"
 
 // The program's menu bar. It is built once, before any window, with texts that Multilingual::LocalizeMenu replaces;
 // what an item does is bound by its name, on the application and on each window. Main thread.

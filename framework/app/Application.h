@@ -1,7 +1,7 @@
 #pragma once
 
 #include "framework/base/Ref.h"
-#include "framework/menus/MenuHandlers.h"
+#include "framework/windows/MenuHandlers.h"
 
 #include <functional>
 #include <string>

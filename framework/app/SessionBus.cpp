@@ -1,11 +1,11 @@
 #include "framework/app/SessionBus.h"
 
 #include "framework/app/Activation.h"
-#include "framework/app/DocumentEvents.h"
 #include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
 #include "framework/files/FileUri.h"
 #include "framework/files/FolderItem.h"
+#include "framework/windows/DocumentEvents.h"
 #include "framework/windows/WindowList.h"
 
 #include <QDBusArgument>

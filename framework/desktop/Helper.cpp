@@ -1,6 +1,6 @@
 #include "framework/desktop/Helper.h"
 
-#include "framework/files/ProgramFile.h"
+#include "framework/base/ProgramFile.h"
 #include "framework/threads/MainThread.h"
 
 #include <QSocketNotifier>

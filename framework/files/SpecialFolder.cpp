@@ -1,8 +1,8 @@
 #include "framework/files/SpecialFolder.h"
 
 #include "framework/base/Immortal.h"
+#include "framework/base/ProgramFile.h"
 #include "framework/files/FolderItem.h"
-#include "framework/files/ProgramFile.h"
 
 #include <glib.h>
 

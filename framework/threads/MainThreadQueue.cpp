@@ -1,6 +1,6 @@
 #include "framework/threads/MainThreadQueue.h"
 
-#include "framework/base/ExceptionBoundary.h"
+#include "framework/threads/ExceptionBoundary.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>

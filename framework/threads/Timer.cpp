@@ -1,6 +1,6 @@
 #include "framework/threads/Timer.h"
 
-#include "framework/base/ExceptionBoundary.h"
+#include "framework/threads/ExceptionBoundary.h"
 #include "framework/threads/MainThread.h"
 
 #include <QTimer>

@@ -1,11 +1,11 @@
 #include "framework/windows/Canvas.h"
 
-#include "framework/app/DocumentEvents.h"
-#include "framework/base/ExceptionBoundary.h"
 #include "framework/files/FileType.h"
 #include "framework/files/FileUri.h"
 #include "framework/files/FolderItem.h"
+#include "framework/threads/ExceptionBoundary.h"
 #include "framework/threads/Yield.h"
+#include "framework/windows/DocumentEvents.h"
 #include "framework/windows/DragItem.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"

@@ -1,7 +1,7 @@
 #include "framework/windows/CoalescedUpdate.h"
 
-#include "framework/base/ExceptionBoundary.h"
 #include "framework/base/Immortal.h"
+#include "framework/threads/ExceptionBoundary.h"
 #include "framework/threads/MainThread.h"
 
 #include <QTimer>

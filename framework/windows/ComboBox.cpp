@@ -1,7 +1,7 @@
 #include "framework/windows/ComboBox.h"
 
-#include "framework/base/ExceptionBoundary.h"
 #include "framework/text/Text.h"
+#include "framework/threads/ExceptionBoundary.h"
 #include "framework/windows/Native.h"
 
 #include <QComboBox>

@@ -1,6 +1,6 @@
 #include "framework/windows/Listbox.h"
 
-#include "framework/base/ExceptionBoundary.h"
+#include "framework/threads/ExceptionBoundary.h"
 #include "framework/windows/Native.h"
 
 #include <QHeaderView>

@@ -1,7 +1,7 @@
 #include "framework/windows/MessageDialog.h"
 
-#include "framework/app/ModalRun.h"
 #include "framework/base/BuildVariant.h"
+#include "framework/windows/ModalRun.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/Window.h"
 

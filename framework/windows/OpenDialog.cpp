@@ -1,9 +1,9 @@
 #include "framework/windows/OpenDialog.h"
 
-#include "framework/app/ModalRun.h"
 #include "framework/files/FileType.h"
 #include "framework/files/FolderItem.h"
 #include "framework/text/Text.h"
+#include "framework/windows/ModalRun.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/Window.h"
 

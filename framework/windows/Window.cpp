@@ -1,14 +1,14 @@
 #include "framework/windows/Window.h"
 
 #include "framework/app/Application.h"
-#include "framework/app/ModalRun.h"
-#include "framework/base/ExceptionBoundary.h"
-#include "framework/menus/MenuBar.h"
-#include "framework/menus/NativeMenu.h"
+#include "framework/threads/ExceptionBoundary.h"
 #include "framework/threads/Yield.h"
 #include "framework/windows/Graphics.h"
+#include "framework/windows/MenuBar.h"
+#include "framework/windows/ModalRun.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"
+#include "framework/windows/NativeMenu.h"
 #include "framework/windows/PushButton.h"
 #include "framework/windows/WindowList.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "framework/menus/MenuHandlers.h"
 #include "framework/windows/Control.h"
+#include "framework/windows/MenuHandlers.h"
 
 #include <cstdint>
 #include <memory>

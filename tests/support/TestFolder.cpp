@@ -1,6 +1,6 @@
 #include "tests/support/TestFolder.h"
 
-#include "framework/files/ProgramFile.h"
+#include "framework/base/ProgramFile.h"
 #include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
+#include "framework/base/ProgramFile.h"
 #include "framework/desktop/Sound.h"
-#include "framework/files/ProgramFile.h"
 #include "settings/Multilingual.h"
 #include "ui/Pictures.h"
 #include "ui/Sounds.h"

@@ -2,7 +2,7 @@
 
 // The toolkit's side of menus. Included by the framework's sources only.
 
-#include "framework/menus/MenuItem.h"
+#include "framework/windows/MenuItem.h"
 
 #include <QAction>
 #include <QMenu>

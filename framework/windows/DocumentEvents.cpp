@@ -1,8 +1,8 @@
-#include "framework/app/DocumentEvents.h"
+#include "framework/windows/DocumentEvents.h"
 
 #include "framework/app/RunningApplication.h"
-#include "framework/base/ExceptionBoundary.h"
 #include "framework/base/Immortal.h"
+#include "framework/threads/ExceptionBoundary.h"
 #include "framework/threads/MainThread.h"
 
 #include <utility>

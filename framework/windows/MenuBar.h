@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/menus/MenuItem.h"
+#include "framework/windows/MenuItem.h"
 
 // The top-level menus of the program. The bar shows in the window whose layout holds it; its shortcuts work in every
 // window. Main thread.

@@ -1,8 +1,8 @@
-#include "framework/menus/MenuCommands.h"
+#include "framework/windows/MenuCommands.h"
 
 #include "framework/app/RunningApplication.h"
-#include "framework/base/ExceptionBoundary.h"
-#include "framework/menus/MenuBar.h"
+#include "framework/threads/ExceptionBoundary.h"
+#include "framework/windows/MenuBar.h"
 #include "framework/windows/Window.h"
 #include "framework/windows/WindowList.h"
 

@@ -1,12 +1,12 @@
-#include "framework/menus/MenuItem.h"
+#include "framework/windows/MenuItem.h"
 
 #include "framework/app/RunningApplication.h"
-#include "framework/base/ExceptionBoundary.h"
-#include "framework/menus/MenuBar.h"
-#include "framework/menus/MenuCommands.h"
-#include "framework/menus/NativeMenu.h"
 #include "framework/text/Text.h"
+#include "framework/threads/ExceptionBoundary.h"
+#include "framework/windows/MenuBar.h"
+#include "framework/windows/MenuCommands.h"
 #include "framework/windows/Native.h"
+#include "framework/windows/NativeMenu.h"
 
 #include <QApplication>
 #include <QKeyEvent>

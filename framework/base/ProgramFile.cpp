@@ -1,4 +1,4 @@
-#include "framework/files/ProgramFile.h"
+#include "framework/base/ProgramFile.h"
 
 #include <filesystem>
 #include <system_error>

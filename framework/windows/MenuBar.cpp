@@ -1,7 +1,7 @@
-#include "framework/menus/MenuBar.h"
+#include "framework/windows/MenuBar.h"
 
-#include "framework/menus/NativeMenu.h"
 #include "framework/windows/Native.h"
+#include "framework/windows/NativeMenu.h"
 
 namespace {
 

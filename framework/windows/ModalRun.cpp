@@ -1,4 +1,4 @@
-#include "framework/app/ModalRun.h"
+#include "framework/windows/ModalRun.h"
 
 #include "framework/base/Immortal.h"
 #include "framework/threads/MainThread.h"

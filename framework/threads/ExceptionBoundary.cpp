@@ -1,4 +1,4 @@
-#include "framework/base/ExceptionBoundary.h"
+#include "framework/threads/ExceptionBoundary.h"
 
 #include "framework/base/Immortal.h"
 #include "framework/base/StandardError.h"
