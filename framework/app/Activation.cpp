@@ -68,8 +68,8 @@ uint32_t TimeIn(const std::string& startupId) {
     return static_cast<uint32_t>(std::strtoul(startupId.c_str() + at + kMark.size(), nullptr, 10));
 }
 
-// The toolkit would name the moment of the last click in this program, which is older than what the user has done
-// elsewhere since: a window manager may then leave the window behind.
+// Qt would name the moment of the last click in this program, which is older than what the user has done elsewhere
+// since: a window manager may then leave the window behind.
 void ActivateAsOf(uint32_t time, xcb_connection_t* server, const QWidget& window) {
     const auto id = static_cast<xcb_window_t>(window.internalWinId());
     xcb_client_message_event_t message = Message(server, "_NET_ACTIVE_WINDOW", 32, id);
@@ -93,8 +93,7 @@ void Activate(QWidget& window, const Activation& activation) {
         ActivateAsOf(time, server, window);
         return;
     }
-    // From where the toolkit takes it with this wish. While a worker may look into the environment, it has to do
-    // without.
+    // From where Qt takes it with this wish. While a worker may look into the environment, it has to do without.
     if (!activation.Token.empty() && QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
         Thread::RunningCount() == 0)
         qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activation.Token));

@@ -11,7 +11,7 @@ struct Activation {
     std::string StartupId; // X11
     std::string Token;     // Wayland
 
-    // What this process was started with. Before the toolkit connects to the display, as it takes the id away.
+    // What this process was started with. Before Qt connects to the display, as it takes the id away.
     static Activation OfThisStart();
 };
 

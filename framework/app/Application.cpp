@@ -52,8 +52,8 @@ bool quitting = false;
     std::_Exit(exitCode); // workers may be anywhere: nothing is taken down around them
 }
 
-// The toolkit and the libraries beneath it call `exit` where the display or the session manager has gone. Nothing here
-// may touch the toolkit, of which any part may be gone as well.
+// Qt and the libraries beneath it call `exit` where the display or the session manager has gone. Nothing here may touch
+// Qt, of which any part may be gone as well.
 void EndAtExit(int exitCode, void*) {
     if (!IsMainThread()) { // which owns what is to be saved
         PostToMainThread([exitCode] { SaveAndEnd(exitCode); });
@@ -72,8 +72,8 @@ void DescribeToToolkit() {
     AnswerEndOfSession();
 }
 
-// The font library reads its settings on a thread of its own while the toolkit connects to the desktop. Whoever asks
-// for a font before it is done would read them all once more.
+// The font library reads its settings on a thread of its own while Qt connects to the desktop. Whoever asks for a font
+// before it is done would read them all once more.
 class FontPreload {
 public:
     void Await() { thread_.join(); }

@@ -29,8 +29,8 @@ public:
     static void SetMenuBar(const Ref<::MenuBar>& bar);
     // The commands that the application takes, whichever window is in front.
     ::MenuHandlers& MenuHandlers() { return menuHandlers_; }
-    // Has the toolkit's own texts (the open dialog, say) in the language of that code, "pt" or "zh_CN", and the
-    // characters of all texts as that language writes them; empty for English.
+    // Has Qt's own texts (the open dialog, say) in the language of that code, "pt" or "zh_CN", and the characters of
+    // all texts as that language writes them; empty for English.
     static void SpeakLanguage(const std::string& code);
     // The icon of all windows.
     static void SetIcon(const Ref<Picture>& icon);
@@ -50,7 +50,7 @@ public:
     // A file was handed over: named at the start, or by a second start of the program. At the start these come before
     // Event_Open; later ones also while a modal dialog runs. The file may not be there, or not any more.
     virtual void Event_OpenDocument(const Ref<FolderItem>&) {}
-    // The process is about to end. The toolkit may have gone already: no window is to be touched.
+    // The process is about to end. Qt may have gone already: no window is to be touched.
     virtual void Event_Close() {}
     // A menu is about to be shown.
     virtual void Event_EnableMenuItems() {}

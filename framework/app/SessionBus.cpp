@@ -101,8 +101,8 @@ bool BusIsThere() {
                0;
 }
 
-// The toolkit asks for the bus again and again, but remembers what came of it. No other thread may look into the
-// environment meanwhile.
+// Qt asks for the bus again and again, but remembers what came of it. No other thread may look into the environment
+// meanwhile.
 void RememberThatNoneIsThere() {
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     QDBusConnection::sessionBus();

@@ -16,11 +16,11 @@ namespace {
 
 constexpr int32_t kErrorIcon = 2;
 
-// What the toolkit has told.
+// What Qt has told.
 struct Notice {
     bool ofDisplay; // it comes from the connection to the display
     std::string text;
-    std::string line; // as the toolkit would write it
+    std::string line; // as Qt would write it
 };
 const Immortal<std::vector<Notice>> notices;
 
@@ -28,7 +28,7 @@ void Tell(const std::string& reason) {
     LogToStderr("the program could not start: " + reason);
 }
 
-// What names the display: the first that comes from the connection. The last word is about the toolkit's plug-ins.
+// What names the display: the first that comes from the connection. The last word is about Qt's plug-ins.
 const Notice& AboutDisplay(const Notice& last) {
     const auto ofDisplay = [](const Notice& notice) { return notice.ofDisplay; };
     const auto found = std::find_if(notices->begin(), notices->end(), ofDisplay);

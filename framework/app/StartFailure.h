@@ -8,7 +8,7 @@
 // writes. Ends the process with code 1.
 [[noreturn]] void FailStart(const std::string& reason);
 
-// Around the toolkit's connection to the display. Where it finds none, it would say so in several lines and abort:
-// between these two the start fails instead. What else it tells is written at the end.
+// Around Qt's connection to the display. Where it finds none, it would say so in several lines and abort: between these
+// two the start fails instead. What else it tells is written at the end.
 void BeginToConnect();
 void EndToConnect();

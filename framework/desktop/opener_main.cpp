@@ -78,8 +78,7 @@ void FlushBus() {
 int main(int count, char** words) {
     if (count < 3)
         return 2;
-    // A launcher's word about the start of the program, which the toolkit may not have taken away: not for what is
-    // opened here.
+    // A launcher's word about the start of the program, which Qt may not have taken away: not for what is opened here.
     for (const char* const ofTheStart : {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"})
         g_unsetenv(ofTheStart);
     StartNoBus();

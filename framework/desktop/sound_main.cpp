@@ -1,4 +1,4 @@
-// Plays a sound file: a process of its own, as the toolkit's multimedia part and its decoders may take seconds to load.
+// Plays a sound file: a process of its own, as Qt's multimedia part and its decoders may take seconds to load.
 
 #include <QAudioDevice>
 #include <QAudioOutput>

@@ -7,7 +7,7 @@
 
 #include <mutex>
 
-// The toolkit's side. It belongs to the main thread, and outlives its owner by the moment that it takes to say so.
+// Qt's side. It belongs to the main thread, and outlives its owner by the moment that it takes to say so.
 struct Timer::Clock {
     explicit Clock(Timer* timerOwner) : owner(timerOwner) {
         QObject::connect(&ticker, &QTimer::timeout, &ticker, [this] { Fire(); });

@@ -27,7 +27,7 @@ bool Accepts(const std::vector<std::string>& typeNames, const Ref<FolderItem>& f
 }
 
 std::vector<Ref<FolderItem>> FilesIn(const QMimeData& data, const std::vector<std::string>& typeNames) {
-    // The raw bytes: the toolkit's own list of addresses loses names that are not valid UTF-8.
+    // The raw bytes: Qt's own list of addresses loses names that are not valid UTF-8.
     const QByteArray list = data.data(QStringLiteral("text/uri-list"));
     std::vector<Ref<FolderItem>> files;
     for (const std::string& path : PathsFromUriList({list.constData(), static_cast<std::size_t>(list.size())})) {

@@ -43,7 +43,7 @@ void Control::SetVisible(bool visible) {
     if (!native_ || !native_->widget)
         return;
     if (!visible)
-        native_->widget->clearFocus(); // which the toolkit would hand to the next control, for which no key is meant
+        native_->widget->clearFocus(); // which Qt would hand to the next control, for which no key is meant
     native_->widget->setVisible(visible);
 }
 

@@ -10,7 +10,7 @@
 
 class Control;
 class Window;
-struct NativeControl; // the toolkit's side, known to the framework's sources only
+struct NativeControl; // Qt's side, known to the framework's sources only
 
 // Place of a control in its window, and what it does when the window's size changes.
 struct ControlLayout {

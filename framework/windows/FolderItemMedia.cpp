@@ -1,4 +1,4 @@
-// FolderItem's ways to pictures and sounds, apart from the rest because they need more of the toolkit.
+// FolderItem's ways to pictures and sounds, apart from the rest because they need more of Qt.
 
 #include "framework/desktop/Sound.h"
 #include "framework/files/FolderItem.h"

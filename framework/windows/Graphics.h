@@ -7,7 +7,7 @@
 #include <string>
 
 class Picture;
-struct NativeGraphics; // the toolkit's side, known to the framework's sources only
+struct NativeGraphics; // Qt's side, known to the framework's sources only
 
 // Stands for the natural size where a size is asked for.
 inline constexpr int32_t kNaturalSize = -10000;

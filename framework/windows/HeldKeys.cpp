@@ -68,8 +68,8 @@ private:
         return true;
     }
 
-    // X11 tells of a repeat as of a release and a press at the same moment. The toolkit marks them as such only if both
-    // are there when it looks, and often they are not.
+    // X11 tells of a repeat as of a release and a press at the same moment. Qt marks them as such only if both are
+    // there when it looks, and often they are not.
     bool IsRepeat(const QKeyEvent& key) const {
         const bool followsItsRelease =
             key.nativeScanCode() != 0 && key.nativeScanCode() == released_ && key.timestamp() == releasedAt_;

@@ -29,7 +29,7 @@ protected:
             QLabel::keyPressEvent(event);
     }
 
-    // The toolkit lays a label that takes the focus out as a document: a pixel lower, where its underline is cut off.
+    // Qt lays a label that takes the focus out as a document: a pixel lower, where its underline is cut off.
     void paintEvent(QPaintEvent* event) override {
         if (!label_.IsLink) {
             QLabel::paintEvent(event);

@@ -19,8 +19,8 @@ constexpr quint32 kHanCharacter = 0x4E2D; // in every font that has any
 
 using Pattern = std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)>;
 
-// Chinese, Japanese and Korean share characters that each writes in its own way. Where the toolkit has to look for a
-// font that has them it goes by the language of the system.
+// Chinese, Japanese and Korean share characters that each writes in its own way. Where Qt has to look for a font that
+// has them it goes by the language of the system.
 bool SharesCharacters(const QLocale& language) {
     switch (language.script()) {
     case QLocale::SimplifiedHanScript:

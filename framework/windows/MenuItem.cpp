@@ -31,8 +31,8 @@ QAction::MenuRole PlaceOf(MenuItem::Role role) {
     }
 }
 
-// An Escape that closes a menu gives the focus back to the control that had it. The toolkit's own would leave it in the
-// menu bar.
+// An Escape that closes a menu gives the focus back to the control that had it. Qt's own would leave it in the menu
+// bar.
 class MenuWidget : public QMenu {
 public:
     using QMenu::QMenu;

@@ -7,7 +7,7 @@
 #include <vector>
 
 class MenuBar;
-struct NativeMenuItem; // the toolkit's side, known to the framework's sources only
+struct NativeMenuItem; // Qt's side, known to the framework's sources only
 
 // A menu or a command in a menu. What a command does is bound by its name: it is enabled while the window in front, or
 // the application, holds a handler of that name. Main thread.

@@ -14,7 +14,7 @@ namespace {
 constexpr int kSystemPixels = 13;
 constexpr int kSmallSystemPixels = 11;
 
-// Measuring a text of many megabytes takes the toolkit minutes, and no screen shows it.
+// Measuring a text of many megabytes takes Qt minutes, and no screen shows it.
 constexpr std::size_t kMostBytes = std::size_t(64) * 1024;
 
 } // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-// The toolkit's side of windows and controls. Included by the framework's sources only.
+// Qt's side of windows and controls. Included by the framework's sources only.
 
 #include "framework/base/Ref.h"
 
@@ -66,7 +66,7 @@ struct NativeWindow {
 QString ToScreen(std::string_view text);
 // The same with its line breaks kept.
 QString ToParagraphs(const std::string& text);
-// A caption of the toolkit's buttons and menus, in which "&" marks a mnemonic: ours have none.
+// A caption of Qt's buttons and menus, in which "&" marks a mnemonic: ours have none.
 QString ToCaption(std::string_view text);
 std::string FromScreen(const QString& text);
 

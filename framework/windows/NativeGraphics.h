@@ -1,6 +1,6 @@
 #pragma once
 
-// The toolkit's side of Graphics and Picture. Included by the framework's sources only.
+// Qt's side of Graphics and Picture. Included by the framework's sources only.
 
 #include "framework/windows/Graphics.h"
 #include "framework/windows/Picture.h"
@@ -51,5 +51,5 @@ private:
 
 Graphics MakeGraphics(QPainter& painter);
 
-// For the toolkit's own places for icons.
+// For Qt's own places for icons.
 QIcon IconOf(const Ref<Picture>& picture);

@@ -1,6 +1,6 @@
 #pragma once
 
-// The toolkit's side of menus. Included by the framework's sources only.
+// Qt's side of menus. Included by the framework's sources only.
 
 #include "framework/windows/MenuItem.h"
 

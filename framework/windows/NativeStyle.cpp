@@ -23,7 +23,7 @@ QIcon Arrow(const QStyle& style, QStyle::PrimitiveElement direction) {
     return QIcon(picture);
 }
 
-// As the toolkit's own style has it, but for its lines: those go through threads, which are made for the first of them.
+// As Qt's own style has it, but for its lines: those go through threads, which are made for the first of them.
 void DrawToolbar(QPainter& painter, const QStyleOption& option) {
     const QColor window = option.palette.window().color();
     QLinearGradient background(option.rect.topLeft(), option.rect.bottomLeft());

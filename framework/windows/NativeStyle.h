@@ -1,12 +1,12 @@
 #pragma once
 
-// The toolkit's side of how controls look. Included by the framework's sources only.
+// Qt's side of how controls look. Included by the framework's sources only.
 
 #include <QProxyStyle>
 
 // The desktop's own style, apart from what a start would have to wait for. Bars ask at their making for the arrow that
-// they show when they grow too narrow: the toolkit would read it from a file, and first load its plug-ins for all
-// formats of pictures. And where the style is the toolkit's own, toolbars are painted here, in a simpler way.
+// they show when they grow too narrow: Qt would read it from a file, and first load its plug-ins for all formats of
+// pictures. And where the style is Qt's own, toolbars are painted here, in a simpler way.
 class NativeStyle : public QProxyStyle {
 public:
     QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override;

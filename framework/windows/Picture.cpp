@@ -20,7 +20,7 @@ std::string DenseTwin(const std::string& path) {
     return point == std::string::npos ? path + "@2x" : path.substr(0, point) + "@2x" + path.substr(point);
 }
 
-// Reads the file with the library itself: the toolkit would load its plug-ins for every other format first.
+// Reads the file with the library itself: Qt would load its plug-ins for every other format first.
 QImage ReadImage(const std::string& path) {
     png_image header{};
     header.version = PNG_IMAGE_VERSION;
@@ -56,8 +56,8 @@ QImage WithMask(const QImage& picture, const QImage& mask) {
     return result.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-// Gives the toolkit just the pixels of the screen at hand: its own icons scale an image to about their size and leave
-// the rest to the paint.
+// Gives Qt just the pixels of the screen at hand: its own icons scale an image to about their size and leave the rest
+// to the paint.
 class PictureIcon : public QIconEngine {
 public:
     explicit PictureIcon(Ref<Picture> picture) : picture_(std::move(picture)) {}

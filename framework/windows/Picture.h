@@ -7,7 +7,7 @@
 #include <string>
 
 class Graphics;
-struct NativePicture; // the toolkit's side, known to the framework's sources only
+struct NativePicture; // Qt's side, known to the framework's sources only
 
 // A picture with an optional mask, kept at its natural size and, if its file has a twin named "...@2x..." and a dense
 // screen has shown it, at twice that size. Main thread.

@@ -166,7 +166,7 @@ void ProgressBar::UpdateScreen() {
         return;
     auto* const bar = static_cast<QProgressBar*>(Native()->widget.data());
     const int maximum = std::max(0, Maximum());
-    // The toolkit's bar would paint itself at each change, and what lies beneath along with it.
+    // Qt's bar would paint itself at each change, and what lies beneath along with it.
     bar->setUpdatesEnabled(false);
     bar->setRange(0, maximum);
     if (maximum > 0)

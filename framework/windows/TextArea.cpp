@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::array kAlignments{Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
 
-// Laying out a text of many megabytes takes the toolkit minutes. One line is the dearest; the sum stays bearable.
+// Laying out a text of many megabytes takes Qt minutes. One line is the dearest; the sum stays bearable.
 constexpr std::size_t kMostOfPiece = 16'384; // bytes
 constexpr int kMostOfText = 100'000;         // characters
 

@@ -31,7 +31,7 @@ constexpr int32_t kDialogFrame = 11;
 constexpr int32_t kMiddleOfScreen = 2;
 constexpr int32_t kStaggered = 4;
 constexpr int kStagger = 32;
-constexpr std::string_view kNoTitle = " "; // for an empty one the toolkit puts the program's name into the frame
+constexpr std::string_view kNoTitle = " "; // for an empty one Qt puts the program's name into the frame
 
 bool IsModal(const WindowLayout& layout) {
     return layout.Frame == kModalFrame || layout.Frame == kAttachedFrame;
@@ -122,7 +122,7 @@ void WindowWidget::closeEvent(QCloseEvent* event) {
     ExceptionBoundary::Run("window close", [window = Self(&window_)] { window->Close(); });
 }
 
-// What has the focus shows it from the beginning: the toolkit would wait for the first Tab.
+// What has the focus shows it from the beginning: Qt would wait for the first Tab.
 void WindowWidget::showEvent(QShowEvent*) {
     setAttribute(Qt::WA_KeyboardFocusChange);
 }
