@@ -21,9 +21,9 @@ namespace {
 // in the processor's cache.
 constexpr int64_t kCopyBuffer = int64_t{256} * 1024;
 constexpr std::size_t kPage = 4096;
-// A stop has to wait for the piece that is being shared. A fragment of the source takes about as long to share as a
-// long run of its blocks, so pieces begin small and grow while they are quick; the upper bound is for a source whose
-// fragments begin further on.
+// A stop waits for the clone that is under way. A fragment of the source takes about as long to clone as a long run of
+// blocks. So clones begin small and grow while they are quick. The upper bound is for a source whose fragments begin
+// further on.
 constexpr std::chrono::milliseconds kCloneTime{10};
 constexpr int64_t kMinClone = int64_t{1} * 1024 * 1024;
 constexpr int64_t kMaxClone = int64_t{16} * 1024 * 1024;
@@ -44,8 +44,7 @@ char* BytesToCopyThrough() {
     return buffer->bytes.data();
 }
 
-// What the last pieces that this thread shared have taught it about the next. Parts come and go as sources and as
-// targets.
+// Bytes to clone at a time. Kept for each thread and not for each stream, as parts come and go.
 thread_local int64_t cloneSize = kMinClone;
 
 void AdaptCloneSize(int64_t size, std::chrono::steady_clock::duration took) {
@@ -95,7 +94,7 @@ void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) 
     }
 }
 
-// The way for what can't be shared. On file systems of this machine reading and writing through a buffer costs less
+// The method for what can't be cloned, by the target's file system. On the local ones named here a buffer costs less
 // than copy_file_range.
 BinaryStream::CopyMethod BinaryStream::CopyMethodFor(int descriptor) {
     switch (FileSystemOf(descriptor)) {
@@ -123,8 +122,7 @@ void BinaryStream::PrepareToClone(const std::atomic<bool>& stop) {
         copyMethod_ = CopyMethod::Copy;
 }
 
-// Makes the file refer to the source's own blocks, a good piece ahead of what was asked for, and then counts off what
-// it has.
+// Clones a good piece ahead of what was asked for, and then counts off what has been cloned. Returns the bytes moved.
 int64_t BinaryStream::CloneFrom(BinaryStream& source, int64_t count, int64_t more) {
     if (source.clonedInto_.Held().Get() != this)
         source.cloned_ = 0;
@@ -140,7 +138,8 @@ int64_t BinaryStream::CloneFrom(BinaryStream& source, int64_t count, int64_t mor
     return moved;
 }
 
-// Only whole blocks of the file system can be shared, so a series of odd sizes is copied.
+// A reflink takes whole blocks of the file system only, so a series of odd part sizes is copied. False if the system
+// declines.
 bool BinaryStream::CloneAhead(BinaryStream& source, int64_t count) {
     file_clone_range range{};
     range.src_fd = source.descriptor_;
@@ -156,8 +155,8 @@ bool BinaryStream::CloneAhead(BinaryStream& source, int64_t count) {
     return true;
 }
 
-// Lets the system move the bytes, which a server may do without sending them here. Whatever it declines is left to
-// CopyFrom, which also finds out whether reading or writing was the trouble.
+// copy_file_range: a server may move the bytes without sending them here. Returns the bytes moved. The rest is left to
+// CopyFrom, which also finds out whether reading or writing failed.
 int64_t BinaryStream::KernelCopyFrom(BinaryStream& source, int64_t count) {
     int64_t moved = 0;
     while (moved < count && source.copyMethod_ == CopyMethod::KernelCopy) {
@@ -190,9 +189,9 @@ void BinaryStream::CopyFrom(BinaryStream& source, int64_t count) {
     }
 }
 
-// Given room beforehand, in a large piece, ext4 has much less to do for each block that is written, and nothing to find
-// for it while another thread writes the file's earlier blocks out. A failure means nothing: a disk that is full shows
-// when the bytes are written.
+// ext4 has much less to do for each block that is allocated beforehand in a large piece, and does not allocate while
+// another thread writes out the file's earlier blocks. Failure is ignored: a full disk shows when the bytes are
+// written.
 void BinaryStream::Preallocate(int64_t count) {
     if (position_ < preallocatedUntil_ || count < kMinPreallocation)
         return;
@@ -201,7 +200,7 @@ void BinaryStream::Preallocate(int64_t count) {
     std::ignore = fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, position_, count);
 }
 
-// What was not written to after all, as after a stop, would stay with the file.
+// Blocks that were not written to after all, as after a stop, would stay with the file.
 void BinaryStream::ReleasePreallocation() {
     struct stat status = {};
     if (position_ < preallocatedUntil_ && fstat(descriptor_, &status) == 0 && status.st_size < preallocatedUntil_)
@@ -243,7 +242,7 @@ void BinaryStream::WriteBoolean(bool value) {
     Write(std::string(1, value ? '\1' : '\0'));
 }
 
-// Bytes between the position and the end of the file as it is now, which may still grow. What has been shared counts as
+// Bytes between the position and the end of the file as it is now, which may still grow. What has been cloned counts as
 // read even if the file has shrunk since: the target holds it, and the next bytes have to come behind it.
 int64_t BinaryStream::Remaining() {
     struct stat status = {};

@@ -7,9 +7,10 @@
 #include <string>
 #include <string_view>
 
-// An open file, read or written from its beginning to its end. Used by one thread at a time; closes itself when the
-// last reference goes. Failures are not reported: what can't be read counts as the end of the file, what can't be
-// written is missing from it.
+// An open file with one position, read or written from its beginning to its end.
+//
+// Failures are not reported. A read that fails is the end of the file. What can't be written is missing from it. Used
+// by one thread at a time. Closes itself when the last reference goes.
 class BinaryStream : public Object {
 public:
     // Takes over an open descriptor of a plain file.
@@ -21,15 +22,15 @@ public:
     // Writes all bytes at the current position.
     void Write(std::string_view data);
 
-    // Moves up to `count` bytes of `source` here: what Write(source.Read(count)) does, but without holding the block in
-    // memory, and without copying it at all where the file system can share blocks between files. A write that fails
-    // leaves the source advanced by the block all the same. `more` says how many further bytes will follow by such
-    // calls: larger pieces are cheaper to share, and to find room for.
+    // Moves up to `count` bytes from `source` to here, as Write(source.Read(count)) would, but holds no block in
+    // memory. Where the file system has reflinks no byte is copied. A write that fails advances the source by the block
+    // all the same. `more` says how many bytes will follow by further calls: cloning and preallocation are cheaper in
+    // large pieces.
     void WriteFrom(BinaryStream& source, int32_t count, int64_t more = 0);
 
-    // To be called before WriteFrom takes this as its source. Sharing blocks wants them on the disk: what is not there
-    // yet is written out, in small steps until `stop` is set. (Left to the sharing it would be one step, on btrfs for
-    // the whole file at the first piece.) After a stop the file is copied.
+    // Called on a source before its first WriteFrom. A reflink needs the source's blocks on the disk: this writes out
+    // what is not there yet, in small steps, until `stop` is set. After a stop the file is copied and not cloned. (Left
+    // to the reflink it would be one step, on btrfs for the whole file at once.)
     void PrepareToClone(const std::atomic<bool>& stop);
 
     // True when all bytes have been read; for an empty file at once. (Plain EOF is a macro of the C library.)
@@ -49,8 +50,8 @@ protected:
     void BeginToWriteOut() const;
 
 private:
-    // How bytes get from a stream to another. Sharing is tried first and, once the system declines it, left for the way
-    // that suits the target; delegating is left for copying in the same manner.
+    // How bytes get from one stream to another. Each source begins with Clone (FICLONERANGE, a reflink). When the
+    // system declines, the method that suits the target follows. KernelCopy (copy_file_range) falls back to Copy.
     enum class CopyMethod { Clone, KernelCopy, Copy, CopyPreallocated };
 
     static CopyMethod CopyMethodFor(int descriptor);
@@ -68,9 +69,9 @@ private:
 
     int descriptor_;
     int64_t position_ = 0;             // bytes read or written so far
-    int64_t preallocatedUntil_ = 0;    // of a target: the position up to which the file system has been asked for room
-    int64_t cloned_ = 0;               // of a source: bytes behind the position that the file written to shares already
-    WeakRef<BinaryStream> clonedInto_; // of a source: that file
+    int64_t preallocatedUntil_ = 0;    // of a target: the position up to which its blocks are allocated
+    int64_t cloned_ = 0;               // of a source: bytes behind the position that the target has cloned already
+    WeakRef<BinaryStream> clonedInto_; // of a source: that target
     bool ended_ = false;               // a read failed or came back empty
     bool failed_ = false;              // a write did, or the closing of what was written
     CopyMethod copyMethod_ = CopyMethod::Clone; // of a source
