@@ -8,7 +8,6 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QClipboard>
 #include <QComboBox>
 #include <QInputMethodEvent>
 #include <QLineEdit>
@@ -99,7 +98,7 @@ TEST_F(CutDialogTest, AHeldKeyRepeatsInTheTextThatItWasPressedInOnly) {
     winAbout::Instance()->Close();
 }
 
-TEST_F(CutDialogTest, TheFieldFiltersAnInputMethodAndTakesPastedText) {
+TEST_F(CutDialogTest, TheFieldFiltersAnInputMethodAndOpensItsListByAKey) {
     const Ref<winCut> dialog = winCut::Instance();
     QComboBox* const box = &FocusedField(*dialog);
     box->lineEdit()->deselect();
@@ -112,9 +111,7 @@ TEST_F(CutDialogTest, TheFieldFiltersAnInputMethodAndTakesPastedText) {
     delivered.setCommitString(QStringLiteral("1x"));
     QApplication::sendEvent(box, &delivered);
     EXPECT_EQ(cursor(), before) << "what was refused is no longer shown";
-    QApplication::clipboard()->setText(QStringLiteral("1.44"));
-    QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(dialog->comPartSize()->Text(), "1001.44");
+    EXPECT_EQ(dialog->comPartSize()->Text(), "100");
     QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
     EXPECT_TRUE(box->view()->isVisible());
     QTest::keyClick(box->view(), Qt::Key_Up);

@@ -186,7 +186,6 @@ TEST_F(MainWindow, CommandsGoToTheWindowInFrontAndToItsField) {
     auto* const box = dialog->Native().widget->findChild<QComboBox*>();
     EXPECT_TRUE(WaitUntil([box] { return QApplication::focusWidget() == box; }));
     EXPECT_FALSE(FileGlueFiles()->Enabled() || FileQuit()->Enabled());
-    QApplication::clipboard()->clear();
     const std::pair<Ref<MenuItem>, const char*> edits[] = {{EditCopy(), "100/100/100"},
                                                            {EditCut(), "//100"},
                                                            {EditPaste(), "100//100"},
