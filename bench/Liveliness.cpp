@@ -26,7 +26,7 @@ class Pulse : public Timer {
 public:
     Pulse() {
         SetPeriod(1);
-        SetMode(2);
+        SetMode(TimerMode::Repeating);
     }
 
     std::vector<double> gaps; // milliseconds

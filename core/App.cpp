@@ -24,9 +24,6 @@
 
 namespace {
 
-constexpr int32_t kNoteIcon = 0;
-constexpr int32_t kErrorIcon = 2;
-
 const Immortal<Ref<App>> instance;
 
 } // namespace
@@ -140,7 +137,7 @@ void App::Error(const std::string& text) {
     const auto dialog = New<MessageDialog>();
     Beep();
     dialog->Title = "Ombrivel";
-    dialog->Icon = kErrorIcon;
+    dialog->Icon = DialogIcon::Error;
     dialog->ActionButton->Caption = Multilingual::GetString("ButtonOK");
     dialog->Message = Multilingual::GetString("AppErrorMessage");
     dialog->Explanation = text;
@@ -160,7 +157,7 @@ bool App::HelpAbout_Action() {
 // The program has no help to open.
 bool App::HelpHelp_Action() {
     const auto dialog = New<MessageDialog>();
-    dialog->Icon = kNoteIcon;
+    dialog->Icon = DialogIcon::Note;
     dialog->ActionButton->Caption = Multilingual::GetString("ButtonOK");
     dialog->Message = Multilingual::GetString("AppNoHelpMessage");
     dialog->Explanation = Multilingual::GetString("AppNoHelpMessageExplanation");

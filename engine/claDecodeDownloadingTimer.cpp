@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr int32_t kOff = 0;
-constexpr int32_t kRepeating = 2;
 constexpr int32_t kEverySecond = 1000;
 
 } // namespace
@@ -14,13 +12,13 @@ constexpr int32_t kEverySecond = 1000;
 claDecodeDownloadingTimer::claDecodeDownloadingTimer(const Ref<Thread>& parent, const Ref<FolderItem>& folder,
                                                      const std::string& fileName)
     : Parent(parent), FileName(fileName), Folder(folder) {
-    SetMode(kRepeating);
+    SetMode(TimerMode::Repeating);
     SetPeriod(kEverySecond);
 }
 
 void claDecodeDownloadingTimer::Event_Action() {
     if (!Folder->Child(FileName)->Exists())
         return;
-    SetMode(kOff);
+    SetMode(TimerMode::Off);
     Parent->Resume();
 }

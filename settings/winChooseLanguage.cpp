@@ -14,8 +14,8 @@ Ref<winChooseLanguage> winChooseLanguage::Instance() {
 WindowLayout winChooseLanguage::Layout() {
     return {.Width = 399,
             .Height = 277,
-            .Placement = 0,
-            .Frame = 1,
+            .Placement = WindowPlacement::Default,
+            .Frame = WindowFrame::Modal,
             .Title = "Ombrivel",
             .Resizeable = false,
             .MinimizeButton = false};

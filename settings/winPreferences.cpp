@@ -12,7 +12,12 @@ Ref<winPreferences> winPreferences::Instance() {
 }
 
 WindowLayout winPreferences::Layout() {
-    return {.Width = 529, .Height = 206, .Placement = 4, .Frame = 0, .Resizeable = false, .MinimizeButton = false};
+    return {.Width = 529,
+            .Height = 206,
+            .Placement = WindowPlacement::Stagger,
+            .Frame = WindowFrame::Document,
+            .Resizeable = false,
+            .MinimizeButton = false};
 }
 
 void winPreferences::CreateControls() {

@@ -12,7 +12,6 @@ namespace {
 constexpr const char* kGlue = "Glue";
 constexpr const char* kCut = "Cut";
 constexpr const char* kVendor = "Halvrick";
-constexpr int32_t kFlexibleSpace = 6;
 
 Ref<ToolButton> Button(const std::string& name, const std::string& caption, const Ref<Picture>& icon) {
     const auto button = New<ToolButton>();
@@ -28,7 +27,7 @@ void claToolbar::Event_Open() {
     Append(Button(kGlue, Multilingual::GetString("MainGlueFiles"), picIconGlue()));
     Append(Button(kCut, Multilingual::GetString("MainCutFile"), picIconCut()));
     const auto space = New<ToolButton>();
-    space->Style = kFlexibleSpace;
+    space->Style = ToolStyle::FlexibleSpace;
     Append(space);
     Append(Button(kVendor, "Halvrick", picIconUrl()));
 }

@@ -9,18 +9,17 @@
 #include "ui/Pictures.h"
 #include "ui/claStaticTextLink.h"
 
-namespace {
-
-constexpr int32_t kCentre = 1;
-
-} // namespace
-
 Ref<winAbout> winAbout::Instance() {
     return SingleWindow<winAbout>();
 }
 
 WindowLayout winAbout::Layout() {
-    return {.Width = 349, .Height = 262, .Placement = 2, .Frame = 11, .Resizeable = false, .MinimizeButton = false};
+    return {.Width = 349,
+            .Height = 262,
+            .Placement = WindowPlacement::CentreOfScreen,
+            .Frame = WindowFrame::Dialog,
+            .Resizeable = false,
+            .MinimizeButton = false};
 }
 
 void winAbout::CreateControls() {
@@ -30,7 +29,7 @@ void winAbout::CreateControls() {
     Canvas1_ = Add(icon, {.Left = 114, .Top = 14, .Width = 120, .Height = 120, .TabIndex = 0});
 
     const auto name = New<Label>();
-    name->TextAlign = kCentre;
+    name->TextAlign = TextAlignment::Centre;
     name->Bold = true;
     name->SetText("Ombrivel");
     staName_ = Add(name, {.Left = 20, .Top = 143, .Width = 309, .Height = 20, .TabIndex = 1});
@@ -42,7 +41,7 @@ void winAbout::CreateControls() {
 
     // Over the lower part of the text, which leaves it free.
     const auto link = New<claStaticTextLink>();
-    link->TextAlign = kCentre;
+    link->TextAlign = TextAlignment::Centre;
     link->TextFont = "SmallSystem";
     link->Underline = true;
     link->SetTextColor(claStaticTextLink::kResting);

@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr int32_t kLeft = 0, kCentre = 1, kRight = 2;
-
 double Megabytes(int32_t bytes) {
     return double(bytes) / 1024.0 / 1024.0;
 }
@@ -23,7 +21,11 @@ Ref<winCut> winCut::Instance() {
 }
 
 WindowLayout winCut::Layout() {
-    return {.Width = 399, .Height = 182, .Placement = 0, .Frame = 8, .Resizeable = false};
+    return {.Width = 399,
+            .Height = 182,
+            .Placement = WindowPlacement::Default,
+            .Frame = WindowFrame::ModalSheet,
+            .Resizeable = false};
 }
 
 void winCut::CreateControls() {
@@ -35,16 +37,17 @@ void winCut::CreateControls() {
     comPartSize_->TextChanged = [this] { comPartSize_TextChanged(); };
     comPartSize_->KeyDown = [this](const std::string& key) { return comPartSize_KeyDown(key); };
 
-    StaticText1_ = AddLabel({.Left = 20, .Top = 14, .Width = 359, .Height = 20, .TabIndex = 1}, kCentre,
+    StaticText1_ = AddLabel({.Left = 20, .Top = 14, .Width = 359, .Height = 20, .TabIndex = 1}, TextAlignment::Centre,
                             &winCut::StaticText1_Open, true);
-    StaticText2_ =
-        AddLabel({.Left = 20, .Top = 46, .Width = 136, .Height = 20, .TabIndex = 2}, kLeft, &winCut::StaticText2_Open);
-    StaticText3_ =
-        AddLabel({.Left = 20, .Top = 110, .Width = 171, .Height = 20, .TabIndex = 3}, kLeft, &winCut::StaticText3_Open);
-    staFileSize_ = AddLabel({.Left = 254, .Top = 110, .Width = 125, .Height = 20, .TabIndex = 4}, kRight);
-    staPartAmount_ = AddLabel({.Left = 254, .Top = 78, .Width = 125, .Height = 20, .TabIndex = 5}, kRight);
-    StaticText6_ =
-        AddLabel({.Left = 20, .Top = 78, .Width = 171, .Height = 20, .TabIndex = 6}, kLeft, &winCut::StaticText6_Open);
+    StaticText2_ = AddLabel({.Left = 20, .Top = 46, .Width = 136, .Height = 20, .TabIndex = 2}, TextAlignment::Left,
+                            &winCut::StaticText2_Open);
+    StaticText3_ = AddLabel({.Left = 20, .Top = 110, .Width = 171, .Height = 20, .TabIndex = 3}, TextAlignment::Left,
+                            &winCut::StaticText3_Open);
+    staFileSize_ = AddLabel({.Left = 254, .Top = 110, .Width = 125, .Height = 20, .TabIndex = 4}, TextAlignment::Right);
+    staPartAmount_ =
+        AddLabel({.Left = 254, .Top = 78, .Width = 125, .Height = 20, .TabIndex = 5}, TextAlignment::Right);
+    StaticText6_ = AddLabel({.Left = 20, .Top = 78, .Width = 171, .Height = 20, .TabIndex = 6}, TextAlignment::Left,
+                            &winCut::StaticText6_Open);
 
     const auto ok = New<claDialogButton>();
     ok->Default = true;
@@ -54,7 +57,7 @@ void winCut::CreateControls() {
     pusCancel_ = Add(cancel, {.Left = 158, .Top = 142, .Width = 107, .Height = 20, .TabIndex = 9});
 }
 
-Ref<Label> winCut::AddLabel(const ControlLayout& layout, int32_t align, void (winCut::*open)(), bool bold) {
+Ref<Label> winCut::AddLabel(const ControlLayout& layout, TextAlignment align, void (winCut::*open)(), bool bold) {
     const auto label = New<Label>(); // in the desktop's colour: black would vanish on a dark desktop
     label->TextAlign = align;
     label->Bold = bold;

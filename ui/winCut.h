@@ -38,7 +38,7 @@ protected:
     void Event_ChangeButtonCaption() override;
 
 private:
-    Ref<Label> AddLabel(const ControlLayout& layout, int32_t align, void (winCut::*open)() = nullptr,
+    Ref<Label> AddLabel(const ControlLayout& layout, TextAlignment align, void (winCut::*open)() = nullptr,
                         bool bold = false);
     void comPartSize_TextChanged();
     bool comPartSize_KeyDown(const std::string& key);

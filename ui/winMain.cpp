@@ -22,9 +22,6 @@
 
 namespace {
 
-constexpr int32_t kWarningIcon = 1;
-constexpr int32_t kCentre = 1;
-
 // Stretched sideways only.
 void DrawStrip(Graphics& graphics, int32_t top, int32_t width) {
     const Ref<Picture> strip = picBack();
@@ -42,7 +39,7 @@ WindowLayout winMain::Layout() {
             .Height = 302,
             .MinWidth = 300,
             .MinHeight = 200,
-            .Placement = 2,
+            .Placement = WindowPlacement::CentreOfScreen,
             .Title = "Ombrivel",
             .HasBackColor = true,
             .BackColor = 0xFFFFFF,
@@ -91,7 +88,7 @@ void winMain::CreateControls() {
     proBar_->SetAccessibleName(Title());
 
     const auto status = New<Label>();
-    status->TextAlign = kCentre;
+    status->TextAlign = TextAlignment::Centre;
     status->TextFont = "SmallSystem";
     status->SetTextColor(0x000000); // the strip beneath is light on every desktop
     staStatus_ = Add(status, {.Left = 65,
@@ -193,7 +190,7 @@ bool winMain::Event_CancelClose(bool) {
 
 bool winMain::ConfirmsQuit() {
     const auto dialog = New<MessageDialog>();
-    dialog->Icon = kWarningIcon;
+    dialog->Icon = DialogIcon::Warning;
     dialog->ActionButton->Caption = Multilingual::GetString("ButtonQuit");
     dialog->CancelButton->Visible = true;
     dialog->CancelButton->Caption = Multilingual::GetString("ButtonCancel");

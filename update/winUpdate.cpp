@@ -30,8 +30,8 @@ Ref<winUpdate> winUpdate::Instance() {
 WindowLayout winUpdate::Layout() {
     return {.Width = 497,
             .Height = 217,
-            .Placement = 2,
-            .Frame = 1,
+            .Placement = WindowPlacement::CentreOfScreen,
+            .Frame = WindowFrame::Modal,
             .CloseButton = false,
             .Resizeable = false,
             .MinimizeButton = false};

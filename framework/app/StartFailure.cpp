@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr int32_t kErrorIcon = 2;
-
 // What Qt has told.
 struct Notice {
     bool ofDisplay; // it comes from the connection to the display
@@ -64,7 +62,7 @@ void FailStart(const std::string& reason) {
         for (QWidget* const unfinished : QApplication::topLevelWidgets())
             unfinished->hide();
         const auto dialog = New<MessageDialog>();
-        dialog->Icon = kErrorIcon;
+        dialog->Icon = DialogIcon::Error;
         dialog->ActionButton->Caption = "OK"; // no language has been read
         dialog->Message = QApplication::applicationName().toStdString() + " could not start.";
         dialog->Explanation = reason;

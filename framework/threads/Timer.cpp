@@ -41,8 +41,8 @@ Timer::~Timer() {
     PostToMainThread([clock = std::shared_ptr<Clock>(std::move(clock_))] {});
 }
 
-void Timer::SetMode(int32_t mode) {
-    if (mode == 0)
+void Timer::SetMode(TimerMode mode) {
+    if (mode == TimerMode::Off)
         clock_->ticker.stop();
     else
         clock_->ticker.start();

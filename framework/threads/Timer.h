@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 
+enum class TimerMode { Off = 0, Repeating = 2 };
+
 // Fires on the main thread while any reference holds it. Made and set on the main thread; the last reference may go on
 // any thread.
 class Timer : public Object {
@@ -12,7 +14,7 @@ public:
     Timer();
     ~Timer() override;
 
-    void SetMode(int32_t mode); // 0 off, 2 fires again and again
+    void SetMode(TimerMode mode);
     void SetPeriod(int32_t milliseconds);
 
 protected:

@@ -12,6 +12,9 @@ class Control;
 class Window;
 struct NativeControl; // Qt's side, known to the framework's sources only
 
+// How a text stands between its left and right edge.
+enum class TextAlignment { Left = 0, Centre = 1, Right = 2 };
+
 // Place of a control in its window, and what it does when the window's size changes.
 struct ControlLayout {
     int32_t Left = 0, Top = 0, Width = 0, Height = 0; // pixels, in the window's coordinates

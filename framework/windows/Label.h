@@ -11,7 +11,7 @@
 class Label : public Control {
 public:
     // Set before the window makes the control.
-    int32_t TextAlign = 0; // 0 left, 1 centre, 2 right
+    TextAlignment TextAlign = TextAlignment::Left;
     bool Bold = false;
     bool Underline = false;
     bool Multiline = false;

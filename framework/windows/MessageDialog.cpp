@@ -29,11 +29,11 @@ struct Sign {
     QString letter;
 };
 
-Sign SignOf(int32_t icon) {
+Sign SignOf(DialogIcon icon) {
     switch (icon) {
-    case 1:
+    case DialogIcon::Warning:
         return {"dialog-warning", QColor(0xE8, 0x8A, 0x1A), QStringLiteral("!")};
-    case 2:
+    case DialogIcon::Error:
         return {"dialog-error", QColor(0xD6, 0x3C, 0x3C), QStringLiteral("\u00D7")};
     default:
         return {"dialog-information", QColor(0x14, 0x8A, 0x92), QStringLiteral("i")};
@@ -59,7 +59,7 @@ QPixmap DrawSign(const Sign& sign, double density) {
     return pixmap;
 }
 
-QPixmap SignPicture(int32_t icon, double density) {
+QPixmap SignPicture(DialogIcon icon, double density) {
     const Sign sign = SignOf(icon);
     const QIcon ofDesktop = QIcon::fromTheme(QLatin1String(sign.themeName));
     return ofDesktop.isNull() ? DrawSign(sign, density) : ofDesktop.pixmap(QSize(kIconSize, kIconSize), density);

@@ -13,13 +13,15 @@ public:
     bool Visible = true;
 };
 
+enum class DialogIcon { Note = 0, Warning = 1, Error = 2 };
+
 // A short message with one or two buttons, which waits for the user. Main thread.
 class MessageDialog : public Object {
 public:
     MessageDialog();
 
     std::string Title; // empty: the name of the program
-    int32_t Icon = 0;  // 0 a note, 1 a warning, 2 an error
+    DialogIcon Icon = DialogIcon::Note;
     std::string Message;
     std::string Explanation;
     const Ref<MessageDialogButton> ActionButton;

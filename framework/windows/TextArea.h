@@ -19,7 +19,7 @@ public:
     bool HideSelection = true; // while the focus is elsewhere
     bool AcceptTabs = false;   // else Tab leaves the area
     bool UseFocusRing = true;
-    int32_t Alignment = 0;           // 0 left, 1 centre, 2 right
+    TextAlignment Alignment = TextAlignment::Left;
     std::string TextFont = "System"; // or "SmallSystem"
 
     std::string Text() const;

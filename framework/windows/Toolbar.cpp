@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr int32_t kFlexibleSpace = 6;
 constexpr int kIconSize = 32;
 
 } // namespace
@@ -29,7 +28,7 @@ void Toolbar::MakeWidget(NativeControl& native) {
 
 void Toolbar::Append(const Ref<ToolButton>& item) {
     auto* const bar = static_cast<QToolBar*>(Native()->widget.data());
-    if (item->Style == kFlexibleSpace) {
+    if (item->Style == ToolStyle::FlexibleSpace) {
         auto* const gap = new QWidget(bar);
         gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
         bar->addWidget(gap);

@@ -13,10 +13,14 @@ public:
     std::string Caption;
 };
 
+enum class ToolStyle {
+    Button = 0,
+    FlexibleSpace = 6, // takes all the room left, so that what follows stands at the far end
+};
+
 class ToolButton : public ToolItem {
 public:
-    // 0 an ordinary button; 6 a gap that takes all the room left, so that what follows stands at the far end.
-    int32_t Style = 0;
+    ToolStyle Style = ToolStyle::Button;
     Ref<Picture> Icon; // nil for none
 };
 

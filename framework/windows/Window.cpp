@@ -25,20 +25,15 @@
 
 namespace {
 
-constexpr int32_t kModalFrame = 1;
-constexpr int32_t kAttachedFrame = 8;
-constexpr int32_t kDialogFrame = 11;
-constexpr int32_t kMiddleOfScreen = 2;
-constexpr int32_t kStaggered = 4;
 constexpr int kStagger = 32;
 constexpr std::string_view kNoTitle = " "; // for an empty one Qt puts the program's name into the frame
 
 bool IsModal(const WindowLayout& layout) {
-    return layout.Frame == kModalFrame || layout.Frame == kAttachedFrame;
+    return layout.Frame == WindowFrame::Modal || layout.Frame == WindowFrame::ModalSheet;
 }
 
 Qt::WindowFlags FlagsOf(const WindowLayout& layout) {
-    const bool dialog = IsModal(layout) || layout.Frame == kDialogFrame;
+    const bool dialog = IsModal(layout) || layout.Frame == WindowFrame::Dialog;
     Qt::WindowFlags flags = dialog ? Qt::Dialog : Qt::Window;
     flags |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
     flags.setFlag(Qt::WindowCloseButtonHint, layout.CloseButton);
@@ -187,9 +182,9 @@ void Window::Show() {
     native_->widget->ensurePolished();
     if (!layout_.Resizeable)
         native_->widget->adjustSize();
-    if (layout_.Placement == kMiddleOfScreen)
+    if (layout_.Placement == WindowPlacement::CentreOfScreen)
         CentreOn(*native_->widget, native_->widget->screen()->availableGeometry());
-    else if (layout_.Placement == kStaggered && QApplication::activeWindow() != nullptr)
+    else if (layout_.Placement == WindowPlacement::Stagger && QApplication::activeWindow() != nullptr)
         StepDownFrom(*QApplication::activeWindow(), *native_->widget);
     native_->widget->show();
 }

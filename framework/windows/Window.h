@@ -14,13 +14,25 @@ struct NativeWindow;
 template <class W>
 Ref<W> SingleWindow();
 
+enum class WindowPlacement {
+    Default = 0, // as the desktop likes
+    CentreOfScreen = 2,
+    Stagger = 4, // a step down from the window in front, yet on its screen
+};
+
+enum class WindowFrame {
+    Document = 0,
+    Modal = 1,
+    ModalSheet = 8, // attached to a parent
+    Dialog = 11,
+};
+
 // What a window is at its making.
 struct WindowLayout {
     int32_t Width = 400, Height = 300; // of the content, in pixels; a toolbar adds to it
     int32_t MinWidth = 64, MinHeight = 64, MaxWidth = 32000, MaxHeight = 32000;
-    int32_t Placement = 0; // 0 as the desktop likes, 2 the middle of the main screen,
-                           // 4 a step down from the window in front, yet on its screen
-    int32_t Frame = 0;     // 0 document window, 1 modal dialog, 8 modal dialog attached to a parent, 11 dialog
+    WindowPlacement Placement = WindowPlacement::Default;
+    WindowFrame Frame = WindowFrame::Document;
     std::string Title{};
     bool HasBackColor = false;
     uint32_t BackColor = 0xFFFFFF;

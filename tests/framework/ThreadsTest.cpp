@@ -77,7 +77,7 @@ TEST(Threads, ATimerFiresWhileItIsHeldWhateverFails) {
     testing::internal::CaptureStderr();
     auto timer = New<CountingTimer>();
     timer->SetPeriod(2);
-    timer->SetMode(2);
+    timer->SetMode(TimerMode::Repeating);
     EXPECT_TRUE(WaitUntil([] { return CountingTimer::count >= 4; }));
     New<Worker>([held = std::move(timer)](Worker&) { Ref<Worker>()->Resume(); })->Run(); // its last reference
     EXPECT_TRUE(WaitForWorkers());
