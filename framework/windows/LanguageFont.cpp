@@ -33,9 +33,12 @@ bool SharesCharacters(const QLocale& language) {
     }
 }
 
+// The first of those it is set to: the fonts of the others come behind.
 bool IsSystemLanguage(const FcChar8* language) {
     const std::unique_ptr<FcStrSet, decltype(&FcStrSetDestroy)> languages(FcGetDefaultLangs(), FcStrSetDestroy);
-    return FcStrSetMember(languages.get(), language) == FcTrue;
+    const std::unique_ptr<FcStrList, decltype(&FcStrListDone)> list(FcStrListCreate(languages.get()), FcStrListDone);
+    const FcChar8* const first = FcStrListNext(list.get());
+    return first != nullptr && FcStrCmp(first, language) == 0;
 }
 
 // The family that a system set to that language takes.
