@@ -119,7 +119,7 @@ void claDecodeThread::WaitForDownload(const std::string& name) {
 void claDecodeThread::Append(const Ref<FolderItem>& part) {
     const Ref<BinaryStream> stream = part->OpenAsBinaryFile(false);
     Info->SetStatus("MainStatusAddingPart", FileCount);
-    stream->PrepareToClone(Stop);
+    stream->PrepareToClone(StreamOut->Position(), Stop);
     while (!stream->AtEOF()) {
         StreamOut->WriteFrom(*stream, kTransferBlock, kWholePart);
         ProgressStep(*Info->Bar);

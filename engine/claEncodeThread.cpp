@@ -33,7 +33,7 @@ Ref<BinaryStream> CreatePart(const FolderItem& file) {
 void claEncodeThread::Event_RunThread() {
     auto reservation = std::move(Reservation); // whatever ends this body ends it too
     const Ref<claFilePerformInfo> info = AddRow();
-    StreamIn->PrepareToClone(Stop);
+    StreamIn->PrepareToClone(PartSize, Stop);
     Ref<BinaryStream> part;
     int32_t counter = 0;
     do {

@@ -54,10 +54,16 @@ void AdaptCloneSize(int64_t size, std::chrono::steady_clock::duration took) {
         cloneSize = std::min(size * 2, kMaxClone);
 }
 
-// 0 where that can't be told.
-unsigned long FileSystemOf(int descriptor) {
+struct FileSystem {
+    unsigned long type = 0; // where that can't be told
+    int64_t blockSize = 1;
+};
+
+FileSystem FileSystemOf(int descriptor) {
     struct statfs status = {};
-    return fstatfs(descriptor, &status) == 0 ? static_cast<unsigned long>(status.f_type) : 0;
+    if (fstatfs(descriptor, &status) != 0)
+        return {};
+    return {static_cast<unsigned long>(status.f_type), status.f_bsize};
 }
 
 template <class Call>
@@ -97,7 +103,7 @@ void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) 
 // The method for what can't be cloned, by the target's file system. On the local ones named here a buffer costs less
 // than copy_file_range.
 BinaryStream::CopyMethod BinaryStream::CopyMethodFor(int descriptor) {
-    switch (FileSystemOf(descriptor)) {
+    switch (FileSystemOf(descriptor).type) {
     case EXT4_SUPER_MAGIC:
         return CopyMethod::CopyPreallocated;
     case TMPFS_MAGIC:
@@ -109,13 +115,14 @@ BinaryStream::CopyMethod BinaryStream::CopyMethodFor(int descriptor) {
     }
 }
 
-void BinaryStream::PrepareToClone(const std::atomic<bool>& stop) {
-    const unsigned long fileSystem = FileSystemOf(descriptor_);
-    if (fileSystem != BTRFS_SUPER_MAGIC && fileSystem != XFS_SUPER_MAGIC)
+void BinaryStream::PrepareToClone(int64_t shift, const std::atomic<bool>& stop) {
+    const FileSystem fileSystem = FileSystemOf(descriptor_);
+    if (fileSystem.type != BTRFS_SUPER_MAGIC && fileSystem.type != XFS_SUPER_MAGIC)
         return;
+    const bool canShare = shift % fileSystem.blockSize == 0;
     const int64_t end = position_ + Remaining();
     int64_t at = position_;
-    for (; at < end && !stop; at += kFlushStep)
+    for (; canShare && at < end && !stop; at += kFlushStep)
         std::ignore = sync_file_range(descriptor_, at, kFlushStep,
                                       SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
     if (at < end)

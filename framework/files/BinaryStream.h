@@ -30,8 +30,12 @@ public:
 
     // Called on a source before its first WriteFrom. A reflink needs the source's blocks on the disk: this writes out
     // what is not there yet, in small steps, until `stop` is set. After a stop the file is copied and not cloned. (Left
-    // to the reflink it would be one step, on btrfs for the whole file at once.)
-    void PrepareToClone(const std::atomic<bool>& stop);
+    // to the reflink it would be one step, on btrfs for the whole file at once.) `shift` is the distance between the
+    // bytes' places in source and target; where it is not a multiple of the file system's blocks, nothing can be cloned
+    // and nothing is written out.
+    void PrepareToClone(int64_t shift, const std::atomic<bool>& stop);
+    // Bytes read or written so far.
+    int64_t Position() const { return position_; }
 
     // True when all bytes have been read; for an empty file at once. (Plain EOF is a macro of the C library.)
     bool AtEOF();
