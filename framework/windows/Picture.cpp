@@ -79,6 +79,10 @@ public:
         painter->drawPixmap(rect, scaledPixmap(rect.size() * density, mode, state, density));
     }
 
+    QSize actualSize(const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/) override {
+        return QSize(picture_->Width(), picture_->Height()).scaled(size, Qt::KeepAspectRatio);
+    }
+
     QList<QSize> availableSizes(QIcon::Mode /*mode*/, QIcon::State /*state*/) override {
         return {QSize(picture_->Width(), picture_->Height())};
     }
