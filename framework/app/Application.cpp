@@ -26,6 +26,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QSocketNotifier>
+#include <QThreadPool>
 #include <QTranslator>
 
 #include <fontconfig/fontconfig.h>
@@ -100,6 +101,15 @@ public:
 private:
     std::function<void()> call_;
 };
+
+// The toolkit gives parts of its work on pictures to threads and waits for them: for ever, where the system has none to
+// give. So one is there from the start, and stays, and there is never another.
+void KeepThreadForPainting() {
+    QThreadPool& threads = *QThreadPool::globalInstance();
+    threads.setMaxThreadCount(1);
+    threads.setExpiryTimeout(-1);
+    threads.start([] {});
+}
 
 void ListenToQueue() {
     MainThreadQueue& queue = MainThreadQueue::Instance();
@@ -214,6 +224,7 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
     ListenToEndSignals([] { SaveAndEnd(0); });
     ListenToQueue();
     IgnoreHeldKeys();
+    KeepThreadForPainting();
     Begin(paths, startup);
     QApplication::exec();
     SaveAndEnd(0);
