@@ -102,8 +102,8 @@ private:
     std::function<void()> call_;
 };
 
-// The toolkit gives parts of its work on pictures to threads and waits for them: for ever, where the system has none to
-// give. So one is there from the start, and stays, and there is never another.
+// Qt gives parts of its work on pictures to threads and waits for them: for ever, where the system has none to give. So
+// one is there from the start, and stays, and there is never another.
 void KeepThreadForPainting() {
     QThreadPool& threads = *QThreadPool::globalInstance();
     threads.setMaxThreadCount(1);
