@@ -19,7 +19,7 @@ void HTTPSocket::SetFormData(const Ref<Dictionary<std::string>>& form) {
 }
 
 std::string HTTPSocket::EncodeFormData(const Ref<Dictionary<std::string>>& form) const {
-    const Ref<Dictionary<std::string>> held = form; // whatever the events that are served do
+    const Ref<const Dictionary<std::string>> held = form; // whatever the events that are served do
     std::string text;
     for (int32_t i = 0; i < held->Count(); ++i) {
         const std::string& key = held->Key(i);
