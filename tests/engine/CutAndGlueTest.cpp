@@ -167,11 +167,12 @@ TEST_F(CutAndGlueTest, AStopIsHeededAfterTheBlockThatIsUnderWay) {
     folder.WriteSparse("film", 3 * kMegabyte);
     folder.WriteSparse("song.001", 3 * kMegabyte);
     folder.Write("text", "x");
-    onRow = [](claFilePerformInfo& row) { row.PerformThread->Stop = true; }; // before anything is done
-    Glue("disk.001");                                                        // does not even lie down
+    // Before anything is done. One would lie down to wait, one would make empty parts for ever, its size being nothing.
+    onRow = [](claFilePerformInfo& row) { row.PerformThread->Stop = true; };
+    Glue("disk.001");
     Cut("film", "2");
     Glue("song.001");
-    Cut("text", "1e-9"); // a size that comes to nothing: would make empty parts for ever
+    Cut("text", "1e-9");
     EXPECT_TRUE(WaitForWorkers());
     for (const Ref<claFilePerformInfo>& row : rows)
         EXPECT_EQ(row->Bar->Value(), row->Bar->Maximum() == 3 ? 1 : 0) << row->Name;

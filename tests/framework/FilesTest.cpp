@@ -186,7 +186,7 @@ TEST(Files, BytesMoveTheCheapestWayAndWithoutAGapThoughAFileShrinks) {
         whole->Write("end");
         whole->Close();
         const std::string bytes = ReadFile(mount.Point() + "/whole").substr(shares ? 0 : 1);
-        EXPECT_GE(bytes.size(), 4 * kBlock + next.size()) << kind;
+        EXPECT_GE(bytes.size(), std::size_t{4} * kBlock + next.size()) << kind;
         EXPECT_TRUE(bytes == first.substr(0, bytes.size() - next.size() - 3) + next + "end") << kind;
         struct stat status = {};
         EXPECT_EQ(stat((mount.Point() + "/whole").c_str(), &status), 0);

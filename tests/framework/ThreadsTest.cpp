@@ -1,6 +1,7 @@
 #include "framework/threads/MainThread.h"
 #include "framework/threads/Thread.h"
 #include "framework/threads/Timer.h"
+#include "framework/windows/CoalescedUpdate.h"
 #include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>
@@ -86,6 +87,27 @@ TEST(Threads, ATimerFiresWhileItIsHeldWhateverFails) {
     EXPECT_EQ(CountingTimer::count, 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "framework_tests: timer: nil object\nframework_tests: thread: nil object\n");
+}
+
+struct CountingUpdate : CoalescedUpdate {
+    int updates = 0;
+
+    void UpdateScreen() override { ++updates; }
+};
+
+TEST(Threads, AnUpdateComesOnceAnIntervalHoweverOftenOneAsksForIt) {
+    constexpr std::chrono::milliseconds kInterval(100);
+    const auto update = New<CountingUpdate>();
+    const auto begin = std::chrono::steady_clock::now();
+    New<Worker>([&](Worker&) {
+        do
+            update->RequestUpdate();
+        while (std::chrono::steady_clock::now() - begin < 3 * kInterval);
+    })->Run();
+    EXPECT_TRUE(WaitForWorkers());
+    EXPECT_TRUE(WaitUntil([&update] { return update->updates > 0; }));
+    // One at the beginning, and one for the main thread, whose own requests don't wait. A timer may be early by a bit.
+    EXPECT_LE(update->updates, (std::chrono::steady_clock::now() - begin) / (kInterval * 9 / 10) + 2);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "framework/app/Application.h"
 #include "framework/threads/MainThread.h"
 #include "framework/windows/Canvas.h"
 #include "framework/windows/Native.h"
@@ -13,6 +14,7 @@
 #include "update/winUpdate.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QPainter>
 #include <QProgressBar>
 #include <QScreen>
@@ -155,6 +157,34 @@ TEST(Windows, ATextAreaShowsStyledPiecesAndNoMoreThanPeopleRead) {
     EXPECT_LT((std::clock() - begin) / CLOCKS_PER_SEC, 5 * kSlowness);
     EXPECT_LT(window->txtMessage()->Text().size(), 1'000'000U);
     window->Close();
+}
+
+QImage Drawn(const QString& text, const QFont& font) {
+    QImage image(64, 64, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setFont(font);
+    painter.drawText(8, 48, text);
+    return image;
+}
+
+// Whether the desktop's own font has the characters or not. What was drawn before does not stand in the way.
+TEST(Windows, DrawCharactersAsTheLanguageSpokenWritesThem) {
+    const QString chinese = QStringLiteral("Noto Sans CJK SC");
+    const QString bone = QStringLiteral("\u9AA8"); // mirrored in Chinese
+    if (!QFontDatabase::hasFamily(chinese))
+        GTEST_SKIP() << "no font that has the character in several forms";
+    for (const char* const ofDesktop : {"Sans Serif", "Noto Sans CJK HK"}) {
+        QApplication::setFont(QFont(ofDesktop));
+        QFont expected = SystemFont(false, false);
+        expected.setFamily(chinese);
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_NE(Drawn(bone, SystemFont(false, false)), Drawn(bone, expected)) << ofDesktop;
+            Application::SpeakLanguage("zh_CN");
+            EXPECT_EQ(Drawn(bone, SystemFont(false, false)), Drawn(bone, expected)) << ofDesktop;
+            Application::SpeakLanguage("de");
+        }
+    }
 }
 
 } // namespace
