@@ -66,13 +66,9 @@ TEST_F(HTTPCredentialsTest, WrapWithinTheirHeaderWhereTheyAreLong) {
 }
 
 TEST_F(HTTPCredentialsTest, AnswerADigestChallengeInTheirOwnWay) {
-    // One line is one parameter, which swallows what follows, and a value without quotation marks loses its ends. Where
-    // there is no nonce, the last one serves again, counted as the first.
-    const std::array<std::string, 5> rows[] = {{"GET", R"(realm="cave", nonce="n1")", R"(cave", nonce="n1)", "", ""},
-                                               {"PUT", "nonce=xn2x", "", "n2", ""},
-                                               {"GET", R"(opaque="o")", "", "n2", R"(opaque="")"}};
     std::string last;
-    for (const auto& [method, challenge, realm, nonce, end] : rows) {
+    const auto check = [&](const std::string& method, const std::string& challenge, const std::string& realm,
+                           const std::string& nonce, const std::string& end) {
         const std::string header = ReplyTo("Digest " + challenge, method);
         EXPECT_EQ(askedFor, realm + " 1");
         const std::string own = Between(header, "cnonce=\"", "\"");
@@ -83,7 +79,12 @@ TEST_F(HTTPCredentialsTest, AnswerADigestChallengeInTheirOwnWay) {
         EXPECT_EQ(header, "Digest username=\"Aladdin\", realm=\"" + realm + "\", nonce=\"" + nonce + "\", uri=\"" +
                               url + "\", qop=auth, nc=00000001, cnonce=\"" + own + "\", response=\"" + response +
                               "\", " + end);
-    }
+    };
+    // One line is one parameter, which swallows what follows, and a value without quotation marks loses its ends. Where
+    // there is no nonce, the last one serves again, counted as the first.
+    check("GET", R"(realm="cave", nonce="n1")", R"(cave", nonce="n1)", "", "");
+    check("PUT", "nonce=xn2x", "", "n2", "");
+    check("GET", R"(opaque="o")", "", "n2", R"(opaque="")");
 }
 
 TEST_F(HTTPCredentialsTest, LeaveTheRefusalAsThePageWhereThereIsNoAnswer) {
