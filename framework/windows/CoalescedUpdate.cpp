@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-// Collects what wants to be updated and serves it once per frame.
+// Collects what wants to be updated and serves it once per interval.
 class CoalescedUpdateQueue {
 public:
     static CoalescedUpdateQueue& Instance() {
@@ -26,11 +26,19 @@ public:
             updates_.push_back(std::move(update));
             first = updates_.size() == 1;
         }
-        // What an event or a paint asks for should follow at once: a new row's bar, the stop button under the pointer.
-        if (IsMainThread())
-            PostToMainThread([this] { Serve(); });
-        else if (first)
+        if (first && !IsMainThread())
             PostToMainThread([this] { ServeAfterInterval(); });
+    }
+
+    // What an event or a paint asks for should follow at once, whether or not a worker has asked for the same
+    // meanwhile: a new row's bar, the stop button under the pointer. Main thread.
+    void ServeSoon() {
+        if (std::exchange(servesSoon_, true))
+            return;
+        PostToMainThread([this] {
+            servesSoon_ = false;
+            Serve();
+        });
     }
 
 private:
@@ -62,9 +70,12 @@ private:
     std::mutex mutex_;
     std::vector<Ref<CoalescedUpdate>> updates_;
     Clock::time_point servedLast_; // main thread
+    bool servesSoon_ = false;      // main thread
 };
 
 void CoalescedUpdate::RequestUpdate() {
     if (!requested_.exchange(true))
         CoalescedUpdateQueue::Instance().Add(Self(this));
+    if (IsMainThread())
+        CoalescedUpdateQueue::Instance().ServeSoon();
 }

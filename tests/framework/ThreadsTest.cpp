@@ -110,4 +110,18 @@ TEST(Threads, AnUpdateComesOnceAnIntervalHoweverOftenOneAsksForIt) {
     EXPECT_LE(update->updates, (std::chrono::steady_clock::now() - begin) / (kInterval * 9 / 10) + 2);
 }
 
+TEST(Threads, TheMainThreadsUpdateDoesNotWaitForAWorkersInterval) {
+    const auto update = New<CountingUpdate>();
+    for (int i = 1; i <= 2; ++i) {
+        New<Worker>([&](Worker&) { update->RequestUpdate(); })->Run();
+        EXPECT_TRUE(WaitForWorkers());
+        EXPECT_TRUE(i == 2 || WaitUntil([&update] { return update->updates == 1; }));
+    }
+    bool passed = false;
+    update->RequestUpdate();
+    PostToMainThread([&passed] { passed = true; });
+    EXPECT_TRUE(WaitUntil([&passed] { return passed; }));
+    EXPECT_EQ(update->updates, 2);
+}
+
 } // namespace
