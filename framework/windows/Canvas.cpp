@@ -126,6 +126,6 @@ void Canvas::MakeWidget(NativeControl& native) {
 }
 
 void Canvas::RepaintUnderneath() {
-    if (Native() != nullptr && Native()->widget)
-        Native()->widget->update();
+    if (QWidget* const canvas = WidgetOf(*this))
+        canvas->update();
 }

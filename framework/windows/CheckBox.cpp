@@ -7,13 +7,13 @@
 
 void CheckBox::SetCaption(const std::string& caption) {
     caption_ = caption;
-    if (Native() != nullptr && Native()->widget)
-        static_cast<QCheckBox*>(Native()->widget.data())->setText(ToCaption(caption));
+    if (auto* const box = WidgetOf<QCheckBox>(*this))
+        box->setText(ToCaption(caption));
 }
 
 void CheckBox::SetValue(bool value) {
-    if (Native() != nullptr && Native()->widget)
-        static_cast<QCheckBox*>(Native()->widget.data())->setChecked(value);
+    if (auto* const box = WidgetOf<QCheckBox>(*this))
+        box->setChecked(value);
     else
         value_ = value;
 }

@@ -106,14 +106,13 @@ private:
 };
 
 std::string ComboBox::Text() const {
-    return Native() != nullptr && Native()->widget
-               ? FromScreen(static_cast<QComboBox*>(Native()->widget.data())->currentText())
-               : std::string();
+    const auto* const box = WidgetOf<QComboBox>(*this);
+    return box == nullptr ? std::string() : FromScreen(box->currentText());
 }
 
 void ComboBox::SetText(const std::string& text) {
-    if (Native() != nullptr && Native()->widget)
-        static_cast<QComboBox*>(Native()->widget.data())->setEditText(ToScreen(text));
+    if (auto* const box = WidgetOf<QComboBox>(*this))
+        box->setEditText(ToScreen(text));
 }
 
 bool ComboBox::Rejects(const std::string& key) {

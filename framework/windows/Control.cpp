@@ -34,23 +34,24 @@ void Control::SetHeight(int32_t height) {
 
 void Control::SetEnabled(bool enabled) {
     enabled_ = enabled;
-    if (native_ && native_->widget)
-        native_->widget->setEnabled(enabled);
+    if (QWidget* const widget = WidgetOf(*this))
+        widget->setEnabled(enabled);
 }
 
 void Control::SetVisible(bool visible) {
     visible_ = visible;
-    if (!native_ || !native_->widget)
+    QWidget* const widget = WidgetOf(*this);
+    if (widget == nullptr)
         return;
     if (!visible)
-        native_->widget->clearFocus(); // which Qt would hand to the next control, for which no key is meant
-    native_->widget->setVisible(visible);
+        widget->clearFocus(); // which Qt would hand to the next control, for which no key is meant
+    widget->setVisible(visible);
 }
 
 void Control::SetAccessibleName(const std::string& name) {
     accessibleName_ = name;
-    if (native_ && native_->widget)
-        native_->widget->setAccessibleName(ToScreen(name));
+    if (QWidget* const widget = WidgetOf(*this))
+        widget->setAccessibleName(ToScreen(name));
 }
 
 Ref<Window> Control::Window() const {
@@ -67,9 +68,9 @@ void Control::Close() {
     if (!window.IsNil())
         window->Remove(Self(this));
     window_.reset();
-    if (native_ && native_->widget) {
-        native_->widget->hide();
-        DeleteLater(*native_->widget, Self(this));
+    if (QWidget* const widget = WidgetOf(*this)) {
+        widget->hide();
+        DeleteLater(*widget, Self(this));
     }
     native_.reset();
 }
@@ -81,8 +82,9 @@ void Control::Refresh(bool /*eraseBackground*/) {
 
 void Control::UpdateScreen() {
     ApplyPlace();
-    if (refresh_.exchange(false) && native_ && native_->widget)
-        native_->widget->update();
+    QWidget* const widget = WidgetOf(*this);
+    if (refresh_.exchange(false) && widget != nullptr)
+        widget->update();
 }
 
 void Control::Attach(::Window& window, const ControlLayout& layout) {
@@ -94,9 +96,9 @@ void Control::Attach(::Window& window, const ControlLayout& layout) {
     window_ = window.weak_from_this();
 
     native_ = std::make_unique<NativeControl>();
-    native_->parent = layout.Within == nullptr ? window.Native().content : layout.Within->native_->widget;
+    native_->parent = layout.Within == nullptr ? window.Native().content : WidgetOf(*layout.Within);
     MakeWidget(*native_);
-    native_->widget->setAccessibleName(ToScreen(accessibleName_));
+    SetAccessibleName(accessibleName_);
     SetEnabled(enabled_ && layout.Enabled);
     ApplyPlace();
     SetVisible(visible_ && layout.Visible);
@@ -111,13 +113,12 @@ void Control::WindowResized(int32_t byWidth, int32_t byHeight) {
 }
 
 void Control::ApplyPlace() {
-    if (!native_ || !native_->widget)
-        return;
+    QWidget* const widget = WidgetOf(*this);
     const QRect place(left_, top_, width_, height_);
-    if (native_->widget->geometry() == place)
+    if (widget == nullptr || widget->geometry() == place)
         return;
     RepaintBeneath();
-    native_->widget->setGeometry(place);
+    widget->setGeometry(place);
 }
 
 void Control::RepaintBeneath() {

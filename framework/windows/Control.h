@@ -34,7 +34,7 @@ public:
     Control();
     ~Control() override;
 
-    // Place and size now. They may be set from any thread, and reach the screen with the next frame.
+    // Place and size now. They may be set from any thread, and reach the screen with the next coalesced update.
     int32_t Left() const { return left_; }
     int32_t Top() const { return top_; }
     int32_t Width() const { return width_; }
@@ -65,6 +65,9 @@ public:
     std::function<void()> Open;
     virtual void Event_Open();
 
+    // Qt's side; nil before the window has made the control and after Close. WidgetOf reads it.
+    NativeControl* Native() const { return native_.get(); }
+
 protected:
     // Makes native.widget as a child of native.parent, with the properties set so far, and connects its events.
     virtual void MakeWidget(NativeControl& native) = 0;
@@ -76,9 +79,6 @@ protected:
     void RepaintBeneath();
     // A control above has moved, changed or gone.
     virtual void RepaintUnderneath() {}
-
-    // Nil before the window has made the control and after Close.
-    NativeControl* Native() const { return native_.get(); }
 
 private:
     friend class ::Window;

@@ -99,16 +99,17 @@ void Label::SetTextColor(uint32_t color) {
 }
 
 void Label::ApplyColor() {
-    if (!textColor_ || Native() == nullptr || !Native()->widget)
+    QWidget* const label = WidgetOf(*this);
+    if (!textColor_ || label == nullptr)
         return;
-    QPalette palette = Native()->widget->palette();
+    QPalette palette = label->palette();
     palette.setColor(QPalette::WindowText, QColor(QRgb(*textColor_)));
-    Native()->widget->setPalette(palette);
+    label->setPalette(palette);
 }
 
 void Label::SetFingerPointer() {
-    if (Native() != nullptr && Native()->widget)
-        Native()->widget->setCursor(Qt::PointingHandCursor);
+    if (QWidget* const label = WidgetOf(*this))
+        label->setCursor(Qt::PointingHandCursor);
 }
 
 void Label::MakeWidget(NativeControl& native) {
@@ -128,6 +129,6 @@ void Label::MakeWidget(NativeControl& native) {
 
 void Label::UpdateScreen() {
     Control::UpdateScreen();
-    if (Native() != nullptr && Native()->widget)
-        static_cast<QLabel*>(Native()->widget.data())->setText(Multiline ? ToParagraphs(Text()) : ToScreen(Text()));
+    if (auto* const label = WidgetOf<QLabel>(*this))
+        label->setText(Multiline ? ToParagraphs(Text()) : ToScreen(Text()));
 }

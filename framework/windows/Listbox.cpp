@@ -12,14 +12,15 @@ namespace {
 
 constexpr int kTagRole = Qt::UserRole; // place of the row's tag
 
-QTreeWidget& ListOf(const NativeControl* native) {
-    if (native == nullptr || !native->widget)
+QTreeWidget& ListOf(const Listbox& box) {
+    auto* const list = WidgetOf<QTreeWidget>(box);
+    if (list == nullptr)
         throw NilObjectException(); // not made yet, or closed
-    return *static_cast<QTreeWidget*>(native->widget.data());
+    return *list;
 }
 
-QTreeWidgetItem& RowAt(const NativeControl* native, int32_t row) {
-    QTreeWidgetItem* const item = ListOf(native).topLevelItem(row);
+QTreeWidgetItem& RowAt(const Listbox& box, int32_t row) {
+    QTreeWidgetItem* const item = ListOf(box).topLevelItem(row);
     if (item == nullptr)
         throw std::out_of_range("no such row in the list");
     return *item;
@@ -35,7 +36,7 @@ void Listbox::AddRow(const std::string& text) {
     auto* const item = new QTreeWidgetItem(QStringList(ToScreen(text)));
     item->setData(0, kTagRole, qulonglong(tags_.size()));
     tags_.emplace_back();
-    ListOf(Native()).addTopLevelItem(item);
+    ListOf(*this).addTopLevelItem(item);
     lastIndex_ = ListCount() - 1;
 }
 
@@ -44,24 +45,24 @@ int32_t Listbox::LastIndex() const {
 }
 
 int32_t Listbox::ListCount() const {
-    return ListOf(Native()).topLevelItemCount();
+    return ListOf(*this).topLevelItemCount();
 }
 
 Ref<Object> Listbox::CellTag(int32_t row, int32_t /*column*/) const {
-    return tags_[TagPlace(RowAt(Native(), row))];
+    return tags_[TagPlace(RowAt(*this, row))];
 }
 
 void Listbox::SetCellTag(int32_t row, int32_t /*column*/, const Ref<Object>& tag) {
-    tags_[TagPlace(RowAt(Native(), row))] = tag;
+    tags_[TagPlace(RowAt(*this, row))] = tag;
 }
 
 int32_t Listbox::ListIndex() const {
-    QTreeWidget& list = ListOf(Native());
+    QTreeWidget& list = ListOf(*this);
     return list.currentItem() == nullptr ? -1 : list.indexOfTopLevelItem(list.currentItem());
 }
 
 void Listbox::SetListIndex(int32_t row) {
-    QTreeWidget& list = ListOf(Native());
+    QTreeWidget& list = ListOf(*this);
     if (QTreeWidgetItem* const item = list.topLevelItem(row))
         list.setCurrentItem(item);
 }
@@ -71,11 +72,11 @@ void Listbox::SetColumnSortDirection(int32_t /*column*/, int32_t direction) {
 }
 
 void Listbox::Sort() {
-    ListOf(Native()).sortItems(0, direction_ < 0 ? Qt::DescendingOrder : Qt::AscendingOrder);
+    ListOf(*this).sortItems(0, direction_ < 0 ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void Listbox::SetFocus() {
-    Native()->widget->setFocus();
+    ListOf(*this).setFocus();
 }
 
 void Listbox::MakeWidget(NativeControl& native) {

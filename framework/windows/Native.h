@@ -3,6 +3,7 @@
 // Qt's side of windows and controls. Included by the framework's sources only.
 
 #include "framework/base/Ref.h"
+#include "framework/windows/Control.h"
 
 #include <QEventLoop>
 #include <QMainWindow>
@@ -20,6 +21,13 @@ struct NativeControl {
     QWidget* parent = nullptr;
     QPointer<QWidget> widget;
 };
+
+// The widget behind a control, which the control has made as a W. Nil before the window has made it and after Close.
+template <class W = QWidget>
+W* WidgetOf(const Control& control) {
+    const NativeControl* const native = control.Native();
+    return native == nullptr ? nullptr : static_cast<W*>(native->widget.data());
+}
 
 // The area of a window that holds the controls; what it paints lies beneath them.
 class ContentWidget : public QWidget {

@@ -162,9 +162,9 @@ void ProgressBar::MakeWidget(NativeControl& native) {
 
 void ProgressBar::UpdateScreen() {
     Control::UpdateScreen();
-    if (Native() == nullptr || !Native()->widget)
+    auto* const bar = WidgetOf<QProgressBar>(*this);
+    if (bar == nullptr)
         return;
-    auto* const bar = static_cast<QProgressBar*>(Native()->widget.data());
     const int maximum = std::max(0, Maximum());
     // Qt's bar would paint itself at each change, and what lies beneath along with it.
     bar->setUpdatesEnabled(false);

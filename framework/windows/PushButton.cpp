@@ -7,8 +7,8 @@
 
 void PushButton::SetCaption(const std::string& caption) {
     caption_ = caption;
-    if (Native() != nullptr && Native()->widget)
-        static_cast<QPushButton*>(Native()->widget.data())->setText(ToCaption(caption));
+    if (auto* const button = WidgetOf<QPushButton>(*this))
+        button->setText(ToCaption(caption));
 }
 
 void PushButton::Push() {

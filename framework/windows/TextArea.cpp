@@ -17,10 +17,6 @@ constexpr std::array kAlignments{Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight
 constexpr std::size_t kMostOfPiece = 16'384; // bytes
 constexpr int kMostOfText = 100'000;         // characters
 
-QTextEdit* AreaOf(const NativeControl* native) {
-    return native == nullptr ? nullptr : static_cast<QTextEdit*>(native->widget.data());
-}
-
 void HideInactiveSelection(QWidget& widget) {
     QPalette palette = widget.palette();
     palette.setColor(QPalette::Inactive, QPalette::Highlight, Qt::transparent);
@@ -31,7 +27,7 @@ void HideInactiveSelection(QWidget& widget) {
 } // namespace
 
 std::string TextArea::Text() const {
-    if (const QTextEdit* const area = AreaOf(Native()))
+    if (const QTextEdit* const area = WidgetOf<QTextEdit>(*this))
         return FromScreen(area->toPlainText());
     std::string text;
     for (const Piece& piece : waiting_)
@@ -44,14 +40,14 @@ void TextArea::SetSelBold(bool bold) {
 }
 
 void TextArea::SetSelText(const std::string& text) {
-    if (AreaOf(Native()) == nullptr)
+    if (WidgetOf<QTextEdit>(*this) == nullptr)
         waiting_.push_back({text, selBold_});
     else
         Insert({text, selBold_});
 }
 
 void TextArea::Insert(const Piece& piece) {
-    QTextEdit& area = *AreaOf(Native());
+    QTextEdit& area = *WidgetOf<QTextEdit>(*this);
     if (area.document()->characterCount() > kMostOfText)
         return;
     std::string text(Utf8Beginning(piece.text, kMostOfPiece));

@@ -27,7 +27,7 @@ void Toolbar::MakeWidget(NativeControl& native) {
 }
 
 void Toolbar::Append(const Ref<ToolButton>& item) {
-    auto* const bar = static_cast<QToolBar*>(Native()->widget.data());
+    auto* const bar = WidgetOf<QToolBar>(*this);
     if (item->Style == ToolStyle::FlexibleSpace) {
         auto* const gap = new QWidget(bar);
         gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);

@@ -326,7 +326,7 @@ void Window::SetTabOrder() {
     QWidget* focused = native_->widget; // where there are links and tools only, which Tab alone reaches
     QWidget* last = nullptr;
     for (const Ref<Control>& stop : stops) {
-        QWidget* const widget = stop->Native()->widget;
+        QWidget* const widget = WidgetOf(*stop);
         if (widget->focusPolicy() == Qt::NoFocus)
             continue;
         if (focused == native_->widget && widget->focusPolicy() != Qt::TabFocus)
