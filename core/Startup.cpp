@@ -4,7 +4,7 @@
 #include "engine/FileTypes.h"
 
 ProgramIdentity OmbrivelIdentity() {
-    return {"Ombrivel", "example.halvrick.Ombrivel", OMBRIVEL_LONG_VERSION, OMBRIVEL_SHORT_VERSION};
+    return {"Ombrivel", "ombrivel", "example.halvrick.Ombrivel", OMBRIVEL_LONG_VERSION, OMBRIVEL_SHORT_VERSION};
 }
 
 Ref<Application> Startup() {

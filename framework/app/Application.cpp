@@ -45,7 +45,6 @@ namespace {
 constexpr std::chrono::seconds kSavesWithin{2};
 
 const Immortal<Ref<Application>> application;
-const Immortal<ProgramIdentity> program;
 const Immortal<Ref<MenuBar>> menuBar;
 bool quitting = false;
 
@@ -65,9 +64,9 @@ void EndAtExit(int exitCode, void*) {
 }
 
 void DescribeToToolkit() {
-    QApplication::setApplicationName(QString::fromStdString(program->Name));
-    QApplication::setApplicationVersion(QString::fromStdString(program->LongVersion));
-    QApplication::setDesktopFileName(QString::fromStdString(program->Id));
+    QApplication::setApplicationName(QString::fromStdString(ThisProgram().Name));
+    QApplication::setApplicationVersion(QString::fromStdString(ThisProgram().LongVersion));
+    QApplication::setDesktopFileName(QString::fromStdString(ThisProgram().Id));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle(new NativeStyle);
     AnswerEndOfSession();
@@ -139,7 +138,7 @@ void Begin(const std::optional<std::vector<std::string>>& paths, const std::func
             (*application)->Event_OpenDocument(New<FolderItem>(path));
         (*application)->Event_Open();
     } catch (const std::exception& failure) {
-        StopServing(program->Id);
+        StopServing(ThisProgram().Id);
         FailStart(failure.what());
     }
 }
@@ -163,11 +162,11 @@ Ref<FolderItem> Application::ExecutableFile() {
 }
 
 std::string Application::LongVersion() {
-    return program->LongVersion;
+    return ThisProgram().LongVersion;
 }
 
 std::string Application::ShortVersion() {
-    return program->ShortVersion;
+    return ThisProgram().ShortVersion;
 }
 
 Ref<MenuBar> Application::MenuBar() {
@@ -202,7 +201,7 @@ bool Application::EventsWait() {
 
 int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& identity,
                    const std::function<Ref<Application>()>& startup) {
-    *program = identity;
+    SetThisProgram(identity);
     const Activation activation = Activation::OfThisStart();
     FontPreload fontPreload;
     BeginToConnect();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/base/ProgramIdentity.h"
 #include "framework/base/Ref.h"
 #include "framework/windows/MenuHandlers.h"
 
@@ -9,14 +10,6 @@
 class FolderItem;
 class MenuBar;
 class Picture;
-
-// What the desktop and the framework need to know of a program.
-struct ProgramIdentity {
-    std::string Name; // as users read it
-    std::string Id;   // reverse domain name: its name on the session bus and of its launcher
-    std::string LongVersion;
-    std::string ShortVersion;
-};
 
 // Base of the one application object. All events come on the main thread.
 class Application : public Object {

@@ -9,15 +9,15 @@ void Beep() {
 }
 
 void ShowURL(const std::string& address) {
-    RunHelper("ombrivel-opener", {"url", address});
+    RunHelper("opener", {"url", address});
 }
 
 void OpenFiles(const std::vector<std::string>& absolutePaths) {
     std::vector<std::string> arguments{"open"};
     arguments.insert(arguments.end(), absolutePaths.begin(), absolutePaths.end());
-    RunHelper("ombrivel-opener", arguments);
+    RunHelper("opener", arguments);
 }
 
 void RevealFile(const std::string& absolutePath) {
-    RunHelper("ombrivel-opener", {"reveal", absolutePath});
+    RunHelper("opener", {"reveal", absolutePath});
 }

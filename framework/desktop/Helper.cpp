@@ -1,6 +1,7 @@
 #include "framework/desktop/Helper.h"
 
 #include "framework/base/ProgramFile.h"
+#include "framework/base/ProgramIdentity.h"
 #include "framework/threads/MainThread.h"
 
 #include <QSocketNotifier>
@@ -48,7 +49,7 @@ void ReapAtItsEnd(pid_t child) {
 } // namespace
 
 void RunHelper(const std::string& name, const std::vector<std::string>& arguments) {
-    const std::string program = PathBesideProgram("../libexec/" + name);
+    const std::string program = PathBesideProgram("../libexec/" + ThisProgram().FileName + "-" + name);
     std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;

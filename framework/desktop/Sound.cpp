@@ -9,5 +9,5 @@ Ref<Sound> Sound::Load(const std::string& path) {
 }
 
 void Sound::Play() {
-    RunHelper("ombrivel-sound", {path_});
+    RunHelper("sound", {path_});
 }

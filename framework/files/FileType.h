@@ -6,8 +6,8 @@
 
 // A kind of file that the program knows. It counts from its first conversion to a string on.
 //
-// A file carries its four-character codes in the extended attributes user.ombrivel.type and user.ombrivel.creator.
-// "????" stands for no code. File systems without such attributes are no error.
+// A file carries its four-character codes in the extended attributes user.NAME.type and user.NAME.creator, by the name
+// of the program's command. "????" stands for no code. File systems without such attributes are no error.
 class FileType : public Object {
 public:
     std::string Name;

@@ -1,5 +1,6 @@
 #include "framework/files/FolderItem.h"
 
+#include "framework/base/ProgramIdentity.h"
 #include "framework/base/Random.h"
 #include "framework/desktop/Desktop.h"
 #include "framework/files/BinaryStream.h"
@@ -25,8 +26,8 @@
 
 namespace {
 
-constexpr const char* kTypeAttribute = "user.ombrivel.type";
-constexpr const char* kCreatorAttribute = "user.ombrivel.creator";
+constexpr const char* kTypeAttribute = "type";
+constexpr const char* kCreatorAttribute = "creator";
 constexpr std::size_t kCodeSize = 4;
 
 bool GoesUp(const std::filesystem::path& path) {
@@ -54,9 +55,13 @@ bool IsEntryName(const std::string& name) {
            name.find('\0') == std::string::npos;
 }
 
+std::string FullName(const char* attribute) {
+    return "user." + ThisProgram().FileName + "." + attribute;
+}
+
 std::string ReadCode(const std::string& path, const char* attribute) {
     std::array<char, kCodeSize> code{};
-    const ssize_t size = getxattr(path.c_str(), attribute, code.data(), code.size());
+    const ssize_t size = getxattr(path.c_str(), FullName(attribute).c_str(), code.data(), code.size());
     return size == ssize_t(kCodeSize) ? std::string(code.data(), code.size()) : kNoFileCode;
 }
 
@@ -66,14 +71,14 @@ bool StandsForNone(const std::string& code) {
 
 void WriteCode(const std::string& path, const char* attribute, const std::string& code) {
     if (StandsForNone(code))
-        removexattr(path.c_str(), attribute);
+        removexattr(path.c_str(), FullName(attribute).c_str());
     else
-        setxattr(path.c_str(), attribute, code.data(), code.size(), 0);
+        setxattr(path.c_str(), FullName(attribute).c_str(), code.data(), code.size(), 0);
 }
 
 void WriteCode(int newFile, const char* attribute, const std::string& code) {
     if (!StandsForNone(code))
-        fsetxattr(newFile, attribute, code.data(), code.size(), 0);
+        fsetxattr(newFile, FullName(attribute).c_str(), code.data(), code.size(), 0);
 }
 
 // Opens plain files only: a pipe or a device could make the caller wait for ever. Whoever waits at the other end of a
