@@ -52,8 +52,8 @@ public:
     // Frees a series for the next glue. An item that is not in use changes nothing.
     virtual void RemoveInUse(const Ref<FolderItem>& item);
 
-    // A part of a series goes to the glue, everything else to the cut. What is not there (any more) is told to standard
-    // error, and gives false.
+    // A part of a series goes to the glue, everything else to the cut. What is not there (any more) is logged to
+    // standard error, and gives false.
     bool Route(const Ref<FolderItem>& item);
 
 private:

@@ -16,10 +16,10 @@ class FolderItem;
 // glued.
 void StartCut(const Ref<FolderItem>& file);
 
-// Tells standard error which files still wait for their turn, at the end of the program. Main thread.
+// Logs to standard error which files still wait for their turn, at the end of the program. Main thread.
 void LogWaitingCuts();
 
 // A base name under which no part with a number up to `count` exists in the folder, and that no other cut is about to
 // use: the given one, or a numbered variant of it. Each variant is made from the one before, so numbers pile up:
-// "film.mov", "film 1.mov", "film 1 2.mov". That is meant.
+// "film.mov", "film 1.mov", "film 1 2.mov". Kept on purpose, see docs/reading.md.
 std::string FreeBaseName(const FolderItem& folder, std::string name, int32_t count);

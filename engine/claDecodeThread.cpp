@@ -130,8 +130,8 @@ void claDecodeThread::Append(const Ref<FolderItem>& part) {
 }
 
 // What the preferences want of a finished glue. Whether the target is whole is not looked at, and nobody could tell: a
-// gap in the numbers or a full disk counts as finished, and the parts go all the same. That is meant. Gives the file to
-// show, nil for an archive that was launched instead.
+// gap in the numbers or a full disk counts as finished, and the parts go all the same. Kept on purpose, see
+// docs/reading.md. Gives the file to show, nil for an archive that was launched instead.
 Ref<FolderItem> claDecodeThread::Finish() {
     if (Wants(&claPreferences::MovePartsToTrash)) {
         for (const Ref<FolderItem>& part : FileDone)

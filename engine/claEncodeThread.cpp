@@ -80,7 +80,7 @@ Ref<claFilePerformInfo> claEncodeThread::AddRow() {
 // That is accepted: nobody can pick such a size but by pasting a number out of all proportion.
 //
 // Counts down the size alone and never looks at the end of the source: in the last part it goes on moving nothing, one
-// progress step per block, until the size is used up. That is meant.
+// progress step per block, until the size is used up. Kept on purpose, see docs/reading.md.
 void claEncodeThread::FillPart(BinaryStream& part, claFilePerformInfo& info) {
     int32_t remaining = PartSize;
     while (remaining != 0) {

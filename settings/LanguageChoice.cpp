@@ -80,7 +80,7 @@ void FillRows(const winChooseLanguage& window, const FolderItem& folder) {
     }
     if (window.lstLanguage()->ListCount() == 0) // then the dialog would not have a word on it
         throw NilObjectException("no language in " + folder.AbsolutePath());
-    window.lstLanguage()->SortedColumn = 1; // one past the only column, and meant: the order is the list's own affair
+    window.lstLanguage()->SortedColumn = 1; // one past the only column, see docs/reading.md
     window.lstLanguage()->Sort();
     window.lstLanguage()->SetListIndex(0);
 }

@@ -25,9 +25,9 @@ constexpr int32_t kTextLeft = 45, kNameBaseline = 15, kStatusBaseline = 45;
 constexpr int32_t kBarLeft = 45, kBarTop = 20, kBarRightMargin = 36;
 constexpr int32_t kStopFromRight = 30, kStopTop = 19, kStopSize = 15;
 
-// Whether the paint goes on to row i: while i * i does not exceed the height. This is not the number of rows that fit,
-// and it is meant; rows beyond it are not painted and their bars stay out of sight. A height of 0 lets row 0 through,
-// as 0 / 0 is not below anything.
+// Whether the paint goes on to row i: while i * i does not exceed the height. This is not the number of rows that fit.
+// Kept on purpose, see docs/reading.md; rows beyond it are not painted and their bars stay out of sight. A height of 0
+// lets row 0 through, as 0 / 0 is not below anything.
 bool PaintsRow(int32_t i, int32_t height) {
     return !(double(height) / double(i) < double(i));
 }
@@ -109,7 +109,7 @@ bool claFilePerform::IsOnStop(int32_t index, int32_t x, int32_t y) const {
 
 // Leaving a button repaints nothing: its active picture stays until the list is next repainted, though a click does
 // nothing any more. A move on a button repaints the window every time, and brings new status texts along. Both are
-// meant.
+// kept on purpose, see docs/reading.md.
 void claFilePerform::Event_MouseMove(int32_t x, int32_t y) {
     HoveredStop = -1;
     for (int32_t i = 0; i < static_cast<int32_t>(Info.size()); ++i) {

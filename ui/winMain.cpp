@@ -199,8 +199,8 @@ bool winMain::ConfirmsQuit() {
     return dialog->ShowModalWithin(Instance()) == dialog->ActionButton;
 }
 
-// By the flag alone: a glue that lies asleep is not woken, and nobody waits for the workers to clean up. That is meant.
-// The list may have shrunk while the question stood, even to nothing.
+// By the flag alone: a glue that lies asleep is not woken, and nobody waits for the workers to clean up. Kept on
+// purpose, see docs/reading.md. The list may have shrunk while the question stood, even to nothing.
 void winMain::StopAll() {
     for (std::size_t i = 0; i < canPerform_->Info.size(); ++i)
         canPerform_->Info[i]->PerformThread->Stop = true;

@@ -246,7 +246,7 @@ void HTTPSocket::SendRequest(const std::string& method) {
 
 // The time-out is one of silence: a change of the connection or of the page in memory starts it anew. A page that goes
 // into a file changes neither. What the request has met so far is forgotten here, even that its file can't be used:
-// such a call waits until its time has run out. That is meant.
+// such a call waits until its time has run out. Kept on purpose, see docs/reading.md.
 void HTTPSocket::WaitForPage() {
     _pageComplete = false;
     mErrorCode = 0;

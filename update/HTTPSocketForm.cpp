@@ -31,7 +31,7 @@ std::string HTTPSocket::EncodeFormData(const Ref<Dictionary<std::string>>& form)
 }
 
 // Not quite the usual encoding of forms: "-" and "_" are encoded, while "?", ":", "@", quotation marks, "|" and all
-// beyond ASCII pass. That is meant.
+// beyond ASCII pass. Kept on purpose, see docs/reading.md.
 std::string HTTPSocket::EncodeURLString(std::string text) {
     // The percent sign goes first, so that what is written for the others stays as it is.
     constexpr std::string_view kEncoded = "%&=,/\\][{}`~-_()*^$#!+;<>\r\n";

@@ -80,7 +80,7 @@ void HTTPSocket::Event_DataAvailable() {
 
 // The end of the connection is the end of the page, unless memory did not suffice for it. Where the end finds data that
 // nobody read, these are handled and no more: such a request stays without an end, as does one whose connection broke
-// within the headers. That is meant.
+// within the headers. Kept on purpose, see docs/reading.md.
 void HTTPSocket::Event_Error() {
     const bool pageLost = LastErrorCode() == kOutOfMemory;
     if (pageLost)

@@ -7,7 +7,7 @@
 // Looks for the blank line that ends the headers of a reply, in a text that grows: each byte is looked at a set number
 // of times, in however many pieces it comes. The kind of line end is that of the whole text so far, and its blank line
 // goes before those of other kinds: behind headers with line feeds, a CR LF CR LF in the body counts first if it comes
-// in one piece with them. That is meant.
+// in one piece with them. Kept on purpose, see docs/reading.md.
 class HeaderEnd {
 public:
     struct Place {

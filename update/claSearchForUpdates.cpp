@@ -53,7 +53,7 @@ void claSearchForUpdates::Check(bool showDialog) {
     New<claSearchForUpdates>()->Constructor(showDialog);
 }
 
-// The values go out as they stand: a blank in one would reach the request line, and that is meant.
+// The values go out as they stand: a blank in one would reach the request line. Kept on purpose, see docs/reading.md.
 void claSearchForUpdates::Constructor(bool showDialog) {
     ShowDialog = showDialog;
     PageReceived = [this](const std::string& url, int32_t status, const Ref<InternetHeaders>& headers,

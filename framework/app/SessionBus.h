@@ -16,8 +16,8 @@ enum class HandedOver {
 };
 
 // Hands the files (absolute paths) to a running instance; without a list, tells it of a start without a file. It comes
-// forward either way, also when there is no file left: one that is not there is told to standard error here, where the
-// user has named it, and stays here. If no instance takes the files, none is told.
+// forward either way, also when there is no file left: one that is not there is logged to standard error here, where
+// the user has named it, and stays here. If no instance takes the files, none is told.
 HandedOver HandOver(const std::string& programId, const std::optional<std::vector<std::string>>& paths,
                     const Activation& activation);
 

@@ -46,7 +46,7 @@ private:
     using Step = void (Connection::*)();
     void Take(Step step);
     static void Post(std::weak_ptr<Connection> connection, Step step);
-    // Runs code that memory may not suffice for: that is the end of the connection, and is told once.
+    // Runs code that memory may not suffice for: that is the end of the connection, and is logged once.
     void Run(const char* what, const std::function<void()>& code);
 
     void Open();

@@ -13,9 +13,9 @@ namespace {
 
 bool IsFirstReport(const std::string& line) {
     static std::mutex mutex;
-    static const Immortal<std::set<std::string>> told;
+    static const Immortal<std::set<std::string>> logged;
     const std::lock_guard lock(mutex);
-    return told->insert(line).second;
+    return logged->insert(line).second;
 }
 
 } // namespace
@@ -24,7 +24,7 @@ void ExceptionBoundary::Begin() {
     EventsAreServed();
 }
 
-void ExceptionBoundary::Report(std::string_view where, Telling telling) noexcept {
+void ExceptionBoundary::Report(std::string_view where, Logging logging) noexcept {
     try {
         std::string reason = "unknown failure";
         try {
@@ -33,7 +33,7 @@ void ExceptionBoundary::Report(std::string_view where, Telling telling) noexcept
             reason = failure.what();
         }
         const std::string line = std::string(where) + ": " + reason;
-        if (telling == Telling::Always || IsFirstReport(line))
+        if (logging == Logging::Always || IsFirstReport(line))
             LogToStderr(line);
     } catch (...) {
         LogToStderr("out of memory");

@@ -10,31 +10,32 @@ public:
     // Runs an event of the program. Returns false if an exception ended it. `where` names the event in that line.
     template <class Event>
     static bool Run(std::string_view where, Event&& event) noexcept {
-        return Guarded(where, Telling::Always, std::forward<Event>(event));
+        return Guarded(where, Logging::Always, std::forward<Event>(event));
     }
 
-    // The same for an event that comes again and again (a paint, a tick): one and the same line is told once in a run.
+    // The same for an event that comes again and again (a paint, a tick): one and the same line is logged once in a
+    // run.
     template <class Event>
     static bool RunRepeated(std::string_view where, Event&& event) noexcept {
-        return Guarded(where, Telling::Once, std::forward<Event>(event));
+        return Guarded(where, Logging::Once, std::forward<Event>(event));
     }
 
 private:
-    enum class Telling { Always, Once };
+    enum class Logging { Always, Once };
 
     template <class Event>
-    static bool Guarded(std::string_view where, Telling telling, Event&& event) noexcept {
+    static bool Guarded(std::string_view where, Logging logging, Event&& event) noexcept {
         try {
             Begin();
             std::forward<Event>(event)();
             return true;
         } catch (...) {
-            Report(where, telling);
+            Report(where, logging);
             return false;
         }
     }
 
     static void Begin();
     // Writes the line about the exception in flight.
-    static void Report(std::string_view where, Telling telling) noexcept;
+    static void Report(std::string_view where, Logging logging) noexcept;
 };
