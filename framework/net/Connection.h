@@ -13,9 +13,11 @@
 
 struct addrinfo;
 
-// One connection, from the lookup of the host to its end. What happens to it reaches the owner as events: one after the
-// other, the end last, and never from within a call of the program other than Poll. While a handler serves events
-// itself, those of its own connection wait, and nothing is fetched. Main thread.
+// One connection, from the lookup of the host to its end.
+//
+// The owner gets its events one after the other, the end last. None comes from within a call of the program other than
+// Poll. While a handler serves events itself, those of its own connection wait and nothing is fetched. A failure at any
+// step is the end of the connection, with the first error met. Main thread, but for the lookup.
 class TCPSocket::Connection : public std::enable_shared_from_this<Connection> {
 public:
     explicit Connection(const Ref<TCPSocket>& owner);
@@ -40,31 +42,37 @@ private:
     class SocketWatcher;
     using Addresses = std::shared_ptr<addrinfo>; // the first of a list
 
-    static Addresses Resolve(const std::string& host, int32_t port);
-
-    // Steps of the connection's own, now or with the next turn of the event loop.
+    // One step of the connection's own: now, or with the next turn of the event loop.
     using Step = void (Connection::*)();
     void Take(Step step);
     static void Post(std::weak_ptr<Connection> connection, Step step);
-    // Runs code that memory may not suffice for: that is the end of the connection, and is logged once.
-    void Run(const char* what, const std::function<void()>& code);
 
+    // The lookup, on a thread of its own. Resolve gives nil for a host that is not known.
     void Open();
     void LookUp();
+    static Addresses Resolve(const std::string& host, int32_t port);
     void HostFound();
+
+    // Connecting, to one address after the other.
     void TryNextAddress();
     void TimeOut();
     void FailAddress(int error);
-    void CloseSocket();
+    void Connected();
+
+    // Transfer, as the watcher of the descriptor calls for it.
     void UpdateInterest();
     bool WantsToWrite() const;
-
     void Readable();
     void Writable();
-    void Connected();
     void Send();
+
+    // Events for the owner. Run's code may need more memory than there is: that is the end of the connection, and is
+    // logged once.
     void Deliver(const char* what, const std::function<void()>& event);
+    void Run(const char* what, const std::function<void()>& code);
+
     void KeepFirstError(int32_t failure);
+    void CloseSocket();
     void End();
 
     const Ref<TCPSocket> owner_; // kept alive until it lets go of this
@@ -75,7 +83,7 @@ private:
     Addresses addresses_;
     const addrinfo* next_ = nullptr; // of those, to be tried
     int descriptor_ = -1;
-    SocketWatcher* watcher_ = nullptr; // to the descriptor, while there is one
+    SocketWatcher* watcher_ = nullptr; // of the descriptor, while there is one
     bool connecting_ = false;
     bool delivering_ = false;
     std::string outgoing_;
