@@ -1,6 +1,7 @@
 #include "engine/claDecodeThread.h"
 
 #include "core/App.h"
+#include "engine/FailureNotice.h"
 #include "engine/PartNames.h"
 #include "engine/ProgressStep.h"
 #include "engine/claDecodeDownloadingTimer.h"
@@ -50,11 +51,14 @@ void claDecodeThread::Event_RunThread() {
     StreamOut->Close();
 
     Ref<FolderItem> fileToShow;
-    if (Stop)
+    const bool stopped = Stop;
+    if (stopped)
         File->MoveFileTo(SpecialFolder::Trash());
     else
         fileToShow = Finish();
     RunOnMainThread([&] {
+        if (!stopped)
+            TellIfNotWhole();
         Info->FileToShow = fileToShow;
         Info->Close();
         App::Instance()->RemoveInUse(Folder->Child(FileName));
@@ -127,10 +131,18 @@ void claDecodeThread::Append(const Ref<FolderItem>& part) {
             break;
     }
     stream->Close();
+    if (failure_ == 0)
+        failure_ = stream->Failure();
 }
 
-// What the preferences want of a finished glue. Whether the target is whole is not looked at, and nobody could tell: a
-// gap in the numbers or a full disk counts as finished, and the parts go all the same. Kept on purpose, see
+// Before the row goes, which may be the end of the program.
+void claDecodeThread::TellIfNotWhole() const {
+    const bool partsAreInTrash = !FileDone.empty() && !FileDone.front()->Exists();
+    TellNotWhole(*File, StreamOut->Failure() != 0 ? StreamOut->Failure() : failure_, partsAreInTrash);
+}
+
+// What the preferences want of a finished glue. Whether the target is whole is not looked at: a gap in the numbers or
+// a full disk counts as finished, and the parts go all the same. Kept on purpose, see
 // docs/reading.md. Gives the file to show, nil for an archive that was launched instead.
 Ref<FolderItem> claDecodeThread::Finish() {
     if (Wants(&claPreferences::MovePartsToTrash)) {

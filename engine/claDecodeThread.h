@@ -33,7 +33,9 @@ private:
     void WaitForDownload(const std::string& name);
     void Append(const Ref<FolderItem>& part);
     Ref<FolderItem> Finish();
+    void TellIfNotWhole() const;
 
     std::vector<Ref<FolderItem>> FileDone; // parts consumed so far
+    int failure_ = 0;                      // of reading them, the system's number of the first
     Ref<claFilePerformInfo> Info;          // the row
 };

@@ -1,5 +1,6 @@
 #include "engine/claEncodeThread.h"
 
+#include "engine/FailureNotice.h"
 #include "engine/FileTypes.h"
 #include "engine/PartNames.h"
 #include "engine/ProgressStep.h"
@@ -36,6 +37,8 @@ void claEncodeThread::Event_RunThread() {
     StreamIn->PrepareToClone(PartSize, Stop);
     Ref<BinaryStream> part;
     int32_t counter = 0;
+    Ref<FolderItem> notWhole; // the first part that could not be written as a whole
+    int failure = 0;
     do {
         if (StreamIn->AtEOF())
             break;
@@ -47,6 +50,8 @@ void claEncodeThread::Event_RunThread() {
         FillPart(*part, *info);
         part->Close();
         FileDone.push_back(file);
+        if (failure == 0 && (failure = FailureOf(*part)) != 0)
+            notWhole = file;
     } while (!Stop);
 
     // Once more, on every path: for an empty source, which has no part, this ends the thread and leaves the row as it
@@ -59,10 +64,18 @@ void claEncodeThread::Event_RunThread() {
             file->MoveFileTo(SpecialFolder::Trash());
     }
     RunOnMainThread([&] {
-        if (!stopped)
+        if (!stopped) {
             info->FileToShow = FileDone.at(0);
+            if (failure != 0)
+                TellNotWhole(*notWhole, failure, false);
+        }
         info->Close();
     });
+}
+
+// The part is not whole either where the source could not be read.
+int claEncodeThread::FailureOf(const BinaryStream& part) const {
+    return part.Failure() != 0 ? part.Failure() : StreamIn->Failure();
 }
 
 // The row bears the source's name, never the base.

@@ -29,6 +29,7 @@ protected:
 
 private:
     Ref<claFilePerformInfo> AddRow();
+    int FailureOf(const BinaryStream& part) const;
     void FillPart(BinaryStream& part, claFilePerformInfo& info);
 
     std::vector<Ref<FolderItem>> FileDone; // the parts written so far

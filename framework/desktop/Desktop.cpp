@@ -1,5 +1,6 @@
 #include "framework/desktop/Desktop.h"
 
+#include "framework/base/ProgramIdentity.h"
 #include "framework/desktop/Helper.h"
 
 #include <QApplication>
@@ -20,4 +21,9 @@ void OpenFiles(const std::vector<std::string>& absolutePaths) {
 
 void RevealFile(const std::string& absolutePath) {
     RunHelper("opener", {"reveal", absolutePath});
+}
+
+void NotifyUrgently(const std::string& summary, const std::string& text) {
+    const ProgramIdentity& program = ThisProgram();
+    RunHelper("opener", {"notify", program.Name, program.Id, summary, text});
 }

@@ -18,3 +18,7 @@ void OpenFiles(const std::vector<std::string>& absolutePaths);
 // Brings the file manager to the front with that file selected in its folder; where no file manager answers, opens the
 // folder. Returns at once. Any thread.
 void RevealFile(const std::string& absolutePath);
+
+// Tells the user what must not be missed, by a notification that stays until it is read; where the desktop has none, by
+// a line on standard error. Valid UTF-8. Returns at once. Any thread.
+void NotifyUrgently(const std::string& summary, const std::string& text);

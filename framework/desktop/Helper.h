@@ -8,6 +8,8 @@
 //   opener reveal PATH...  shows the files, selected, in the file manager
 //   opener open PATH...    opens files and folders with their applications, in that order
 //   opener url ADDRESS     opens an address in the browser
+//   opener notify PROGRAM ID SUMMARY TEXT
+//                          shows an urgent notification, or writes it to standard error where nobody takes it
 //   sound PATH             plays a sound file
 // Any thread. Failures go unnoticed.
 void RunHelper(const std::string& name, const std::vector<std::string>& arguments);

@@ -64,6 +64,51 @@ bool Reveal(GFile* file) {
     return opened;
 }
 
+GVariant* AskNotifications(GDBusConnection* bus, const char* method, GVariant* arguments, const char* answer) {
+    return g_dbus_connection_call_sync(bus, "org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+                                       "org.freedesktop.Notifications", method, arguments, G_VARIANT_TYPE(answer),
+                                       G_DBUS_CALL_FLAGS_NONE, kAnswerMilliseconds, nullptr, nullptr);
+}
+
+// Only some take marks of markup for what they are, and want those of a text written otherwise.
+bool NotificationsReadMarkup(GDBusConnection* bus) {
+    GVariant* answer = AskNotifications(bus, "GetCapabilities", nullptr, "(as)");
+    if (answer == nullptr)
+        return false;
+    const char** capabilities = nullptr;
+    g_variant_get(answer, "(^a&s)", &capabilities);
+    const bool readMarkup = g_strv_contains(capabilities, "body-markup") != 0;
+    g_free(static_cast<void*>(capabilities));
+    g_variant_unref(answer);
+    return readMarkup;
+}
+
+bool ShowNotification(const char* program, const char* id, const char* summary, const char* text) {
+    GDBusConnection* bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    if (bus == nullptr)
+        return false;
+    constexpr guchar kUrgent = 2;
+    GVariantBuilder hints;
+    g_variant_builder_init(&hints, G_VARIANT_TYPE_VARDICT);
+    g_variant_builder_add(&hints, "{sv}", "urgency", g_variant_new_byte(kUrgent));
+    g_variant_builder_add(&hints, "{sv}", "desktop-entry", g_variant_new_string(id));
+    char* shown = NotificationsReadMarkup(bus) ? g_markup_escape_text(text, -1) : g_strdup(text);
+    GVariant* answer = AskNotifications(
+        bus, "Notify", g_variant_new("(susssasa{sv}i)", program, 0, id, summary, shown, nullptr, &hints, -1), "(u)");
+    g_free(shown);
+    const bool taken = answer != nullptr;
+    if (taken)
+        g_variant_unref(answer);
+    g_object_unref(bus);
+    return taken;
+}
+
+int Notify(const char* program, const char* id, const char* summary, const char* text) {
+    if (!ShowNotification(program, id, summary, text))
+        g_printerr("%s: %s. %s\n", program, summary, text);
+    return 0;
+}
+
 // An application that the bus starts has been asked, but the message may still be on its way out.
 void FlushBus() {
     GDBusConnection* bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
@@ -84,6 +129,8 @@ int main(int count, char** words) {
     StartNoBus();
 
     const std::string_view verb = words[1];
+    if (verb == "notify")
+        return count == 6 ? Notify(words[2], words[3], words[4], words[5]) : 2;
     bool done = true;
     for (int i = 2; i < count; ++i) {
         if (verb == "url") {

@@ -225,7 +225,8 @@ bool BinaryStream::AtEOF() {
 void BinaryStream::Close() {
     if (descriptor_ >= 0) {
         ReleasePreallocation();
-        failed_ = ::close(descriptor_) != 0 || failed_; // a server may tell only now
+        if (::close(descriptor_) != 0) // a server may tell only now
+            KeepFirstFailure(errno);
     }
     descriptor_ = -1;
 }
@@ -253,8 +254,12 @@ void BinaryStream::WriteBoolean(bool value) {
 // read even if the file has shrunk since: the target holds it, and the next bytes have to come behind it.
 int64_t BinaryStream::Remaining() {
     struct stat status = {};
-    if (ended_ || descriptor_ < 0 || fstat(descriptor_, &status) != 0)
+    if (ended_ || descriptor_ < 0)
         return 0;
+    if (fstat(descriptor_, &status) != 0) {
+        KeepFirstFailure(errno);
+        return 0;
+    }
     return std::max(cloned_, status.st_size - position_);
 }
 
@@ -265,6 +270,8 @@ int64_t BinaryStream::ReadInto(char* buffer, int64_t count) {
         const int64_t step =
             RetryOnEINTR([&] { return ::read(descriptor_, buffer + done, static_cast<std::size_t>(count - done)); });
         ended_ = step <= 0;
+        if (step < 0)
+            KeepFirstFailure(errno);
         done += std::max<int64_t>(step, 0);
     }
     position_ += done;
@@ -276,7 +283,7 @@ bool BinaryStream::WriteAll(const char* data, int64_t count) {
     while (count > 0) {
         const int64_t step = RetryOnEINTR([&] { return ::write(descriptor_, data, static_cast<std::size_t>(count)); });
         if (step <= 0) {
-            failed_ = true;
+            KeepFirstFailure(step < 0 ? errno : ENOSPC);
             return false;
         }
         data += step;
@@ -288,6 +295,11 @@ bool BinaryStream::WriteAll(const char* data, int64_t count) {
 
 void BinaryStream::Advance(int64_t count) {
     SkipTo(position_ + count);
+}
+
+void BinaryStream::KeepFirstFailure(int error) {
+    if (failure_ == 0)
+        failure_ = error;
 }
 
 void BinaryStream::SkipTo(int64_t position) {

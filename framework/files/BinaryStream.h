@@ -9,8 +9,8 @@
 
 // An open file with one position, read or written from its beginning to its end.
 //
-// Failures are not reported. A read that fails is the end of the file. What can't be written is missing from it. Used
-// by one thread at a time. Closes itself when the last reference goes.
+// No call reports a failure. A read that fails is the end of the file. What can't be written is missing from it. The
+// first failure is kept. Used by one thread at a time. Closes itself when the last reference goes.
 class BinaryStream : public Object {
 public:
     // Takes over an open descriptor of a plain file.
@@ -41,6 +41,9 @@ public:
     bool AtEOF();
     // A second call is harmless. A closed stream is at its end and swallows what is written.
     virtual void Close();
+    // The error number of the first read, write or close that failed; 0 for none. After it the file, or what was made
+    // of it, is not whole.
+    int Failure() const { return failure_; }
 
     std::string ReadPString();                // one length byte, then that many bytes
     void WritePString(std::string_view text); // cut at 255 bytes
@@ -48,8 +51,6 @@ public:
     void WriteBoolean(bool value);
 
 protected:
-    // Whether something that was written is missing from the file.
-    bool HasFailed() const { return failed_; }
     // Has the system begin now to put on the disk what was written. Does not wait for it.
     void BeginToWriteOut() const;
 
@@ -70,6 +71,7 @@ private:
     bool WriteAll(const char* data, int64_t count);
     void Advance(int64_t count);
     void SkipTo(int64_t position);
+    void KeepFirstFailure(int error);
 
     int descriptor_;
     int64_t position_ = 0;             // bytes read or written so far
@@ -77,6 +79,6 @@ private:
     int64_t cloned_ = 0;               // of a source: bytes behind the position that the target has cloned already
     WeakRef<BinaryStream> clonedInto_; // of a source: that target
     bool ended_ = false;               // a read failed or came back empty
-    bool failed_ = false;              // a write did, or the closing of what was written
+    int failure_ = 0;
     CopyMethod copyMethod_ = CopyMethod::Clone; // of a source
 };

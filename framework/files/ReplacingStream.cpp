@@ -19,6 +19,6 @@ ReplacingStream::~ReplacingStream() {
 void ReplacingStream::Close() {
     BeginToWriteOut();
     BinaryStream::Close();
-    if (!HasFailed() && std::rename(written_.c_str(), place_.c_str()) == 0)
+    if (Failure() == 0 && std::rename(written_.c_str(), place_.c_str()) == 0)
         written_.clear();
 }

@@ -16,6 +16,7 @@
 
 #include <fstream>
 #include <pthread.h>
+#include <system_error>
 
 namespace {
 
@@ -199,9 +200,10 @@ TEST_F(CutAndGlueTest, AConfirmedQuitTellsEveryWorkerToStop) {
     EXPECT_EQ(TrashedNames(), (Names{"film.mov", "song"}));
 }
 
-// A disk that takes no more is not noticed: the parts come out short, each with the bytes of its own place, and a glue
-// passes for a success. This is why parts go to the Trash and not for good.
-TEST_F(CutAndGlueTest, AFullDiskIsNotNoticedBeyondFourGigabytesEither) {
+// A disk that takes no more changes nothing in how an operation goes: the parts come out short, each with the bytes of
+// its own place, and a glue passes for a success. This is why parts go to the Trash and not for good. The desktop tells
+// of it, once an operation.
+TEST_F(CutAndGlueTest, AFullDiskIsToldAndNoMoreBeyondFourGigabytesEither) {
     const TestFolder memory("/dev/shm"); // which gives what is not there at once; a disk takes ten seconds
     memory.WriteSparse("film", 3 * (1400ULL << 20U));
     std::ofstream(memory.Path("film"), std::ios::app) << "last";
@@ -213,10 +215,16 @@ TEST_F(CutAndGlueTest, AFullDiskIsNotNoticedBeyondFourGigabytesEither) {
     EXPECT_TRUE(WaitForWorkers());
     EXPECT_EQ(folder.Item("film 1.zip.003")->Length(), kMegabyte + 1000);
     EXPECT_EQ(folder.Read("film 1.zip.004"), "last");
+    const auto isTold = [](const std::string& file, const std::string& more) {
+        const std::string why = " Reading or writing failed: " + std::generic_category().message(EFBIG) + ".";
+        return AskedOfDesktop().find("notify Ombrivel example.halvrick.Ombrivel “" + file + "” is not complete" + why +
+                                     more + "\n") != std::string::npos;
+    };
+    EXPECT_TRUE(isTold("film 1.zip.001", ""));
     Glue("film 1.zip.001");
     EXPECT_TRUE(WaitForWorkers());
     EXPECT_EQ(folder.Item("film 1.zip")->Length(), kMegabyte + 1000);
-    EXPECT_TRUE(AskedOfDesktop().find("reveal " + folder.Path("film 1.zip\n")) != std::string::npos);
+    EXPECT_TRUE(isTold("film 1.zip", " Its parts are in the Trash."));
     EXPECT_EQ(TrashedNames().size(), 4U);
     EXPECT_EQ(folder.Read("film.zip.004"), "of another series");
 }
