@@ -32,6 +32,11 @@ bool PaintsRow(int32_t i, int32_t height) {
     return !(double(height) / double(i) < double(i));
 }
 
+void StopWorker(const Ref<claThread>& thread) {
+    thread->Stop = true;
+    thread->Resume(); // a glue may lie asleep, waiting for a download
+}
+
 bool StartedBefore(const Ref<claThread>& thread, const Ref<claFilePerformInfo>& row) {
     return thread->Sequence < row->PerformThread->Sequence;
 }
@@ -53,7 +58,6 @@ Ref<claFilePerformInfo> claFilePerform::AddInfo(const std::string& name, int32_t
     info->Icon = icon;
     info->PerformThread = thread;
     info->Bar = window->GetNewBar();
-    info->Bar->SetAccessibleName(name);
     info->Bar->SetLeft(kBarLeft);
     info->Bar->SetWidth(window->Width() - kBarLeft - kBarRightMargin);
     info->Bar->SetValue(value); // before the maximum: the bar has both from the same moment
@@ -123,10 +127,22 @@ void claFilePerform::Event_MouseMove(int32_t x, int32_t y) {
 
 // Relies on the last move alone. Once a row above has gone, that is the row which now stands at its place, or none.
 bool claFilePerform::Event_MouseDown(int32_t, int32_t) {
-    if (HoveredStop >= 0) {
-        const Ref<claThread> thread = Info.at(static_cast<std::size_t>(HoveredStop))->PerformThread;
-        thread->Stop = true;
-        thread->Resume(); // a glue may lie asleep, waiting for a download
-    }
+    if (HoveredStop >= 0)
+        StopWorker(Info.at(static_cast<std::size_t>(HoveredStop))->PerformThread);
     return false;
+}
+
+std::optional<std::vector<AccessibleRow>> claFilePerform::AccessibleRows() const {
+    std::vector<AccessibleRow> rows;
+    for (const Ref<claFilePerformInfo>& info : Info)
+        rows.push_back({.Of = info,
+                        .Name = info->Name,
+                        .Status = info->Status,
+                        .Top = kRowHeight * static_cast<int32_t>(rows.size()),
+                        .Height = kRowHeight,
+                        .Value = info->Bar->Value(),
+                        .Maximum = info->Bar->Maximum(),
+                        .ActionName = Multilingual::GetString("MainStop"),
+                        .Action = [thread = info->PerformThread] { StopWorker(thread); }});
+    return rows;
 }

@@ -32,6 +32,7 @@ public:
     void Event_MouseMove(int32_t x, int32_t y) override;
     // Tells the worker to stop whose button the pointer was over at its last move.
     bool Event_MouseDown(int32_t x, int32_t y) override;
+    std::optional<std::vector<AccessibleRow>> AccessibleRows() const override;
 
 private:
     void PaintRow(Graphics& graphics, int32_t index) const;

@@ -25,7 +25,6 @@ WindowLayout winAbout::Layout() {
 void winAbout::CreateControls() {
     const auto icon = New<Canvas>();
     icon->Backdrop = IconPicture();
-    icon->SetAccessibleName("Ombrivel");
     Canvas1_ = Add(icon, {.Left = 114, .Top = 14, .Width = 120, .Height = 120, .TabIndex = 0});
 
     const auto name = New<Label>();

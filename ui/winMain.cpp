@@ -55,7 +55,6 @@ void winMain::CreateControls() {
                                    .LockRight = true,
                                    .LockBottom = true,
                                    .TabIndex = 2});
-    Canvas1_->SetAccessibleName(Title());
     Canvas1_->Paint = [this](Graphics& graphics) { Canvas1_Paint(graphics); };
 
     canPerform_ = Add(New<claFilePerform>(), {.Left = 0,
@@ -85,7 +84,6 @@ void winMain::CreateControls() {
                                          .Visible = false});
 
     proBar_ = Add(New<claProBar>(0), claProBar::Layout());
-    proBar_->SetAccessibleName(Title());
 
     const auto status = New<Label>();
     status->TextAlign = TextAlignment::Centre;

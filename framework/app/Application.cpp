@@ -12,6 +12,7 @@
 #include "framework/threads/ExceptionBoundary.h"
 #include "framework/threads/MainThread.h"
 #include "framework/threads/MainThreadQueue.h"
+#include "framework/windows/Accessibility.h"
 #include "framework/windows/DocumentEvents.h"
 #include "framework/windows/HeldKeys.h"
 #include "framework/windows/LanguageFont.h"
@@ -223,6 +224,7 @@ int RunApplication(int argumentCount, char** arguments, const ProgramIdentity& i
     ListenToEndSignals([] { SaveAndEnd(0); });
     ListenToQueue();
     IgnoreHeldKeys();
+    DescribeToScreenReaders();
     KeepThreadForPainting();
     Begin(paths, startup);
     QApplication::exec();

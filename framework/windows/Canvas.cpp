@@ -4,12 +4,15 @@
 #include "framework/files/FileUri.h"
 #include "framework/files/FolderItem.h"
 #include "framework/threads/ExceptionBoundary.h"
+#include "framework/threads/MainThread.h"
 #include "framework/threads/Yield.h"
+#include "framework/windows/Accessibility.h"
 #include "framework/windows/DocumentEvents.h"
 #include "framework/windows/DragItem.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>
@@ -40,13 +43,15 @@ std::vector<Ref<FolderItem>> FilesIn(const QMimeData& data, const std::vector<st
 
 } // namespace
 
-class CanvasWidget : public QWidget {
+class CanvasWidget : public QWidget, public CanvasPainter {
 public:
     CanvasWidget(QWidget* parent, Canvas& canvas) : QWidget(parent), canvas_(canvas) {
         setAttribute(Qt::WA_OpaquePaintEvent);
         setMouseTracking(true);
         setAcceptDrops(true);
     }
+
+    Canvas& PaintedCanvas() override { return canvas_; }
 
 protected:
     void paintEvent(QPaintEvent* event) override {
@@ -125,7 +130,24 @@ void Canvas::MakeWidget(NativeControl& native) {
     native.widget = new CanvasWidget(native.parent, *this);
 }
 
+void Canvas::UpdateScreen() {
+    Control::UpdateScreen();
+    AnnounceRowsSoon();
+}
+
+// A bar has changed, or goes with its row.
 void Canvas::RepaintUnderneath() {
     if (QWidget* const canvas = WidgetOf(*this))
         canvas->update();
+    AnnounceRowsSoon();
+}
+
+// When the change of the rows is done that this is a part of.
+void Canvas::AnnounceRowsSoon() {
+    if (!QAccessible::isActive())
+        return;
+    PostToMainThread([self = Self(this)] {
+        if (QWidget* const canvas = WidgetOf(*self))
+            AnnounceRows(*canvas);
+    });
 }

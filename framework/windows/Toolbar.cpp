@@ -16,7 +16,6 @@ constexpr int kIconSize = 32;
 void Toolbar::MakeWidget(NativeControl& native) {
     auto* const window = static_cast<QMainWindow*>(native.parent->window());
     auto* const bar = new QToolBar(window);
-    SetAccessibleName(FromScreen(window->windowTitle()));
     bar->setMovable(false);
     bar->setFloatable(false);
     bar->setIconSize(QSize(kIconSize, kIconSize));

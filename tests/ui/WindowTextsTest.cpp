@@ -56,14 +56,15 @@ QWidgetList ControlsOf(const Window& window) {
     return window.Native().content->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-// What a screen reader has to say of the window and each thing that it shows.
+// What a screen reader has to say of the window and each thing that it finds there.
 void ExpectNames(const Window& window) {
-    const QWidgetList things = ControlsOf(window) << window.Native().widget;
-    for (QWidget* const thing : things) {
-        auto* const told = QAccessible::queryAccessibleInterface(thing);
-        EXPECT_TRUE(!thing->isVisible() || (told != nullptr && !told->text(QAccessible::Name).trimmed().isEmpty()))
-            << thing->metaObject()->className() << " in " << window.Title();
-    }
+    QAccessibleInterface& content = *QAccessible::queryAccessibleInterface(window.Native().content);
+    QList<QAccessibleInterface*> things{&content, content.parent()};
+    for (int i = 0; i < content.childCount(); ++i)
+        things << content.child(i);
+    for (const QAccessibleInterface* const thing : things)
+        EXPECT_FALSE(thing->text(QAccessible::Name).trimmed().isEmpty())
+            << thing->object()->metaObject()->className() << " in " << window.Title();
 }
 
 // The title and what the controls show, from the top, then from the left: the cancel button first, also where it stands
