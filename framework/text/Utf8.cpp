@@ -1,5 +1,9 @@
 #include "framework/text/Utf8.h"
 
+#include <glib.h>
+
+#include <array>
+
 namespace {
 
 constexpr char32_t kStrayByte = 0x110000;
@@ -58,23 +62,11 @@ std::string_view Utf8Beginning(std::string_view text, std::size_t most) {
 }
 
 void AppendUtf8(std::string& text, char32_t code) {
-    if (!IsScalar(code))
-        code = kReplacement;
-    const auto put = [&text](char32_t byte) { text.push_back(static_cast<char>(byte)); };
     if (code < 0x80) {
-        put(code);
+        text.push_back(static_cast<char>(code));
         return;
     }
-    if (code < 0x800) {
-        put(0xC0U | (code >> 6U));
-    } else {
-        if (code < 0x10000) {
-            put(0xE0U | (code >> 12U));
-        } else {
-            put(0xF0U | (code >> 18U));
-            put(0x80U | ((code >> 12U) & 0x3FU));
-        }
-        put(0x80U | ((code >> 6U) & 0x3FU));
-    }
-    put(0x80U | (code & 0x3FU));
+    std::array<char, 4> bytes{};
+    const int size = g_unichar_to_utf8(IsScalar(code) ? code : kReplacement, bytes.data());
+    text.append(bytes.data(), static_cast<std::size_t>(size));
 }
