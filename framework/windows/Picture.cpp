@@ -41,19 +41,15 @@ QImage Black(QSize size) {
     return image;
 }
 
+// The mask takes the place of whatever transparency the picture has: Qt would multiply them.
 QImage WithMask(const QImage& picture, const QImage& mask) {
     if (picture.isNull() || mask.isNull())
         return picture;
-    QImage result = picture.convertToFormat(QImage::Format_ARGB32);
-    const QImage grey = mask.convertToFormat(QImage::Format_Grayscale8);
-    for (int y = 0; y < result.height(); ++y) {
-        auto* const pixels = reinterpret_cast<QRgb*>(result.scanLine(y));
-        for (int x = 0; x < result.width(); ++x) {
-            const int hidden = grey.valid(x, y) ? grey.constScanLine(y)[x] : 0;
-            pixels[x] = qRgba(qRed(pixels[x]), qGreen(pixels[x]), qBlue(pixels[x]), 255 - hidden);
-        }
-    }
-    return result.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QImage shown = mask.convertToFormat(QImage::Format_Grayscale8);
+    shown.invertPixels();
+    QImage result = picture.convertToFormat(QImage::Format_RGB32);
+    result.setAlphaChannel(shown);
+    return result;
 }
 
 // Gives Qt just the pixels of the screen at hand: its own icons scale an image to about their size and leave the rest
