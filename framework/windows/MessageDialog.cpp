@@ -1,16 +1,14 @@
 #include "framework/windows/MessageDialog.h"
 
-#include "framework/base/BuildVariant.h"
 #include "framework/windows/ModalRun.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/Window.h"
 
 #include <QApplication>
-#include <QDialog>
-#include <QGridLayout>
-#include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QLayout>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
@@ -18,9 +16,7 @@
 namespace {
 
 constexpr int kIconSize = 48;
-constexpr int kTextWidth = 340;
 constexpr int kMargin = 20;
-constexpr int kSpacing = 12;
 constexpr int kButtonWidth = 90;
 
 struct Sign {
@@ -65,62 +61,50 @@ QPixmap SignPicture(DialogIcon icon, double density) {
     return ofDesktop.isNull() ? DrawSign(sign, density) : ofDesktop.pixmap(QSize(kIconSize, kIconSize), density);
 }
 
-QLabel* MakeText(QWidget* parent, const std::string& text, bool bold) {
-    auto* const label = new QLabel(ToParagraphs(text), parent);
+// Qt has no way to its texts but by their names. There is no label for an explanation that is empty.
+void SetLooks(const QMessageBox& box, const char* name, bool bold) {
+    auto* const label = box.findChild<QLabel*>(QLatin1String(name));
+    if (label == nullptr)
+        return;
     label->setTextFormat(Qt::PlainText);
     label->setFont(SystemFont(!bold, bold));
-    label->setWordWrap(true);
-    label->setFixedWidth(kTextWidth);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return label;
 }
 
-QPushButton* MakeButton(QDialog& dialog, const MessageDialogButton& button, QDialog::DialogCode code) {
-    auto* const widget = new QPushButton(ToCaption(button.Caption), &dialog);
+QPushButton* AddButton(QMessageBox& box, const MessageDialogButton& button, QMessageBox::ButtonRole role) {
+    QPushButton* const widget = box.addButton(ToCaption(button.Caption), role);
     widget->setFont(SystemFont(false, false));
     widget->setMinimumWidth(kButtonWidth);
-    widget->setAutoDefault(true); // Return presses the one that has the focus
     widget->setVisible(button.Visible);
-    QObject::connect(widget, &QPushButton::clicked, &dialog, [&dialog, code] { dialog.done(code); });
     return widget;
 }
 
-void LayOut(QDialog& dialog, const MessageDialog& message) {
-    auto* const icon = new QLabel(&dialog);
-    icon->setPixmap(SignPicture(message.Icon, dialog.devicePixelRatioF()));
-
-    QPushButton* const action = MakeButton(dialog, *message.ActionButton, QDialog::Accepted);
-    QPushButton* const cancel = MakeButton(dialog, *message.CancelButton, QDialog::Rejected);
-    auto* const buttons = new QHBoxLayout;
-    buttons->setSpacing(kSpacing); // inside a grid of two different spacings it would have none
-    buttons->addStretch();
-    buttons->addWidget(kWindowsVariant ? action : cancel);
-    buttons->addWidget(kWindowsVariant ? cancel : action);
-    action->setDefault(true);
-    action->setFocus();
-
-    auto* const grid = new QGridLayout(&dialog);
-    grid->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-    grid->setHorizontalSpacing(kMargin);
-    grid->setVerticalSpacing(kSpacing);
-    grid->addWidget(icon, 0, 0, 2, 1, Qt::AlignTop);
-    grid->addWidget(MakeText(&dialog, message.Message, true), 0, 1);
-    grid->addWidget(MakeText(&dialog, message.Explanation, false), 1, 1);
-    grid->addLayout(buttons, 2, 0, 1, 2);
-    grid->setSizeConstraint(QLayout::SetFixedSize);
+// Returns the action button.
+const QAbstractButton* Fill(QMessageBox& box, const MessageDialog& message) {
+    box.setIconPixmap(SignPicture(message.Icon, box.devicePixelRatioF()));
+    box.setText(ToParagraphs(message.Message));
+    box.setInformativeText(ToParagraphs(message.Explanation));
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    SetLooks(box, "qt_msgbox_label", true);
+    SetLooks(box, "qt_msgbox_informativelabel", false);
+    box.layout()->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    QPushButton* const action = AddButton(box, *message.ActionButton, QMessageBox::AcceptRole);
+    box.setDefaultButton(action);
+    box.setEscapeButton(AddButton(box, *message.CancelButton, QMessageBox::RejectRole));
+    return action;
 }
 
 Ref<MessageDialogButton> Run(MessageDialog& message, QWidget* parent) {
     // The window beneath may go while the dialog is up, and takes its dialogs along.
-    const QPointer<QDialog> dialog = new QDialog(parent);
-    dialog->setWindowTitle(message.Title.empty() ? QApplication::applicationName() : ToScreen(message.Title));
-    dialog->setAccessibleName(ToScreen(message.Message));
-    dialog->setAccessibleDescription(ToScreen(message.Explanation));
-    dialog->setWindowModality(Qt::ApplicationModal);
-    LayOut(*dialog, message);
+    const QPointer<QMessageBox> box = new QMessageBox(parent);
+    box->setWindowTitle(message.Title.empty() ? QApplication::applicationName() : ToScreen(message.Title));
+    box->setAccessibleName(ToScreen(message.Message));
+    box->setAccessibleDescription(ToScreen(message.Explanation));
+    box->setWindowModality(Qt::ApplicationModal);
+    const QAbstractButton* const action = Fill(*box, message);
     const ModalRun modalRun;
-    const bool accepted = dialog->exec() == QDialog::Accepted;
-    delete dialog.data();
+    box->exec();
+    const bool accepted = box != nullptr && box->clickedButton() == action;
+    delete box.data();
     return accepted ? message.ActionButton : message.CancelButton;
 }
 

@@ -1,5 +1,8 @@
 #include "framework/windows/NativeStyle.h"
 
+#include "framework/base/BuildVariant.h"
+
+#include <QDialogButtonBox>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
@@ -51,4 +54,11 @@ void NativeStyle::drawControl(ControlElement element, const QStyleOption* option
         DrawToolbar(*painter, *option);
     else
         QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+int NativeStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                           QStyleHintReturn* more) const {
+    if (hint == SH_DialogButtonLayout)
+        return kWindowsVariant ? QDialogButtonBox::WinLayout : QDialogButtonBox::MacLayout;
+    return QProxyStyle::styleHint(hint, option, widget, more);
 }
