@@ -71,6 +71,7 @@ public:
     void Launch(bool activate) const;
 
 private:
+    // Not by std::filesystem, which makes a path of each entry: 95 ms for 100,000 names, in place of 52.
     const std::vector<std::string>& Listing() const;
 
     std::string path_; // empty: a handle on nothing
