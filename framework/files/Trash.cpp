@@ -5,8 +5,6 @@
 
 namespace {
 
-// Opened when the first file is trashed: it brings half a dozen further libraries along, and the start of the program
-// would have to wait for them.
 class FileLibrary {
 public:
     FileLibrary() : library_(dlopen("libgio-2.0.so.0", RTLD_NOW | RTLD_LOCAL)) {

@@ -20,7 +20,6 @@ std::string DenseTwin(const std::string& path) {
     return point == std::string::npos ? path + "@2x" : path.substr(0, point) + "@2x" + path.substr(point);
 }
 
-// Reads the file with the library itself: Qt would load its plug-ins for every other format first.
 QImage ReadImage(const std::string& path) {
     png_image header{};
     header.version = PNG_IMAGE_VERSION;
