@@ -1,7 +1,9 @@
 #include "ui/claFilePerform.h"
 
 #include "engine/claThread.h"
+#include "framework/desktop/Work.h"
 #include "framework/text/Number.h"
+#include "framework/threads/Timer.h"
 #include "framework/windows/Graphics.h"
 #include "framework/windows/ProgressBar.h"
 #include "settings/Multilingual.h"
@@ -37,6 +39,30 @@ void StopWorker(const Ref<claThread>& thread) {
     thread->Resume(); // a glue may lie asleep, waiting for a download
 }
 
+// Tells the dock twice a second how far all rows are that have a measure. Goes with the list.
+class DockTimer : public Timer {
+public:
+    explicit DockTimer(const claFilePerform& list) : list_(list) {
+        SetMode(TimerMode::Repeating);
+        SetPeriod(kPeriod);
+    }
+
+protected:
+    void Event_Action() override {
+        double done = 0, all = 0;
+        for (const Ref<claFilePerformInfo>& info : list_.Info) {
+            done += std::min(info->Bar->Value(), info->Bar->Maximum());
+            all += std::max(info->Bar->Maximum(), 0);
+        }
+        if (all > 0)
+            ShowProgress(std::max(done, 0.0) / all);
+    }
+
+private:
+    static constexpr int32_t kPeriod = 500; // milliseconds
+    const claFilePerform& list_;
+};
+
 bool StartedBefore(const Ref<claThread>& thread, const Ref<claFilePerformInfo>& row) {
     return thread->Sequence < row->PerformThread->Sequence;
 }
@@ -71,9 +97,21 @@ void claFilePerform::UpdateStatus() {
     if (!SetStatus)
         return;
     // Nothing running takes the plural too.
-    SetStatus(Info.size() == 1
-                  ? Multilingual::GetString("MainOperationsCount1")
-                  : Multilingual::GetString("MainOperationsCount", Str(static_cast<int32_t>(Info.size()))));
+    const std::string status =
+        Info.size() == 1 ? Multilingual::GetString("MainOperationsCount1")
+                         : Multilingual::GetString("MainOperationsCount", Str(static_cast<int32_t>(Info.size())));
+    SetStatus(status);
+    TellWork(status);
+}
+
+void claFilePerform::TellWork(const std::string& status) {
+    if (Info.empty()) {
+        dockTimer_ = nullptr;
+        EndWork();
+    } else if (dockTimer_.IsNil()) {
+        dockTimer_ = New<DockTimer>(*this);
+        BeginWork(status);
+    }
 }
 
 void claFilePerform::Event_Paint(Graphics& graphics) {

@@ -9,6 +9,7 @@
 class claFilePerformInfo;
 class claThread;
 class Picture;
+class Timer;
 
 // The list of what runs at this moment: one row of 50 pixels per operation, painted by hand, with icon, name, bar,
 // status and a stop button. It has no selection, no keyboard and no scrolling. Main thread.
@@ -38,5 +39,9 @@ private:
     void PaintRow(Graphics& graphics, int32_t index) const;
     bool IsOnStop(int32_t index, int32_t x, int32_t y) const;
 
+    // Tells the desktop that operations are running, or that none is.
+    void TellWork(const std::string& status);
+
     int32_t HoveredStop = -1; // the row whose stop button lies under the pointer, or -1
+    Ref<Timer> dockTimer_;    // tells the dock how far all rows are, while there is one
 };
