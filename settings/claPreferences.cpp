@@ -9,6 +9,15 @@
 #include "framework/windows/Keyboard.h"
 #include "ui/Sounds.h"
 
+namespace {
+
+// As they follow the language in the file, which is not the order of their declaration.
+constexpr bool claPreferences::*kSwitches[] = {&claPreferences::AutoQuit, &claPreferences::LaunchArchives,
+                                               &claPreferences::MovePartsToTrash, &claPreferences::ShowFilesAfter,
+                                               &claPreferences::SearchForUpdates};
+
+} // namespace
+
 claPreferences::claPreferences()
     : PreferencesVersion("Ombrivel Preferences Version " + Application::LongVersion()),
       // Every version has a file of its own; a new one starts with the defaults.
@@ -23,14 +32,10 @@ void claPreferences::Load() {
         return;
     const Ref<BinaryStream> stream = Required(file_->OpenAsBinaryFile(false), "can't open " + file_->AbsolutePath());
     if (stream->ReadPString() == PreferencesVersion) { // to the byte
-        // Not the order in which the settings are declared; Save keeps to it too. A file that is too short gives what a
-        // read behind the end gives: empty, and false.
+        // A file that is too short gives what a read behind the end gives: empty, and false.
         Language = stream->ReadPString();
-        AutoQuit = stream->ReadBoolean();
-        LaunchArchives = stream->ReadBoolean();
-        MovePartsToTrash = stream->ReadBoolean();
-        ShowFilesAfter = stream->ReadBoolean();
-        SearchForUpdates = stream->ReadBoolean();
+        for (bool claPreferences::*const setting : kSwitches)
+            this->*setting = stream->ReadBoolean();
     }
     stream->Close();
 }
@@ -39,10 +44,7 @@ void claPreferences::Save() const {
     const Ref<BinaryStream> stream = file_->ReplaceBinaryFile(FileTypes::Unknown()->Operator_Convert());
     stream->WritePString(PreferencesVersion);
     stream->WritePString(Language);
-    stream->WriteBoolean(AutoQuit);
-    stream->WriteBoolean(LaunchArchives);
-    stream->WriteBoolean(MovePartsToTrash);
-    stream->WriteBoolean(ShowFilesAfter);
-    stream->WriteBoolean(SearchForUpdates);
+    for (bool claPreferences::*const setting : kSwitches)
+        stream->WriteBoolean(this->*setting);
     stream->Close();
 }
