@@ -8,6 +8,7 @@
 #include "framework/windows/ProgressBar.h"
 #include "settings/Multilingual.h"
 #include "ui/Pictures.h"
+#include "ui/RowGeometry.h"
 #include "ui/claFilePerformInfo.h"
 #include "ui/winMain.h"
 
@@ -15,17 +16,14 @@
 
 namespace {
 
+using namespace RowGeometry;
+
 constexpr uint32_t kWhite = 0xFFFFFF;
 constexpr uint32_t kBlack = 0x000000;
 constexpr uint32_t kBand = 0xEDF3FE;
 constexpr uint32_t kStatusGrey = 0x78787F;
 
-constexpr int32_t kRowHeight = 50;
 constexpr float kTextSize = 10;
-constexpr int32_t kIconLeft = 7, kIconTop = 9, kIconSize = 32;
-constexpr int32_t kTextLeft = 45, kNameBaseline = 15, kStatusBaseline = 45;
-constexpr int32_t kBarLeft = 45, kBarTop = 20, kBarRightMargin = 36;
-constexpr int32_t kStopFromRight = 30, kStopTop = 19, kStopSize = 15;
 
 // Whether the paint goes on to row i: while i * i does not exceed the height. This is not the number of rows that fit.
 // Kept on purpose, see docs/reading.md; rows beyond it are not painted and their bars stay out of sight. A height of 0
@@ -121,7 +119,7 @@ void claFilePerform::Event_Paint(Graphics& graphics) {
     for (int32_t i = 0; PaintsRow(i, Height()); ++i) {
         if (i % 2 == 1) {
             graphics.ForeColor = kBand;
-            graphics.FillRect(0, kRowHeight * i, Width(), kRowHeight);
+            graphics.FillRect(0, TopOf(i), Width(), kRowHeight);
         }
         if (i < static_cast<int32_t>(Info.size()))
             PaintRow(graphics, i);
@@ -131,7 +129,7 @@ void claFilePerform::Event_Paint(Graphics& graphics) {
 // Text is neither measured nor cut: a long name runs on under the stop button.
 void claFilePerform::PaintRow(Graphics& graphics, int32_t index) const {
     const Ref<claFilePerformInfo>& info = Info[static_cast<std::size_t>(index)];
-    const int32_t top = kRowHeight * index;
+    const int32_t top = TopOf(index);
     graphics.ForeColor = kBlack;
     graphics.DrawString(info->Name, kTextLeft, top + kNameBaseline, 0, false);
     info->Bar->SetTop(top + kBarTop);
@@ -145,7 +143,7 @@ void claFilePerform::PaintRow(Graphics& graphics, int32_t index) const {
 // Open on all sides.
 bool claFilePerform::IsOnStop(int32_t index, int32_t x, int32_t y) const {
     const int32_t left = Width() - kStopFromRight;
-    const int32_t top = kRowHeight * index + kStopTop;
+    const int32_t top = TopOf(index) + kStopTop;
     return left < x && x < left + kStopSize && top < y && y < top + kStopSize;
 }
 

@@ -11,8 +11,8 @@ class claThread;
 class Picture;
 class Timer;
 
-// The list of what runs at this moment: one row of 50 pixels per operation, painted by hand, with icon, name, bar,
-// status and a stop button. It has no selection, no keyboard and no scrolling. Main thread.
+// The list of what runs at this moment: one row per operation, painted by hand, with icon, name, bar, status and a stop
+// button (see RowGeometry.h). It has no selection, no keyboard and no scrolling. Main thread.
 class claFilePerform : public Canvas {
 public:
     // The rows, top row first, in the order in which their operations were started. Each has a live Bar. Only AddInfo

@@ -4,6 +4,7 @@
 #include "framework/windows/ComboBox.h"
 #include "framework/windows/Native.h"
 #include "settings/claPreferences.h"
+#include "ui/RowGeometry.h"
 
 #include <QTest>
 
@@ -47,9 +48,13 @@ void ProgramTest::Cut(const std::string& name, const std::string& size) const {
     App::Instance()->EncodeFile(folder.Item(name));
 }
 
+QPoint ProgramTest::StopButton(int row) {
+    using namespace RowGeometry;
+    return {List().Width() - kStopFromRight + kStopSize / 2, TopOf(row) + kStopTop + kStopSize / 2};
+}
+
 void ProgramTest::ClickStop(int row) {
     QWidget* const list = winMain::Instance()->Native().content->childAt(1, 1);
-    const QPoint button(list->width() - 22, 50 * row + 26);
-    QTest::mouseMove(list, button);
-    QTest::mouseClick(list, Qt::LeftButton, Qt::NoModifier, button);
+    QTest::mouseMove(list, StopButton(row));
+    QTest::mouseClick(list, Qt::LeftButton, Qt::NoModifier, StopButton(row));
 }

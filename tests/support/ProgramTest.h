@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QPoint>
+
 #include <functional>
 
 // A test that works with the program's list of operations. It leaves the list empty and the preferences at their
@@ -33,6 +35,8 @@ protected:
     static void WhenAsked(const std::function<void(winCut&)>& answer);
     void Cut(const std::string& name, const std::string& size) const;
     void Glue(const std::string& name) const { App::Instance()->DecodeFile(folder.Item(name)); }
+    // The middle of a row's stop button, in the list.
+    static QPoint StopButton(int row);
     // Clicks on the stop button of a row with a real pointer.
     static void ClickStop(int row);
 

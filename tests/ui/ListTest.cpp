@@ -5,6 +5,7 @@
 #include "framework/windows/ProgressBar.h"
 #include "tests/support/ProgramTest.h"
 #include "ui/Pictures.h"
+#include "ui/RowGeometry.h"
 #include "ui/winMain.h"
 
 #include <QApplication>
@@ -12,6 +13,8 @@
 #include <QTest>
 
 namespace {
+
+using namespace RowGeometry;
 
 class ListTest : public ProgramTest {
 protected:
@@ -59,7 +62,7 @@ TEST_F(ListTest, RowsHaveBarsAndButtonsThatGoByTheLastMoveAlone) {
     ShowOnScreen();
     EXPECT_EQ(second->Bar->Top(), 20) << "the rows below move up";
     QWidget* const list = winMain::Instance()->Native().content->childAt(1, 1);
-    QTest::mouseDClick(list, Qt::LeftButton, Qt::NoModifier, QPoint(right - 22, 26));
+    QTest::mouseDClick(list, Qt::LeftButton, Qt::NoModifier, StopButton(0));
     EXPECT_FALSE(second->PerformThread->Stop)
         << "a second press that comes at once was meant for the row that has gone";
     List().Event_MouseDown(0, 0); // the pointer was over the first row
@@ -74,28 +77,30 @@ TEST_F(ListTest, RowsHaveBarsAndButtonsThatGoByTheLastMoveAlone) {
 TEST_F(ListTest, OnlyMovesOnAButtonStepsWaitsAndAnUpdateRepaint) {
     List().Event_MouseMove(0, 0);
     const Ref<claFilePerformInfo> row = AddRow();
-    const int32_t right = List().Width();
-    const auto showsButton = [right](const Ref<Picture>& picture) {
-        return Screen(right - 27, 26, 1, 1).pixel(0, 0) == picture->Native().Composed(1).pixel(3, 7);
+    const int x = StopButton(0).x(), y = StopButton(0).y();
+    const auto showsButton = [](const Ref<Picture>& picture) {
+        return Screen(List().Width() - kStopFromRight + 3, kStopTop + 7, 1, 1).pixel(0, 0) ==
+               picture->Native().Composed(1).pixel(3, 7);
     };
+    const auto look = [](int baseline) { return Screen(kTextLeft, baseline - 11, 400, 15); };
     EXPECT_TRUE(showsButton(picStop()));
-    List().Event_MouseMove(right - 22, 26);
+    List().Event_MouseMove(x, y);
     EXPECT_TRUE(showsButton(picStopActive()));
-    const QImage name = Screen(45, 3, 400, 15);
-    const std::pair<bool, std::function<void()>> steps[] = {{false, [&] { List().Event_MouseMove(right - 100, 26); }},
-                                                            {true, [&] { List().Event_MouseMove(right - 22, 26); }},
-                                                            {true, [&] { List().Event_MouseMove(right - 21, 26); }},
-                                                            {false, [&] { List().Event_MouseMove(right - 100, 26); }},
+    const QImage name = look(kNameBaseline);
+    const std::pair<bool, std::function<void()>> steps[] = {{false, [&] { List().Event_MouseMove(0, y); }},
+                                                            {true, [&] { List().Event_MouseMove(x, y); }},
+                                                            {true, [&] { List().Event_MouseMove(x + 1, y); }},
+                                                            {false, [&] { List().Event_MouseMove(0, y); }},
                                                             {true, [&] { row->Update(); }},
                                                             {true, [&] { row->SetStatus("MainStatusWaiting", 2); }},
                                                             {true, [&] { row->Bar->SetMaximum(0); }},
                                                             {true, [&] { row->Bar->SetMaximum(0); }}};
     for (const auto& [repaints, step] : steps) {
-        const QImage status = Screen(45, 34, 400, 15);
+        const QImage status = look(kStatusBaseline);
         row->Status += "Waiting…"; // which waits for whatever repaints the list next
         step();
-        EXPECT_EQ(Screen(45, 34, 400, 15) != status, repaints);
-        EXPECT_EQ(Screen(45, 3, 400, 15), name);
+        EXPECT_EQ(look(kStatusBaseline) != status, repaints);
+        EXPECT_EQ(look(kNameBaseline), name);
     }
 }
 
@@ -110,11 +115,11 @@ TEST_F(ListTest, RowsStandInTheOrderInWhichTheirOperationsStarted) {
 }
 
 TEST_F(ListTest, TheLowerEdgeCutsOffBars) {
-    const QImage before = Screen(45, 278, 20, 24); // left of the count
+    const QImage before = Screen(kBarLeft, 278, 20, 24); // left of the count
     for (int row = 1; row <= 6; ++row)
         AddRow();
-    EXPECT_EQ(Screen(45, 278, 20, 24), before);
-    EXPECT_EQ(List().Info.back()->Bar->Top() + List().Info.back()->Bar->Height(), 282);
+    EXPECT_EQ(Screen(kBarLeft, 278, 20, 24), before);
+    EXPECT_GT(List().Info.back()->Bar->Top() + List().Info.back()->Bar->Height(), 278);
 }
 
 // While i * i does not exceed the height: this is not the number of rows that fit, and it is meant. Bands stand in all
@@ -135,8 +140,9 @@ TEST_F(ListTest, PaintsRowsByItsOwnBound) {
         Graphics graphics = MakeGraphics(painter);
         list->Event_Paint(graphics);
         for (int i = 0; i < 20; ++i) {
-            EXPECT_EQ(list->Info[std::size_t(i)]->Bar->Top(), i < painted ? 50 * i + 20 : 0) << height << ", " << i;
-            EXPECT_EQ(image.pixel(2, 50 * i + 49), i % 2 == 1 && i < painted ? 0xFFEDF3FE : 0xFFFFFFFF) << i;
+            EXPECT_EQ(list->Info[std::size_t(i)]->Bar->Top(), i < painted ? TopOf(i) + kBarTop : 0)
+                << height << ", " << i;
+            EXPECT_EQ(image.pixel(2, TopOf(i + 1) - 1), i % 2 == 1 && i < painted ? 0xFFEDF3FE : 0xFFFFFFFF) << i;
         }
     }
 }
