@@ -2,6 +2,7 @@
 #include "bench/Measures.h"
 #include "bench/Scratch.h"
 #include "framework/base/ProgramFile.h"
+#include "tests/program/Process.h"
 
 #include <poll.h>
 #include <spawn.h>
@@ -13,6 +14,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 
@@ -20,42 +22,6 @@ namespace {
 
 constexpr int kRounds = 41; // of some milliseconds each
 constexpr int kMiddleX = 512, kMiddleY = 384;
-
-// A virtual display without a window manager, so that only the program's own work counts.
-class VirtualDisplay {
-public:
-    VirtualDisplay() {
-        std::array<int, 2> number{};
-        if (pipe(number.data()) != 0)
-            return;
-        process_ = fork();
-        if (process_ == 0) {
-            const std::string descriptor = std::to_string(number[1]);
-            execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1024x768x24", "-nolisten", "tcp",
-                   nullptr);
-            _exit(127);
-        }
-        close(number[1]);
-        std::array<char, 16> digits{};
-        if (read(number[0], digits.data(), digits.size() - 1) > 0)
-            name_ = ":" + std::to_string(std::atoi(digits.data()));
-        close(number[0]);
-    }
-    ~VirtualDisplay() {
-        if (process_ > 0) {
-            kill(process_, SIGTERM);
-            waitpid(process_, nullptr, 0);
-        }
-    }
-    VirtualDisplay(const VirtualDisplay&) = delete;
-    VirtualDisplay& operator=(const VirtualDisplay&) = delete;
-
-    const std::string& Name() const { return name_; }
-
-private:
-    pid_t process_ = -1;
-    std::string name_;
-};
 
 bool MiddleIsPainted(xcb_connection_t* server) {
     const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(server)).data;
@@ -121,15 +87,20 @@ double TimeToPaint(xcb_connection_t* server, const std::string& program) {
 
 } // namespace
 
-void MeasureStart(const BenchOptions&, Report& report) {
-    const VirtualDisplay display;
-    xcb_connection_t* const server = xcb_connect(display.Name().c_str(), nullptr);
-    if (display.Name().empty() || xcb_connection_has_error(server) != 0) {
+// Without a window manager only the program's own work counts.
+void MeasureStart(const BenchOptions& options, Report& report) {
+    const Scratch scratch(options.folder);
+    const std::filesystem::path folder = std::filesystem::absolute(scratch.Path());
+    Process desktop({OMBRIVEL_VIRTUAL_DESKTOP, "1024x768", "bare"},
+                    {{{"PATH", std::getenv("PATH")}}, folder, folder / "desktop"});
+    const std::string display = AwaitDesktop(desktop)["DISPLAY"];
+    xcb_connection_t* const server = xcb_connect(display.c_str(), nullptr);
+    if (display.empty() || xcb_connection_has_error(server) != 0) {
         report.Skip("start to first paint", "no virtual display can be started here");
         return;
     }
     ListenToWindows(server);
-    setenv("DISPLAY", display.Name().c_str(), 1);
+    setenv("DISPLAY", display.c_str(), 1);
     setenv("QT_QPA_PLATFORM", "xcb", 1);
     const auto timed = [server](const std::string& program) {
         const double seconds = TimeToPaint(server, PathBesideProgram(program));

@@ -33,14 +33,7 @@ public:
         environment_["HOME"] = folder_ / "home";
         environment_["XDG_RUNTIME_DIR"] = folder_ / "run";
         environment_["LC_ALL"] = "C.UTF-8";
-
-        // It chooses a free number, and writes it when it is ready.
-        environment_["DISPLAY"] = ":" + FirstLineOf({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24",
-                                                     "-nolisten", "tcp", "-noreset"});
-        environment_["DBUS_SESSION_BUS_ADDRESS"] =
-            FirstLineOf({"dbus-daemon", "--nofork", "--print-address=1", "--config-file=" OMBRIVEL_BUS_SETTINGS});
-        Start({"openbox"});
-        Await("a window manager that xdotool finds", [this] { return !Do({"get_desktop"}).empty(); });
+        environment_.merge(AwaitDesktop(Start({OMBRIVEL_VIRTUAL_DESKTOP, "1280x800"})));
         fileManager_ = &Pretend({"org.freedesktop.FileManager1"});
     }
 
@@ -56,7 +49,7 @@ public:
     Words Opened() const { return PathsIn(ReadFile(folder_ / "home/opened")); }
 
     // The display ends, and with it every connection to it.
-    void LoseDisplay() const { kill(processes_.front()->Id(), SIGTERM); }
+    void LoseDisplay() const { kill(std::stoi(environment_.at("DISPLAY_PROCESS")), SIGTERM); }
 
     // Runs one of the pretended neighbours (see pretend_main.cpp) until the desktop goes.
     const Process& Pretend(const Words& words) {
@@ -96,17 +89,10 @@ public:
     }
 
 private:
-    const Process& Start(const Words& command) {
+    Process& Start(const Words& command) {
         const std::filesystem::path log = folder_ / "logs" / std::to_string(processes_.size());
         processes_.push_back(std::make_unique<Process>(command, Process::Setting{environment_, folder_, log}));
         return *processes_.back();
-    }
-
-    // Starts a process, and waits for the line in which it tells where to reach it.
-    std::string FirstLineOf(const Words& command) {
-        const Process& process = Start(command);
-        Await("a line of " + command[0], [&] { return process.Output().ends_with('\n'); });
-        return process.Output().substr(0, process.Output().find('\n'));
     }
 
     // The addresses in a log. Those of files as the paths that they stand for, with all their bytes.

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <spawn.h>
+#include <sstream>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <thread>
@@ -55,4 +56,13 @@ int Process::End(std::chrono::milliseconds limit) {
     Await(
         "the end of a process", [this] { return ExitCode().has_value(); }, limit);
     return *exitCode_;
+}
+
+Environment AwaitDesktop(Process& process) {
+    Await("a virtual desktop", [&process] { return process.Output().ends_with("\n\n") || process.ExitCode(); });
+    Environment variables;
+    std::istringstream lines(process.Output());
+    for (std::string name, value; std::getline(lines, name, '=') && std::getline(lines, value);)
+        variables[name] = value;
+    return variables;
 }

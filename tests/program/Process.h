@@ -46,3 +46,6 @@ private:
     pid_t id_ = -1;
     std::optional<int> exitCode_;
 };
+
+// Waits until scripts/virtual-desktop has started its desktop. Gives the variables that lead there, none if it fails.
+Environment AwaitDesktop(Process& process);
