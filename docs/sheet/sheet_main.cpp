@@ -87,6 +87,15 @@ void FillChooser(winChooseLanguage& chooser) {
     chooser.lstLanguage()->SetListIndex(0);
 }
 
+// As an offer does.
+void FillUpdate(TextArea& message) {
+    message.SetSelBold(true);
+    message.SetSelText("Ombrivel 1.1\n");
+    message.SetSelBold(false);
+    message.SetSelText(GetString("SearchForUpdatesVersion") + "\n");
+    message.SetSelText(GetString("SearchForUpdatesFilename", "o.zip") + "\n");
+}
+
 // The main window and what it leads to, the opened menus first.
 std::vector<QPixmap> MainPictures() {
     FillList();
@@ -107,9 +116,7 @@ std::vector<QPixmap> Pictures() {
     const Ref<winCut> cut = winCut::Instance();
     cut->FileSize = 734003200;
     cut->UpdateStatus();
-    for (const std::string& line : {std::string("Ombrivel 1.1"), GetString("SearchForUpdatesVersion"),
-                                    GetString("SearchForUpdatesFilename", "o.zip")})
-        winUpdate::Instance()->txtMessage()->SetSelText(line + "\n");
+    FillUpdate(*winUpdate::Instance()->txtMessage());
     const Ref<winChooseLanguage> chooser = winChooseLanguage::Instance();
     for (const Ref<Window>& window : {Ref<Window>(cut), Ref<Window>(winPreferences::Instance()),
                                       Ref<Window>(winUpdate::Instance()), Ref<Window>(winAbout::Instance())})
