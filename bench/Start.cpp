@@ -107,7 +107,7 @@ void MeasureStart(const BenchOptions& options, Report& report) {
         return Cost{seconds, seconds};
     };
     const Comparison start = Compare(
-        kRounds, [&] { return timed("ombrivel"); }, [&] { return timed("ombrivel-bare-window"); });
+        kRounds, [&] { return timed("../../bin/ombrivel"); }, [&] { return timed("ombrivel-bare-window"); });
     report.Add("start to first paint", "wall, ratio to a bare window", start.wall, 1.5);
     xcb_disconnect(server);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
