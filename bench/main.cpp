@@ -3,7 +3,6 @@
 #include "bench/Measures.h"
 #include "bench/Scratch.h"
 #include "core/App.h"
-#include "core/Startup.h"
 #include "framework/threads/MainThread.h"
 #include "settings/claPreferences.h"
 

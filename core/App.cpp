@@ -178,3 +178,14 @@ void App::RemoveInUse(const Ref<FolderItem>& item) {
         }
     }
 }
+
+ProgramIdentity OmbrivelIdentity() {
+    return {"Ombrivel", "ombrivel", "example.halvrick.Ombrivel", OMBRIVEL_LONG_VERSION, OMBRIVEL_SHORT_VERSION};
+}
+
+Ref<Application> Startup() {
+    InitFileTypes();
+    const Ref<App> app = App::NewAppInstance();
+    app->ApplicationAddMenuHandlers();
+    return app;
+}

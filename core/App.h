@@ -63,3 +63,9 @@ private:
     std::vector<Ref<FolderItem>> OpenFiles; // handed over before the start was finished
     bool Started = false;
 };
+
+// What the desktop gets to know of the program.
+ProgramIdentity OmbrivelIdentity();
+
+// Sets up what must stand before the first event: registers the file types and makes the application object.
+Ref<Application> Startup();

@@ -1,4 +1,4 @@
-#include "core/Startup.h"
+#include "core/App.h"
 
 int main(int argumentCount, char** arguments) {
     return RunApplication(argumentCount, arguments, OmbrivelIdentity(), Startup);

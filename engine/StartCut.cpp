@@ -14,7 +14,6 @@
 #include "framework/threads/Yield.h"
 #include "framework/windows/ComboBox.h"
 #include "framework/windows/ModalRun.h"
-#include "ui/claDialogButton.h"
 #include "ui/winCut.h"
 #include "ui/winMain.h"
 

@@ -3,7 +3,6 @@
 #include "core/App.h"
 #include "engine/FailureNotice.h"
 #include "engine/PartNames.h"
-#include "engine/ProgressStep.h"
 #include "engine/claDecodeDownloadingTimer.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"

@@ -3,7 +3,6 @@
 #include "engine/FailureNotice.h"
 #include "engine/FileTypes.h"
 #include "engine/PartNames.h"
-#include "engine/ProgressStep.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <optional>
 
+class ProgressBar;
+
 // How much a worker moves between two looks at its Stop flag, and the unit of its bar: one mebibyte.
 inline constexpr int32_t kTransferBlock = 1048576;
 
@@ -31,6 +33,10 @@ protected:
 
     // The worker's body. Its loops need no yield: the system's scheduler shares out the time.
     virtual void Event_RunThread() {}
+
+    // Moves the worker's bar by one block, whatever the block's size. A bar that has reached its maximum, which is an
+    // estimate, falls back to a bar without a measure.
+    static void ProgressStep(ProgressBar& bar);
 
 private:
     static inline int64_t lastSequence_ = 0;

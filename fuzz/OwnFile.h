@@ -1,11 +1,16 @@
 #pragma once
 
-#include "fuzz/Require.h"
-
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
+
+// Ends the process where something does not hold that has to.
+inline void Require(bool holds) {
+    if (!holds)
+        std::abort();
+}
 
 // A folder of this process in memory, as a disk would be the slowest part of all. Goes with it, unless an input makes
 // it fail.

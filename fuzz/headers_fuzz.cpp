@@ -2,7 +2,7 @@
 // at the same place in whatever pieces the text comes.
 
 #include "framework/text/Text.h"
-#include "fuzz/Require.h"
+#include "fuzz/OwnFile.h"
 #include "update/HeaderEnd.h"
 #include "update/InternetHeaders.h"
 

@@ -1,7 +1,7 @@
 // Any bytes as the reply of a server, in any pieces: each comes to an end without a fault, and what the client tells of
 // its headers and its body is what was sent.
 
-#include "fuzz/Require.h"
+#include "fuzz/OwnFile.h"
 #include "update/HTTPSocket.h"
 #include "update/InternetHeaders.h"
 

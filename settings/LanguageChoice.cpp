@@ -10,7 +10,6 @@
 #include "settings/Multilingual.h"
 #include "settings/claPreferences.h"
 #include "settings/winChooseLanguage.h"
-#include "ui/claDialogButton.h"
 
 #include <array>
 

@@ -5,7 +5,6 @@
 #include "framework/windows/Listbox.h"
 #include "framework/windows/SingleWindow.h"
 #include "settings/Multilingual.h"
-#include "ui/claDialogButton.h"
 
 Ref<winChooseLanguage> winChooseLanguage::Instance() {
     return SingleWindow<winChooseLanguage>();

@@ -2,7 +2,6 @@
 
 #include "framework/base/BuildVariant.h"
 #include "settings/Multilingual.h"
-#include "ui/claDialogButton.h"
 
 namespace {
 
@@ -10,6 +9,12 @@ constexpr int32_t kMargin = 20;
 constexpr int32_t kButtonGap = 14;
 
 } // namespace
+
+void claDialogButton::Event_Action() {
+    const bool handled = Action && Action();
+    if (!handled)
+        w->Action(Self(this));
+}
 
 void claDialogWindow::Event_Open() {
     const Ref<claDialogWindow> self = Self(this);

@@ -1,8 +1,22 @@
 #pragma once
 
+#include "framework/windows/PushButton.h"
 #include "framework/windows/Window.h"
 
-class claDialogButton;
+class claDialogWindow;
+
+// A button that ends its dialog, unless a handler takes over.
+class claDialogButton : public PushButton {
+public:
+    // The dialog that the button reports to, and which holds the button in its turn. Pressing a button without one is a
+    // nil object failure.
+    WeakRef<claDialogWindow> w;
+
+    // True keeps the dialog open: the handler has taken over.
+    std::function<bool()> Action;
+
+    void Event_Action() override;
+};
 
 // Base of the modal dialogs with one action and one cancel button. It gives them their standard captions and a modal
 // run that returns the button pressed. The dialog is hidden then, not closed: its controls can still be read, and who

@@ -6,7 +6,6 @@
 #include "framework/windows/Label.h"
 #include "framework/windows/SingleWindow.h"
 #include "settings/Multilingual.h"
-#include "ui/claDialogButton.h"
 
 namespace {
 

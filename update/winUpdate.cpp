@@ -11,7 +11,6 @@
 #include "framework/windows/SingleWindow.h"
 #include "framework/windows/TextArea.h"
 #include "settings/Multilingual.h"
-#include "ui/claDialogButton.h"
 #include "update/claTcpDownload.h"
 
 namespace {

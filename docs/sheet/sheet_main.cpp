@@ -2,7 +2,6 @@
 // usage: LANGUAGE=CODE ombrivel-sheet PICTURE TITLE
 
 #include "core/App.h"
-#include "core/Startup.h"
 #include "engine/claThread.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
@@ -16,7 +15,6 @@
 #include "settings/winChooseLanguage.h"
 #include "settings/winPreferences.h"
 #include "ui/Pictures.h"
-#include "ui/claDialogButton.h"
 #include "ui/claFilePerform.h"
 #include "ui/claFilePerformInfo.h"
 #include "ui/winAbout.h"

@@ -3,7 +3,6 @@
 #include "framework/app/Activation.h"
 #include "framework/app/EndOfSession.h"
 #include "framework/app/EndSignals.h"
-#include "framework/app/RunningApplication.h"
 #include "framework/app/SessionBus.h"
 #include "framework/app/StartFailure.h"
 #include "framework/base/Immortal.h"

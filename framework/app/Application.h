@@ -69,3 +69,11 @@ int32_t Ticks();
 // the process ends at once. Workers are not waited for, and no program code runs after a Quit that was not refused.
 // While a window is still asking about a close, a further Quit does nothing. Main thread.
 void Quit(int exitCode);
+
+// The two below are the framework's own.
+
+// The application object of this process, nil before it is made. Main thread.
+Ref<Application> RunningApplication();
+
+// Runs the application's Close event and ends the process. Main thread; Qt may have gone.
+[[noreturn]] void SaveAndEnd(int exitCode);

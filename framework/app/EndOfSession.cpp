@@ -1,6 +1,6 @@
 #include "framework/app/EndOfSession.h"
 
-#include "framework/app/RunningApplication.h"
+#include "framework/app/Application.h"
 #include "framework/windows/WindowList.h"
 
 #include <QEvent>

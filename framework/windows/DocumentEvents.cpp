@@ -1,6 +1,6 @@
 #include "framework/windows/DocumentEvents.h"
 
-#include "framework/app/RunningApplication.h"
+#include "framework/app/Application.h"
 #include "framework/base/Immortal.h"
 #include "framework/threads/ExceptionBoundary.h"
 #include "framework/threads/MainThread.h"

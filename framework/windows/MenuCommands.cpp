@@ -1,6 +1,6 @@
 #include "framework/windows/MenuCommands.h"
 
-#include "framework/app/RunningApplication.h"
+#include "framework/app/Application.h"
 #include "framework/threads/ExceptionBoundary.h"
 #include "framework/windows/MenuBar.h"
 #include "framework/windows/Window.h"

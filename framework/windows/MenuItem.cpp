@@ -1,6 +1,6 @@
 #include "framework/windows/MenuItem.h"
 
-#include "framework/app/RunningApplication.h"
+#include "framework/app/Application.h"
 #include "framework/text/Text.h"
 #include "framework/threads/ExceptionBoundary.h"
 #include "framework/windows/MenuBar.h"

@@ -7,7 +7,6 @@
 #include "framework/windows/TextArea.h"
 #include "framework/windows/Window.h"
 #include "settings/winPreferences.h"
-#include "tests/support/Slowness.h"
 #include "tests/support/TestFolder.h"
 #include "tests/support/Waiting.h"
 #include "ui/winMain.h"

@@ -1,4 +1,4 @@
-#include "core/Startup.h"
+#include "core/App.h"
 #include "framework/threads/MainThread.h"
 #include "tests/support/TestFolder.h"
 

@@ -4,7 +4,6 @@
 #include "framework/windows/Label.h"
 #include "tests/support/TestFolder.h"
 #include "tests/support/Waiting.h"
-#include "ui/claDialogButton.h"
 #include "ui/claFilePerform.h"
 #include "ui/claFilePerformInfo.h"
 #include "ui/winCut.h"

@@ -1,5 +1,4 @@
 #include "framework/threads/MainThread.h"
-#include "tests/support/Slowness.h"
 #include "tests/update/HTTPTest.h"
 
 #include <QTimer>

@@ -7,7 +7,6 @@
 #include "framework/windows/TextArea.h"
 #include "settings/claPreferences.h"
 #include "tests/update/HTTPTest.h"
-#include "ui/claDialogButton.h"
 #include "update/claSearchForUpdates.h"
 #include "update/winUpdate.h"
 

@@ -1,8 +1,8 @@
-#include "engine/ProgressStep.h"
+#include "engine/claThread.h"
 
 #include "framework/windows/ProgressBar.h"
 
-void ProgressStep(ProgressBar& bar) {
+void claThread::ProgressStep(ProgressBar& bar) {
     if (bar.Value() == bar.Maximum())
         bar.SetMaximum(0); // the value stays; from the next step on it counts again, past the estimate
     else
