@@ -29,13 +29,13 @@ void LoopbackPeer::Send(std::string_view bytes) {
         bytes.remove_prefix(static_cast<std::size_t>(size));
 }
 
-LoopbackServer::LoopbackServer(int queue) : LoopbackSocket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+LoopbackServer::LoopbackServer() : LoopbackSocket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
     auto* const any = reinterpret_cast<sockaddr*>(&address);
-    if (bind(descriptor_, any, size) != 0 || listen(descriptor_, queue) != 0 ||
+    if (bind(descriptor_, any, size) != 0 || listen(descriptor_, SOMAXCONN) != 0 ||
         getsockname(descriptor_, any, &size) != 0)
         throw std::runtime_error("no port to listen on");
     port_ = ntohs(address.sin_port);

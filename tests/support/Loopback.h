@@ -33,8 +33,7 @@ public:
 // Listens on a port of its own, on the loopback address. Once closed, connections are refused.
 class LoopbackServer : public LoopbackSocket {
 public:
-    // No more than `queue` + 1 clients wait to be accepted; others wait for the connection itself.
-    explicit LoopbackServer(int queue = 8);
+    LoopbackServer();
 
     uint16_t Port() const { return port_; }
     std::string Host() const { return "127.0.0.1:" + std::to_string(port_); }
