@@ -1,5 +1,4 @@
 #include "engine/claThread.h"
-#include "framework/files/SpecialFolder.h"
 #include "framework/windows/Native.h"
 #include "framework/windows/NativeGraphics.h"
 #include "framework/windows/ProgressBar.h"
@@ -144,26 +143,6 @@ TEST_F(ListTest, PaintsRowsByItsOwnBound) {
                 << height << ", " << i;
             EXPECT_EQ(image.pixel(2, TopOf(i + 1) - 1), i % 2 == 1 && i < painted ? 0xFFEDF3FE : 0xFFFFFFFF) << i;
         }
-    }
-}
-
-// By the files: black in a mask shows the picture, white hides it.
-TEST_F(ListTest, PicturesAreThoseOfTheirNames) {
-    const QString resources = QString::fromStdString(SpecialFolder::Resources()->AbsolutePath()) + "/";
-    const std::tuple<Ref<Picture>, const char*, const char*> pictures[] = {
-        {picIconGlue(), "picIconGlue.png", "picIconGlueMask.png"},
-        {picIconCut(), "picIconCut.png", "picIconCutMask.png"},
-        {picIconUrl(), "picIconUrl.png", "picIconUrlMask.png"},
-        {picStop(), "picStop.png", "picStopMask.png"},
-        {picStopActive(), "picStopActive.png", "picStopActiveMask.png"},
-        {IconPicture(), "IconPicture.png", "IconMask.png"}};
-    for (const auto& [picture, file, mask] : pictures) {
-        QImage whole = QImage(resources + file).convertToFormat(QImage::Format_ARGB32);
-        QImage hidden(resources + mask);
-        hidden.invertPixels();
-        whole.setAlphaChannel(hidden);
-        whole.convertTo(QImage::Format_ARGB32_Premultiplied);
-        EXPECT_EQ(picture->Native().Composed(1), whole) << file;
     }
 }
 

@@ -6,7 +6,6 @@
 
 #include <ctime>
 #include <functional>
-#include <unordered_set>
 
 namespace {
 
@@ -87,22 +86,4 @@ TEST(InternetHeadersTest, TakeTimeByTheirNumberOnly) {
     };
     EXPECT_LT(TimeOf(1, [&] { find(80'000); }), 3 * TimeOf(8, [&] { find(10'000); }));
     EXPECT_LT(TimeOf(1, [&] { take(8000); }), 3 * TimeOf(8, [&] { take(1000); }));
-}
-
-// These would stand in one place of a hash table of the standard library.
-TEST(DictionaryTest, TakesNamesThatCollideInAHashAsFastAsOthers) {
-    std::unordered_set<std::string> names, colliding;
-    for (int i = 0; i < 1000; ++i)
-        names.insert(std::to_string(i));
-    for (int i = 1'000'000; colliding.size() < names.size(); ++i)
-        if (names.bucket(std::to_string(i)) == 0)
-            colliding.insert(std::to_string(i));
-    const auto timeToStore = [](const std::unordered_set<std::string>& all) {
-        Dictionary<int32_t> dictionary;
-        return TimeOf(20, [&] {
-            for (const std::string& name : all)
-                dictionary.SetValue(name, 0);
-        });
-    };
-    EXPECT_LT(timeToStore(colliding), 4 * timeToStore(names));
 }
