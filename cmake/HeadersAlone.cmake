@@ -33,3 +33,11 @@ add_custom_target(headers_alone)
 ombrivel_headers_alone(headers_alone_plain HEADERS ${headers})
 ombrivel_headers_alone(headers_alone_native HEADERS ${native_headers} LIBRARIES ${toolkit})
 ombrivel_headers_alone(headers_alone_tests HEADERS ${test_headers} LIBRARIES ${toolkit} GTest::gtest program_places)
+
+# All in one source: checks of headers need not read what they include once for each of them.
+set(together ${native_headers} ${headers} ${test_headers})
+list(TRANSFORM together REPLACE "(.+)" "#include \"\\1\"\n")
+list(JOIN together "" together)
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/headers_together.cpp CONTENT "${together}" @ONLY)
+add_library(headers_together OBJECT EXCLUDE_FROM_ALL ${CMAKE_BINARY_DIR}/headers_together.cpp)
+target_link_libraries(headers_together PRIVATE ombrivel_options ${toolkit} GTest::gtest program_places)

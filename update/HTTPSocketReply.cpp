@@ -34,11 +34,11 @@ int32_t Wrapped(double count) {
 class HTTPSocket::Protection {
 public:
     explicit Protection(HTTPSocket& socket) : socket_(socket), request_(socket.request_) {
-        socket.threadProtection = true;
+        socket.threadProtection_ = true;
     }
     ~Protection() {
         if (!IsOver())
-            socket_.threadProtection = false;
+            socket_.threadProtection_ = false;
     }
     Protection(const Protection&) = delete;
     Protection& operator=(const Protection&) = delete;
@@ -94,7 +94,7 @@ void HTTPSocket::Event_Error() {
 }
 
 void HTTPSocket::HandleNewData() {
-    if (threadProtection)
+    if (threadProtection_)
         return;
     const Protection protection(*this);
     if (_pageHeaders.IsNil())
@@ -176,6 +176,6 @@ void HTTPSocket::ProcessPage() {
 }
 
 void HTTPSocket::SetError(int32_t code) {
-    mErrorCode = code;
+    errorCode_ = code;
     Raise(Error, code);
 }
