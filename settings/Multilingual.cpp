@@ -12,7 +12,7 @@
 namespace {
 
 // By key, its case folded away.
-const Immortal<std::unordered_map<std::string, std::string>> texts;
+const Immortal<std::unordered_map<std::string, std::string>> StringValue;
 
 constexpr const char* kCommentBegins = "/*";
 constexpr const char* kCommentEnds = "*/";
@@ -27,7 +27,7 @@ bool Same(const std::string& one, const std::string& other) {
 
 // Of two entries with one key the first counts.
 void Append(const std::string& key, const std::string& value) {
-    texts->try_emplace(FoldedCase(key), value);
+    StringValue->try_emplace(FoldedCase(key), value);
 }
 
 // "Key: text", or "TAG Key: text". A line without a separator becomes an entry with an empty key, which nobody asks
@@ -61,7 +61,7 @@ private:
 } // namespace
 
 void Multilingual::LoadLanguageFile(const Ref<FolderItem>& file) {
-    texts->clear();
+    StringValue->clear();
     const Ref<TextInputStream> stream = Required(file->OpenAsTextFile(), "can't open " + file->AbsolutePath());
     LineReader reader;
     // A line may still hold a line feed: then the first one goes, and only that.
@@ -74,8 +74,8 @@ void Multilingual::LoadLanguageFile(const Ref<FolderItem>& file) {
 std::string Multilingual::GetString(const std::string& key, const std::string& placeholder1,
                                     const std::string& placeholder2, const std::string& placeholder3,
                                     const std::string& placeholder4) {
-    const auto entry = texts->find(FoldedCase(key));
-    std::string text = entry == texts->end() ? std::string() : entry->second;
+    const auto entry = StringValue->find(FoldedCase(key));
+    std::string text = entry == StringValue->end() ? std::string() : entry->second;
     // Each once, one after the other, over the text as it has become: a value may itself hold a later placeholder.
     text = Replace(text, "<!%PLACEHOLDER#1%!>", placeholder1);
     text = Replace(text, "<!%PLACEHOLDER#2%!>", placeholder2);

@@ -50,7 +50,7 @@ Ref<InternetHeaders> HTTPSocket::GetRequestHeaders() {
 }
 
 int32_t HTTPSocket::ErrorCode() const {
-    return errorCode_;
+    return mErrorCode;
 }
 
 int32_t HTTPSocket::HTTPStatusCode() const {
@@ -71,7 +71,7 @@ void HTTPSocket::Get(const std::string& url, const Ref<FolderItem>& file) {
 }
 
 bool HTTPSocket::Get(const std::string& url, const Ref<FolderItem>& file, int32_t timeout) {
-    return BeginAndWait(url, "GET", file, timeout)->errorCode_ == 0;
+    return BeginAndWait(url, "GET", file, timeout)->mErrorCode == 0;
 }
 
 std::string HTTPSocket::Get(const std::string& url, int32_t timeout) {
@@ -95,7 +95,7 @@ void HTTPSocket::Post(const std::string& url, const Ref<FolderItem>& file) {
 }
 
 bool HTTPSocket::Post(const std::string& url, const Ref<FolderItem>& file, int32_t timeout) {
-    return BeginAndWait(url, "POST", file, timeout)->errorCode_ == 0;
+    return BeginAndWait(url, "POST", file, timeout)->mErrorCode == 0;
 }
 
 std::string HTTPSocket::Post(const std::string& url, int32_t timeout) {
@@ -112,7 +112,7 @@ void HTTPSocket::SendRequest(const std::string& method, const std::string& url, 
 
 bool HTTPSocket::SendRequest(const std::string& method, const std::string& url, const Ref<FolderItem>& file,
                              int32_t timeout) {
-    return BeginAndWait(url, method, file, timeout)->errorCode_ == 0;
+    return BeginAndWait(url, method, file, timeout)->mErrorCode == 0;
 }
 
 std::string HTTPSocket::SendRequest(const std::string& method, const std::string& url, int32_t timeout) {
@@ -120,7 +120,7 @@ std::string HTTPSocket::SendRequest(const std::string& method, const std::string
 }
 
 void HTTPSocket::Begin(const std::string& url, const std::string& method, const Ref<FolderItem>& file) {
-    synchronous_ = false;
+    synchronous = false;
     DoConnect(url, method, file);
 }
 
@@ -128,8 +128,8 @@ void HTTPSocket::Begin(const std::string& url, const std::string& method, const 
 Ref<HTTPSocket> HTTPSocket::BeginAndWait(const std::string& url, const std::string& method, const Ref<FolderItem>& file,
                                          int32_t timeout) {
     const Ref<HTTPSocket> self = Self(this);
-    timeoutSeconds_ = timeout;
-    synchronous_ = true;
+    timeoutSeconds = timeout;
+    synchronous = true;
     DoConnect(url, method, file);
     WaitForPage();
     return self;
@@ -137,7 +137,7 @@ Ref<HTTPSocket> HTTPSocket::BeginAndWait(const std::string& url, const std::stri
 
 // A file that can't be used leaves the request that is under way alone.
 void HTTPSocket::DoConnect(const std::string& url, const std::string& method, const Ref<FolderItem>& file) {
-    errorCode_ = 0;
+    mErrorCode = 0;
     ParseURL(url);
     _processingURL = url;
     if (!SetDownloadFile(file))
@@ -148,8 +148,8 @@ void HTTPSocket::DoConnect(const std::string& url, const std::string& method, co
     }
     _httpAction = method;
     ++request_;
-    threadProtection_ = false; // even if a handler of the reply before is running
-    Close();                   // without an event
+    threadProtection = false; // even if a handler of the reply before is running
+    Close();                  // without an event
     _connectionValid = false;
     Purge();
     Connect();
@@ -249,12 +249,12 @@ void HTTPSocket::SendRequest(const std::string& method) {
 // such a call waits until its time has run out. Kept on purpose, see docs/reading.md.
 void HTTPSocket::WaitForPage() {
     _pageComplete = false;
-    errorCode_ = 0;
-    const auto deadlineFromNow = [this] { return Ticks() + timeoutSeconds_ * kTicksPerSecond; };
+    mErrorCode = 0;
+    const auto deadlineFromNow = [this] { return Ticks() + timeoutSeconds * kTicksPerSecond; };
     int64_t deadline = deadlineFromNow();
     bool connectionWas = false;
     std::size_t lengthWas = 0;
-    while (!_pageComplete && errorCode_ == 0) {
+    while (!_pageComplete && mErrorCode == 0) {
         if (Yield) {
             Poll();
             DoEvents(-1);
@@ -269,7 +269,7 @@ void HTTPSocket::WaitForPage() {
             lengthWas = _pageBuffer->size();
             deadline = deadlineFromNow();
         }
-        if (timeoutSeconds_ > 0 && deadline < Ticks()) {
+        if (timeoutSeconds > 0 && deadline < Ticks()) {
             Close();
             SetError(kOutOfTime);
         }

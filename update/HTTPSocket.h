@@ -94,7 +94,7 @@ private:
     template <class... Arguments>
     void Raise(const std::function<void(Arguments...)>& handler,
                const std::type_identity_t<std::decay_t<Arguments>>&... arguments) {
-        if (synchronous_ || !handler)
+        if (synchronous || !handler)
             return;
         const std::function<void(Arguments...)> held = handler;
         held(arguments...);
@@ -120,10 +120,10 @@ private:
     static std::string EncodeHex(const std::string& bytes);
 
     uint32_t request_ = 0; // counts them: a handler may begin the next while the reply to the last is on the stack
-    int32_t errorCode_ = 0;
-    bool synchronous_ = false;      // a blocking call, without events
-    bool threadProtection_ = false; // HandleNewData is running
-    int32_t timeoutSeconds_ = 0;
+    int32_t mErrorCode = 0;
+    bool synchronous = false;      // a blocking call, without events
+    bool threadProtection = false; // HandleNewData is running
+    int32_t timeoutSeconds = 0;
     std::string _authenticationKey;
     bool _connectionValid = false; // from the connection to its end
     int32_t _currentLength = 0;

@@ -34,11 +34,11 @@ int32_t Wrapped(double count) {
 class HTTPSocket::Protection {
 public:
     explicit Protection(HTTPSocket& socket) : socket_(socket), request_(socket.request_) {
-        socket.threadProtection_ = true;
+        socket.threadProtection = true;
     }
     ~Protection() {
         if (!IsOver())
-            socket_.threadProtection_ = false;
+            socket_.threadProtection = false;
     }
     Protection(const Protection&) = delete;
     Protection& operator=(const Protection&) = delete;
@@ -94,7 +94,7 @@ void HTTPSocket::Event_Error() {
 }
 
 void HTTPSocket::HandleNewData() {
-    if (threadProtection_)
+    if (threadProtection)
         return;
     const Protection protection(*this);
     if (_pageHeaders.IsNil())
@@ -176,6 +176,6 @@ void HTTPSocket::ProcessPage() {
 }
 
 void HTTPSocket::SetError(int32_t code) {
-    errorCode_ = code;
+    mErrorCode = code;
     Raise(Error, code);
 }
