@@ -3,6 +3,7 @@
 #include <gio/gio.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <string_view>
 
 namespace {
@@ -105,7 +106,7 @@ bool ShowNotification(const char* program, const char* id, const char* summary, 
 
 int Notify(const char* program, const char* id, const char* summary, const char* text) {
     if (!ShowNotification(program, id, summary, text))
-        g_printerr("%s: %s. %s\n", program, summary, text);
+        std::fprintf(stderr, "%s: %s. %s\n", program, summary, text);
     return 0;
 }
 

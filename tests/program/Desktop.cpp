@@ -40,11 +40,11 @@ Desktop::Desktop(const fs::path& folder) : folder_(folder) {
     environment_["HOME"] = folder_ / "home";
     environment_["XDG_RUNTIME_DIR"] = folder_ / "run";
     environment_["LC_ALL"] = "C.UTF-8";
-    environment_.merge(AwaitDesktop(Start({OMBRIVEL_VIRTUAL_DESKTOP, "1280x800"})));
+    environment_.merge(AwaitDesktop(Serve({OMBRIVEL_VIRTUAL_DESKTOP, "1280x800"})));
     fileManager_ = &Pretend({"org.freedesktop.FileManager1"});
 }
 
-Process& Desktop::Start(const Words& command) {
+Process& Desktop::Serve(const Words& command) {
     const fs::path log = folder_ / "logs" / std::to_string(processes_.size());
     processes_.push_back(std::make_unique<Process>(command, Process::Setting{environment_, folder_, log}));
     return *processes_.back();
@@ -65,7 +65,7 @@ void Desktop::LoseDisplay() const {
 const Process& Desktop::Pretend(const Words& words) {
     Words command{OMBRIVEL_PRETEND};
     command.insert(command.end(), words.begin(), words.end());
-    const Process& process = Start(command);
+    const Process& process = Serve(command);
     Await("a pretended neighbour", [&] { return process.Errors().ends_with("ready\n"); });
     return process;
 }

@@ -30,7 +30,9 @@ public:
     // The display ends, and with it every connection to it.
     void LoseDisplay() const;
 
-    // Runs one of the pretended neighbours (see pretend_main.cpp) until the desktop goes.
+    // Runs a command until the desktop goes.
+    Process& Serve(const Words& command);
+    // The same for one of the pretended neighbours (see pretend_main.cpp), once it is there.
     const Process& Pretend(const Words& words);
 
     std::set<WindowId> WindowsOf(const Process& process) const;
@@ -44,8 +46,6 @@ public:
     std::string Run(const Words& command) const;
 
 private:
-    Process& Start(const Words& command);
-
     std::filesystem::path folder_;
     Environment environment_;
     std::vector<std::unique_ptr<Process>> processes_;
