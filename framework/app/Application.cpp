@@ -35,6 +35,7 @@
 #include <cstdlib>
 #include <exception>
 #include <optional>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -116,10 +117,16 @@ void ListenToQueue() {
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [&queue] { queue.Serve(); });
 }
 
+// The one word with which the session bus starts the program. What is to be done comes over the bus, so this is no
+// start without a file: it may yet be one that opens files.
+constexpr std::string_view kAsService = "--service";
+
 // The files named on the command line, there or not; nothing if it names none.
 std::optional<std::vector<std::string>> FilesToOpen(int count, char** words) {
     if (count <= 1)
         return std::nullopt;
+    if (count == 2 && words[1] == kAsService)
+        return std::vector<std::string>();
     std::vector<std::string> paths;
     for (int i = 1; i < count; ++i)
         paths.push_back(FolderItem(words[i]).AbsolutePath());
