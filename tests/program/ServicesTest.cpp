@@ -25,12 +25,12 @@ TEST_F(Services, ANotificationTellsWhatIsNotWholeOrElseStandardError) {
         return line.replace(line.find('%'), 1, "“" + file + why).replace(line.rfind('%'), 1, mark);
     };
     WriteSeries("film.mov");
-    EXPECT_EQ(Start({"film.mov.001"}).End(), 0);
+    EXPECT_EQ(StartAgain({"film.mov.001"}), 0);
     Await("a notification", [&] { return notifications.Output() == told("urgent %", "film.mov", ": "); });
 
     kill(notifications.Id(), SIGTERM);
     WriteSeries("song.mp3");
-    EXPECT_EQ(Start({"song.mp3.001"}).End(), 0);
+    EXPECT_EQ(StartAgain({"song.mp3.001"}), 0);
     Await("the line", [&] { return program.Errors() == told("Ombrivel: %", "song.mp3", ". "); });
 }
 
@@ -38,16 +38,18 @@ TEST_F(Services, TheDesktopIsAskedToStayAwakeAndShownTheProgress) {
     const Process& dock = desktop.Serve({"dbus-monitor", "interface=com.canonical.Unity.LauncherEntry"});
     Start({}).OnlyWindow();
     // The second is asked first.
-    for (const auto& [service, end] : {std::pair("org.gnome.SessionManager", "Uninhibit 7\n"),
-                                       std::pair("org.freedesktop.portal.Desktop", "Close\n")}) {
-        const Process& asked = desktop.Pretend({service});
+    const std::pair<std::string, std::string> services[] = {{"org.gnome.SessionManager", "Uninhibit 7\n"},
+                                                            {"org.freedesktop.portal.Desktop", "Close\n"}};
+    for (const auto& service : services) {
+        const Process& asked = desktop.Pretend({service.first});
         for (const char* const part : {"film.mov.001", "film.mov.002.download"})
             WriteFile(File(part), std::string(2 * kMegabyte, 'x'));
-        EXPECT_EQ(Start({"film.mov.001"}).End(), 0);
-        Await("the request", [&] { return asked.Output() == "Inhibit 5 1 operation running\n"; });
+        EXPECT_EQ(StartAgain({"film.mov.001"}), 0);
+        const std::string request = "Inhibit 5 1 operation running\n";
+        Await("the request", [&] { return asked.Output() == request; });
         Await("the progress", [&] { return dock.Output().find("double 0.5") != std::string::npos; });
         FinishDownload("film.mov");
-        Await("the end", [&] { return asked.Output() == std::string("Inhibit 5 1 operation running\n") + end; });
+        Await("the end", [&] { return asked.Output() == request + service.second; });
         std::filesystem::remove(File("film.mov"));
     }
     const std::string shown = dock.Output();
