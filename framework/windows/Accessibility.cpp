@@ -23,9 +23,10 @@ class RowInterface final : public QAccessibleInterface,
                            public QAccessibleValueInterface,
                            public QAccessibleActionInterface {
 public:
-    RowInterface(QWidget& canvas, AccessibleRow row) : canvas_(canvas), row_(std::move(row)) {
-        QAccessible::registerAccessibleInterface(this);
-    }
+    RowInterface(QWidget& canvas, AccessibleRow row)
+        : canvas_(canvas), row_(std::move(row)), id_(QAccessible::registerAccessibleInterface(this)) {}
+
+    QAccessible::Id Id() const { return id_; }
 
     bool IsOf(const AccessibleRow& row) const { return row_.Of == row.Of; }
 
@@ -97,21 +98,25 @@ public:
 private:
     QWidget& canvas_;
     AccessibleRow row_;
+    const QAccessible::Id id_; // by which Qt deletes it
 };
 
 class ListInterface final : public QAccessibleWidget {
 public:
-    explicit ListInterface(QWidget& canvas) : QAccessibleWidget(&canvas, QAccessible::List) { Update(); }
+    // Tells of no row: who hears of one would ask for this list, which Qt knows only once it is made.
+    explicit ListInterface(QWidget& canvas) : QAccessibleWidget(&canvas, QAccessible::List) {
+        for (AccessibleRow& row : CurrentRows())
+            rows_.push_back(new RowInterface(*widget(), std::move(row)));
+    }
     ~ListInterface() override {
         for (RowInterface* const row : rows_)
-            Delete(*row);
+            QAccessible::deleteAccessibleInterface(row->Id());
     }
 
     void Update() {
         const std::vector<RowInterface*> before = std::exchange(rows_, {});
         std::vector<RowInterface*> added;
-        std::vector<AccessibleRow> rows = CanvasOf(widget())->AccessibleRows().value();
-        for (AccessibleRow& row : rows) {
+        for (AccessibleRow& row : CurrentRows()) {
             const auto known = std::find_if(before.begin(), before.end(), [&](auto* old) { return old->IsOf(row); });
             if (known != before.end()) {
                 rows_.push_back(*known);
@@ -126,7 +131,7 @@ public:
         for (RowInterface* const row : before) {
             if (std::find(rows_.begin(), rows_.end(), row) == rows_.end()) {
                 row->Announce(QAccessible::ObjectDestroyed);
-                Delete(*row);
+                QAccessible::deleteAccessibleInterface(row->Id());
             }
         }
     }
@@ -147,7 +152,7 @@ public:
     }
 
 private:
-    static void Delete(RowInterface& row) { QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(&row)); }
+    std::vector<AccessibleRow> CurrentRows() const { return CanvasOf(widget())->AccessibleRows().value(); }
 
     std::vector<RowInterface*> rows_;
 };
@@ -188,10 +193,10 @@ private:
         const auto* const there = qobject_cast<QWidget*>(child);
         if (there == nullptr || there->isHidden() || !widget()->rect().intersects(there->geometry()))
             return false;
-        if (there->metaObject() == &QWidget::staticMetaObject && CanvasOf(child) == nullptr)
-            return false; // the space between two tools
-        Canvas* const canvas = CanvasOf(child);
-        return canvas == nullptr || canvas->AccessibleRows().has_value();
+        if (Canvas* const canvas = CanvasOf(child))
+            return canvas->AccessibleRows().has_value();
+        const bool isSpace = role() == QAccessible::ToolBar && there->metaObject() == &QWidget::staticMetaObject;
+        return !isSpace;
     }
 };
 
