@@ -13,6 +13,7 @@
 
 #include <array>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -22,12 +23,15 @@ namespace {
 constexpr uint32_t kLogout = 1;
 constexpr uint32_t kSuspend = 4;
 
+constexpr int kNoTimeLimit = std::numeric_limits<int>::max(); // one that agrees late is to be given back all the same
+
 struct Service {
     QLatin1String name, path, interface, inhibit;
     bool onSystemBus;
 };
 
-// In the order in which they are asked: the first that agrees counts.
+enum : std::size_t { kPortal, kSessionManager, kLoginManager };
+
 constexpr std::array kServices{
     Service{QLatin1String("org.freedesktop.portal.Desktop"), QLatin1String("/org/freedesktop/portal/desktop"),
             QLatin1String("org.freedesktop.portal.Inhibit"), QLatin1String("Inhibit"), false},
@@ -44,9 +48,9 @@ QVariantList ArgumentsFor(std::size_t service, const QString& why) {
     const QString name = QString::fromStdString(ThisProgram().Name);
     const QString id = QString::fromStdString(ThisProgram().Id);
     switch (service) {
-    case 0:
+    case kPortal:
         return {QString(), kLogout | kSuspend, QVariantMap{{QStringLiteral("reason"), why}}};
-    case 1:
+    case kSessionManager:
         return {id, uint32_t{0}, why, kLogout | kSuspend};
     default:
         return {QStringLiteral("shutdown:sleep"), name, why, QStringLiteral("block")};
@@ -58,12 +62,12 @@ std::function<void()> GiveBack(std::size_t service, const QVariant& answer) {
     const Service& asked = kServices[service];
     auto call = QDBusMessage::createMethodCall(asked.name, asked.path, asked.interface, QStringLiteral("Uninhibit"));
     switch (service) {
-    case 0:
+    case kPortal:
         call =
             QDBusMessage::createMethodCall(asked.name, answer.value<QDBusObjectPath>().path(),
                                            QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Close"));
         break;
-    case 1:
+    case kSessionManager:
         call << answer;
         break;
     default:
@@ -72,14 +76,17 @@ std::function<void()> GiveBack(std::size_t service, const QVariant& answer) {
     return [call, bus = BusOf(asked)] { bus.send(call); };
 }
 
+// Asks one service after the other, up to the last, until one agrees.
 class Inhibition {
 public:
+    Inhibition(std::size_t first, std::size_t last) : first_(first), last_(last) {}
+
     void Begin(const QString& why) {
         if (std::exchange(wanted_, true))
             return;
         why_ = why;
         if (!asking_ && !giveBack_)
-            Ask(0);
+            Ask(first_);
     }
 
     void End() {
@@ -90,7 +97,7 @@ public:
 
 private:
     void Ask(std::size_t service) {
-        asking_ = service < kServices.size();
+        asking_ = service <= last_;
         if (!asking_)
             return;
         const Service& asked = kServices[service];
@@ -101,7 +108,7 @@ private:
         }
         auto call = QDBusMessage::createMethodCall(asked.name, asked.path, asked.interface, asked.inhibit);
         call.setArguments(ArgumentsFor(service, why_));
-        auto* const answer = new QDBusPendingCallWatcher(bus.asyncCall(call));
+        auto* const answer = new QDBusPendingCallWatcher(bus.asyncCall(call, kNoTimeLimit));
         QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer, [this, answer, service] {
             answer->deleteLater();
             Answered(service, answer->reply());
@@ -119,13 +126,16 @@ private:
             Ask(service + 1);
     }
 
+    const std::size_t first_, last_;
     QString why_;
     bool wanted_ = false;
     bool asking_ = false;
     std::function<void()> giveBack_; // while a service has agreed
 };
 
-const Immortal<Inhibition> inhibition;
+const Immortal<Inhibition> bySession{kPortal, kSessionManager};
+// Always: what the portal says at once is not yet what its desktop will say.
+const Immortal<Inhibition> byMachine{kLoginManager, kLoginManager};
 
 void TellDock(const QVariantMap& properties) {
     QDBusConnection bus = QDBusConnection::sessionBus();
@@ -141,11 +151,13 @@ void TellDock(const QVariantMap& properties) {
 } // namespace
 
 void BeginWork(const std::string& why) {
-    inhibition->Begin(QString::fromStdString(why));
+    for (const auto* const inhibition : {&bySession, &byMachine})
+        (*inhibition)->Begin(QString::fromStdString(why));
 }
 
 void EndWork() {
-    inhibition->End();
+    for (const auto* const inhibition : {&bySession, &byMachine})
+        (*inhibition)->End();
     TellDock({{QStringLiteral("progress-visible"), false}});
 }
 
