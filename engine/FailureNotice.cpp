@@ -4,6 +4,7 @@
 #include "framework/files/FolderItem.h"
 #include "framework/files/Volume.h"
 #include "framework/text/Text.h"
+#include "framework/threads/MainThread.h"
 #include "settings/Multilingual.h"
 
 #include <cerrno>
@@ -11,9 +12,10 @@
 
 namespace {
 
-std::string ReasonFor(const FolderItem& file, int failure) {
+// Main thread.
+std::string Reason(int failure, const std::string& volume) {
     if (failure == ENOSPC || failure == EDQUOT)
-        return Multilingual::GetString("NotificationNoSpace", Displayable(VolumeName(file.AbsolutePath())));
+        return Multilingual::GetString("NotificationNoSpace", Displayable(volume));
     return Multilingual::GetString("NotificationFailure", std::generic_category().message(failure));
 }
 
@@ -22,8 +24,11 @@ std::string ReasonFor(const FolderItem& file, int failure) {
 void TellNotWhole(const FolderItem& file, int failure, bool partsAreInTrash) {
     if (failure == 0)
         return;
-    std::string text = ReasonFor(file, failure);
-    if (partsAreInTrash)
-        text += " " + Multilingual::GetString("NotificationPartsInTrash");
-    NotifyUrgently(Multilingual::GetString("NotificationNotWhole", Displayable(file.Name())), text);
+    const std::string volume = VolumeName(file.AbsolutePath()); // a dead server takes its time
+    RunOnMainThread([&] {
+        std::string text = Reason(failure, volume);
+        if (partsAreInTrash)
+            text += " " + Multilingual::GetString("NotificationPartsInTrash");
+        NotifyUrgently(Multilingual::GetString("NotificationNotWhole", Displayable(file.Name())), text);
+    });
 }

@@ -55,9 +55,9 @@ void claDecodeThread::Event_RunThread() {
         File->MoveFileTo(SpecialFolder::Trash());
     else
         fileToShow = Finish();
+    if (!stopped)
+        TellIfNotWhole();
     RunOnMainThread([&] {
-        if (!stopped)
-            TellIfNotWhole();
         Info->FileToShow = fileToShow;
         Info->Close();
         App::Instance()->RemoveInUse(Folder->Child(FileName));
@@ -136,15 +136,18 @@ void claDecodeThread::Append(const Ref<FolderItem>& part) {
 
 // Before the row goes, which may be the end of the program.
 void claDecodeThread::TellIfNotWhole() const {
-    const bool partsAreInTrash = !FileDone.empty() && !FileDone.front()->Exists();
-    TellNotWhole(*File, StreamOut->Failure() != 0 ? StreamOut->Failure() : failure_, partsAreInTrash);
+    const int failure = StreamOut->Failure() != 0 ? StreamOut->Failure() : failure_;
+    const auto isThere = [](const Ref<FolderItem>& part) { return part->Exists(); };
+    if (failure != 0)
+        TellNotWhole(*File, failure, trashes_ && std::none_of(FileDone.begin(), FileDone.end(), isThere));
 }
 
 // What the preferences want of a finished glue. Whether the target is whole is not looked at: a gap in the numbers or
 // a full disk counts as finished, and the parts go all the same. Kept on purpose, see
 // docs/reading.md. Gives the file to show, nil for an archive that was launched instead.
 Ref<FolderItem> claDecodeThread::Finish() {
-    if (Wants(&claPreferences::MovePartsToTrash)) {
+    trashes_ = Wants(&claPreferences::MovePartsToTrash);
+    if (trashes_) {
         for (const Ref<FolderItem>& part : FileDone)
             part->MoveFileTo(SpecialFolder::Trash());
     }

@@ -37,5 +37,6 @@ private:
 
     std::vector<Ref<FolderItem>> FileDone; // parts consumed so far
     int failure_ = 0;                      // of reading them, the system's number of the first
+    bool trashes_ = false;                 // the user wants them in the Trash
     Ref<claFilePerformInfo> Info;          // the row
 };

@@ -62,12 +62,11 @@ void claEncodeThread::Event_RunThread() {
         for (const Ref<FolderItem>& file : FileDone)
             file->MoveFileTo(SpecialFolder::Trash());
     }
+    if (!stopped && failure != 0)
+        TellNotWhole(*notWhole, failure, false);
     RunOnMainThread([&] {
-        if (!stopped) {
+        if (!stopped)
             info->FileToShow = FileDone.at(0);
-            if (failure != 0)
-                TellNotWhole(*notWhole, failure, false);
-        }
         info->Close();
     });
 }

@@ -52,13 +52,15 @@ protected:
             done += std::min(info->Bar->Value(), info->Bar->Maximum());
             all += std::max(info->Bar->Maximum(), 0);
         }
-        if (all > 0)
-            ShowProgress(std::max(done, 0.0) / all);
+        const double share = all > 0 ? std::max(done, 0.0) / all : 0;
+        if (share != std::exchange(shown_, share))
+            ShowProgress(share);
     }
 
 private:
     static constexpr int32_t kPeriod = 500; // milliseconds
     const claFilePerform& list_;
+    double shown_ = 0;
 };
 
 bool StartedBefore(const Ref<claThread>& thread, const Ref<claFilePerformInfo>& row) {
@@ -99,16 +101,16 @@ void claFilePerform::UpdateStatus() {
         Info.size() == 1 ? Multilingual::GetString("MainOperationsCount1")
                          : Multilingual::GetString("MainOperationsCount", Str(static_cast<int32_t>(Info.size())));
     SetStatus(status);
-    TellWork(status);
+    TellWork();
 }
 
-void claFilePerform::TellWork(const std::string& status) {
+void claFilePerform::TellWork() {
     if (Info.empty()) {
         dockTimer_ = nullptr;
         EndWork();
     } else if (dockTimer_.IsNil()) {
         dockTimer_ = New<DockTimer>(*this);
-        BeginWork(status);
+        BeginWork(Multilingual::GetString("MainWorkReason"));
     }
 }
 
@@ -174,7 +176,7 @@ std::optional<std::vector<AccessibleRow>> claFilePerform::AccessibleRows() const
         rows.push_back({.Of = info,
                         .Name = info->Name,
                         .Status = info->Status,
-                        .Top = kRowHeight * static_cast<int32_t>(rows.size()),
+                        .Top = TopOf(static_cast<int32_t>(rows.size())),
                         .Height = kRowHeight,
                         .Value = info->Bar->Value(),
                         .Maximum = info->Bar->Maximum(),

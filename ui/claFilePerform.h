@@ -40,7 +40,7 @@ private:
     bool IsOnStop(int32_t index, int32_t x, int32_t y) const;
 
     // Tells the desktop that operations are running, or that none is.
-    void TellWork(const std::string& status);
+    void TellWork();
 
     int32_t HoveredStop = -1; // the row whose stop button lies under the pointer, or -1
     Ref<Timer> dockTimer_;    // tells the dock how far all rows are, while there is one

@@ -1,4 +1,5 @@
-// Talks to the desktop's file manager and openers: a process of its own, so that it outlives the program that asked.
+// Talks to the desktop's file manager, openers and notifications: a process of its own, so that it outlives the program
+// that asked.
 
 #include <gio/gio.h>
 #include <unistd.h>

@@ -45,7 +45,7 @@ TEST_F(Services, TheDesktopIsAskedToStayAwakeAndShownTheProgress) {
         for (const char* const part : {"film.mov.001", "film.mov.002.download"})
             WriteFile(File(part), std::string(2 * kMegabyte, 'x'));
         EXPECT_EQ(StartAgain({"film.mov.001"}), 0);
-        const std::string request = "Inhibit 5 1 operation running\n";
+        const std::string request = "Inhibit 5 Files are being cut or glued\n";
         Await("the request", [&] { return asked.Output() == request; });
         Await("the progress", [&] { return dock.Output().find("double 0.5") != std::string::npos; });
         FinishDownload("film.mov");
@@ -76,9 +76,9 @@ TEST_F(Services, AScreenReaderReadsTheRowsAndStopsOne) {
                "|\ntool bar|Ombrivel|\npush button|Glue Files||Press\npush button|Cut File||Press\n"
                "push button|Halvrick||Press\n";
     };
-    Await("both rows", [&] { return desktop.Run({reader, "look"}) == window("2 operations running", film + song); });
     const Process& listens = desktop.Serve({reader, "listen"});
     Await("its ears", [&] { return listens.Errors().ends_with("ready\n"); });
+    Await("both rows", [&] { return desktop.Run({reader, "look"}) == window("2 operations running", film + song); });
     desktop.Run({reader, "press", "film.mov"});
     Await("its end", [&] { return listens.Output().find("a row has gone\n") != std::string::npos; });
     EXPECT_EQ(desktop.Run({reader, "look"}), window("1 operation running", song));
