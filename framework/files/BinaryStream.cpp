@@ -92,27 +92,28 @@ void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) 
     const int64_t block = std::clamp<int64_t>(count, 0, available);
     const int64_t ahead = std::clamp<int64_t>(more, 0, available - block);
     int64_t moved = CloneFrom(source, block, ahead);
+    if (moved < block && FileSystemType() == EXT4_SUPER_MAGIC)
+        Preallocate(block - moved + ahead);
     moved += KernelCopyFrom(source, block - moved);
-    if (moved < block) {
-        if (source.copyMethod_ == CopyMethod::CopyPreallocated)
-            Preallocate(block - moved + ahead);
+    if (moved < block)
         CopyFrom(source, block - moved);
-    }
 }
 
-// The method for what can't be cloned, by the target's file system. On the local ones named here a buffer costs less
-// than copy_file_range.
-BinaryStream::CopyMethod BinaryStream::CopyMethodFor(int descriptor) {
-    switch (FileSystemOf(descriptor).type) {
-    case EXT4_SUPER_MAGIC:
-        return CopyMethod::CopyPreallocated;
-    case TMPFS_MAGIC:
-    case BTRFS_SUPER_MAGIC:
-    case XFS_SUPER_MAGIC:
-        return CopyMethod::Copy;
-    default:
-        return CopyMethod::KernelCopy;
-    }
+unsigned long BinaryStream::FileSystemType() {
+    if (!fileSystemType_)
+        fileSystemType_ = FileSystemOf(descriptor_).type;
+    return *fileSystemType_;
+}
+
+bool BinaryStream::MayClone() {
+    return FileSystemType() != EXT4_SUPER_MAGIC && FileSystemType() != TMPFS_MAGIC;
+}
+
+// For what has not been cloned. On btrfs and XFS copy_file_range would try to clone once more, with no regard to how
+// long that takes.
+BinaryStream::CopyMethod BinaryStream::MethodBesidesClone() {
+    const bool clones = FileSystemType() == BTRFS_SUPER_MAGIC || FileSystemType() == XFS_SUPER_MAGIC;
+    return clones ? CopyMethod::Copy : CopyMethod::KernelCopy;
 }
 
 void BinaryStream::PrepareToClone(int64_t shift, const std::atomic<bool>& stop) {
@@ -134,8 +135,8 @@ int64_t BinaryStream::CloneFrom(BinaryStream& source, int64_t count, int64_t mor
     if (source.clonedInto_.Held().Get() != this)
         source.cloned_ = 0;
     if (source.cloned_ < count && source.copyMethod_ == CopyMethod::Clone &&
-        !CloneAhead(source, std::min(count + more, std::max(count, cloneSize))))
-        source.copyMethod_ = CopyMethodFor(descriptor_);
+        !(MayClone() && CloneAhead(source, std::min(count + more, std::max(count, cloneSize)))))
+        source.copyMethod_ = MethodBesidesClone();
     const int64_t moved = std::min(count, source.cloned_);
     if (moved > 0) {
         source.cloned_ -= moved;
@@ -162,8 +163,8 @@ bool BinaryStream::CloneAhead(BinaryStream& source, int64_t count) {
     return true;
 }
 
-// copy_file_range: a server may move the bytes without sending them here. Returns the bytes moved. The rest is left to
-// CopyFrom, which also finds out whether reading or writing failed.
+// copy_file_range: one copy in place of two, and a server may move the bytes without sending them here. Returns the
+// bytes moved. The rest is left to CopyFrom, which also finds out whether reading or writing failed.
 int64_t BinaryStream::KernelCopyFrom(BinaryStream& source, int64_t count) {
     int64_t moved = 0;
     while (moved < count && source.copyMethod_ == CopyMethod::KernelCopy) {

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -57,9 +58,13 @@ protected:
 private:
     // How bytes get from one stream to another. Each source begins with Clone (FICLONERANGE, a reflink). When the
     // system declines, the method that suits the target follows. KernelCopy (copy_file_range) falls back to Copy.
-    enum class CopyMethod { Clone, KernelCopy, Copy, CopyPreallocated };
+    enum class CopyMethod { Clone, KernelCopy, Copy };
 
-    static CopyMethod CopyMethodFor(int descriptor);
+    // Of a target.
+    unsigned long FileSystemType();
+    bool MayClone();
+    CopyMethod MethodBesidesClone();
+
     int64_t Remaining();
     int64_t CloneFrom(BinaryStream& source, int64_t count, int64_t more);
     bool CloneAhead(BinaryStream& source, int64_t count);
@@ -74,7 +79,8 @@ private:
     void KeepFirstFailure(int error);
 
     int descriptor_;
-    int64_t position_ = 0;             // bytes read or written so far
+    int64_t position_ = 0; // bytes read or written so far
+    std::optional<unsigned long> fileSystemType_;
     int64_t preallocatedUntil_ = 0;    // of a target: the position up to which its blocks are allocated
     int64_t cloned_ = 0;               // of a source: bytes behind the position that the target has cloned already
     WeakRef<BinaryStream> clonedInto_; // of a source: that target
