@@ -10,8 +10,8 @@ class Window;
 // A dialog for one existing file. Main thread.
 class OpenDialog : public Object {
 public:
-    // Name of a registered FileType, whose extensions are offered, or "????" for all files. A file that is of the type
-    // by its code alone is not offered: the desktop's dialogs know names only.
+    // Name of a registered FileType, or "????" for all files. A desktop's own dialog knows names only, and offers the
+    // type's extensions; Qt's offers what FolderItem.Type says is of the type.
     std::string Filter;
 
     // Shows the dialog attached to a window and returns the file, or nil.

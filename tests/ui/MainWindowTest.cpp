@@ -1,6 +1,8 @@
+#include "engine/FileTypes.h"
 #include "engine/PendingOperation.h"
 #include "engine/claThread.h"
 #include "framework/app/Application.h"
+#include "framework/files/FileType.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/text/Text.h"
 #include "framework/windows/MenuBar.h"
@@ -23,6 +25,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
@@ -231,6 +234,31 @@ TEST_F(MainWindow, MenusHaveTheirMnemonicsAndNoTextThatTheLanguageLacks) {
     Multilingual::LocalizeMenu();
     EXPECT_EQ(FileMenu()->Text() + EditCut()->Text(), "File");
     Multilingual::Initialize(languages, "English");
+}
+
+TEST_F(MainWindow, TheGlueDialogShowsWhatIsAPartByItsNameOrItsCode) {
+    for (const char* const name : {"film.mov.001", "film.mov.051", "film.mov.052", "notes.txt"})
+        folder.Write(name, "x");
+    folder.Item("film.mov.051")->SetMacType(FileTypes::OmbrivelPart()->MacType);
+    const QStringList parts{"film.mov.001", "film.mov.051"};
+    QStringList shown;
+    QTimer look;
+    const auto begin = std::chrono::steady_clock::now();
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        auto* const files = qobject_cast<QFileDialog*>(Above());
+        if (files == nullptr)
+            return;
+        files->setDirectory(QString::fromStdString(folder.Path()));
+        const auto* const view = files->findChild<QListView*>("listView");
+        shown.clear();
+        for (int i = 0; i < view->model()->rowCount(view->rootIndex()); ++i)
+            shown << view->model()->index(i, 0, view->rootIndex()).data().toString();
+        if (shown == parts || std::chrono::steady_clock::now() - begin > std::chrono::seconds(10))
+            files->reject();
+    });
+    look.start(5);
+    winMain::Instance()->Glue();
+    EXPECT_EQ(shown, parts);
 }
 
 } // namespace
