@@ -40,8 +40,10 @@ TEST_F(Services, TheDesktopIsAskedToStayAwakeAndShownTheProgress) {
     // The second is asked first.
     const std::pair<std::string, std::string> services[] = {{"org.gnome.SessionManager", "Uninhibit 7\n"},
                                                             {"org.freedesktop.portal.Desktop", "Close\n"}};
+    pid_t last = 0;
     for (const auto& service : services) {
         const Process& asked = desktop.Pretend({service.first});
+        last = asked.Id();
         for (const char* const part : {"film.mov.001", "film.mov.002.download"})
             WriteFile(File(part), std::string(2 * kMegabyte, 'x'));
         EXPECT_EQ(StartAgain({"film.mov.001"}), 0);
@@ -52,6 +54,12 @@ TEST_F(Services, TheDesktopIsAskedToStayAwakeAndShownTheProgress) {
         Await("the end", [&] { return asked.Output() == request + service.second; });
         std::filesystem::remove(File("film.mov"));
     }
+    kill(last, SIGSTOP); // it hangs, and nothing waits for it
+    const std::string song = WriteSeries("song.mp3");
+    EXPECT_EQ(StartAgain({"song.mp3.001"}), 0);
+    Await(
+        "a glue", [&] { return Holds(Trashed("song.mp3.001"), song.substr(0, 300'000)); }, std::chrono::seconds(10));
+    kill(last, SIGCONT);
     const std::string shown = dock.Output();
     EXPECT_GT(shown.rfind("boolean false"), shown.rfind("boolean true")) << shown;
 }
