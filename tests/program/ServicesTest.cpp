@@ -77,7 +77,8 @@ TEST_F(Services, AScreenReaderReadsTheRowsAndStopsOne) {
     for (const char* const name : {"film.mov.001", "film.mov.002.download", "song.mp3.001", "song.mp3.002.download"})
         WriteFile(File(name), std::string(kMegabyte, 'x'));
     Program& program = Start({"film.mov.001", "song.mp3.001"});
-    const std::string waits = "|Waiting for part 2 to be downloaded…|1 of 2|Stop\n";
+    const std::string waits = "|Waiting for part "
+                              "2 to be downloaded…|1 of 2|Stop\n";
     const std::string film = "list item|film.mov" + waits, song = "list item|song.mp3" + waits;
     const auto window = [](const std::string& count, const std::string& rows) {
         return "frame|Ombrivel|\npanel|Ombrivel|\nlist|" + count + "|\n" + rows + "label|" + count +
@@ -93,7 +94,8 @@ TEST_F(Services, AScreenReaderReadsTheRowsAndStopsOne) {
     WriteFile(File("song.mp3.003.download"), "x");
     FinishDownload("song.mp3");
     Await("the status", [&] {
-        return listens.Output().find("song.mp3 Waiting for part 3 to be downloaded…\n") != std::string::npos;
+        return listens.Output().find("song.mp3 Waiting for part "
+                                     "3 to be downloaded…\n") != std::string::npos;
     });
     std::filesystem::remove(File("song.mp3.003.download"));
     WriteFile(File("song.mp3.003"), "x");
