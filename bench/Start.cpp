@@ -1,7 +1,7 @@
 #include "bench/Cost.h"
 #include "bench/Measures.h"
 #include "bench/Scratch.h"
-#include "framework/base/ProgramFile.h"
+#include "framework/base/Program.h"
 #include "tests/program/Process.h"
 
 #include <poll.h>

@@ -1,9 +1,9 @@
 #include "settings/Multilingual.h"
 
-#include "framework/base/BuildVariant.h"
+#include "framework/base/Program.h"
 #include "framework/base/Immortal.h"
 #include "framework/files/FolderItem.h"
-#include "framework/files/TextInputStream.h"
+#include "framework/files/TextStream.h"
 #include "framework/text/Text.h"
 
 #include <string>

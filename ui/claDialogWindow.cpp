@@ -1,6 +1,6 @@
 #include "ui/claDialogWindow.h"
 
-#include "framework/base/BuildVariant.h"
+#include "framework/base/Program.h"
 #include "settings/Multilingual.h"
 
 namespace {

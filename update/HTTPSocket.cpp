@@ -3,7 +3,7 @@
 #include "framework/app/Application.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
-#include "framework/files/TextOutputStream.h"
+#include "framework/files/TextStream.h"
 #include "framework/text/Number.h"
 #include "framework/text/Text.h"
 #include "framework/threads/Yield.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/base/ProgramIdentity.h"
+#include "framework/base/Program.h"
 #include "framework/base/Ref.h"
 #include "framework/windows/MenuHandlers.h"
 

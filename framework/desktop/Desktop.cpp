@@ -1,6 +1,6 @@
 #include "framework/desktop/Desktop.h"
 
-#include "framework/base/ProgramIdentity.h"
+#include "framework/base/Program.h"
 #include "framework/desktop/Helper.h"
 
 #include <QApplication>

@@ -1,7 +1,6 @@
 #include "framework/desktop/Helper.h"
 
-#include "framework/base/ProgramFile.h"
-#include "framework/base/ProgramIdentity.h"
+#include "framework/base/Program.h"
 #include "framework/threads/MainThread.h"
 
 #include <QSocketNotifier>

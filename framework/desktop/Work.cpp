@@ -1,7 +1,7 @@
 #include "framework/desktop/Work.h"
 
 #include "framework/base/Immortal.h"
-#include "framework/base/ProgramIdentity.h"
+#include "framework/base/Program.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,14 +1,13 @@
 #include "framework/files/FolderItem.h"
 
-#include "framework/base/ProgramIdentity.h"
+#include "framework/base/Program.h"
 #include "framework/base/Random.h"
 #include "framework/desktop/Desktop.h"
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FileType.h"
 #include "framework/files/ReplacingStream.h"
 #include "framework/files/SpecialFolder.h"
-#include "framework/files/TextInputStream.h"
-#include "framework/files/TextOutputStream.h"
+#include "framework/files/TextStream.h"
 #include "framework/files/Trash.h"
 
 #include <dirent.h>

@@ -1,7 +1,7 @@
 #include "framework/files/SpecialFolder.h"
 
 #include "framework/base/Immortal.h"
-#include "framework/base/ProgramFile.h"
+#include "framework/base/Program.h"
 #include "framework/files/FolderItem.h"
 
 #include <glib.h>

@@ -1,6 +1,6 @@
 #include "framework/windows/NativeStyle.h"
 
-#include "framework/base/BuildVariant.h"
+#include "framework/base/Program.h"
 
 #include <QDialogButtonBox>
 #include <QGuiApplication>

@@ -3,8 +3,7 @@
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FileUri.h"
 #include "framework/files/SpecialFolder.h"
-#include "framework/files/TextInputStream.h"
-#include "framework/files/TextOutputStream.h"
+#include "framework/files/TextStream.h"
 #include "framework/text/Number.h"
 #include "tests/support/TestFolder.h"
 

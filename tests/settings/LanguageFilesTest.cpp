@@ -1,6 +1,6 @@
 // The language files have the texts that the program asks for, all of them and no others. Built for both variants.
 
-#include "framework/base/BuildVariant.h"
+#include "framework/base/Program.h"
 #include "framework/files/SpecialFolder.h"
 #include "settings/Multilingual.h"
 #include "tests/support/TestFolder.h"

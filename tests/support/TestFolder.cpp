@@ -1,6 +1,6 @@
 #include "tests/support/TestFolder.h"
 
-#include "framework/base/ProgramFile.h"
+#include "framework/base/Program.h"
 #include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>

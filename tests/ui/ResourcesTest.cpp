@@ -1,4 +1,4 @@
-#include "framework/base/ProgramFile.h"
+#include "framework/base/Program.h"
 #include "framework/desktop/Sound.h"
 #include "settings/Multilingual.h"
 #include "ui/Pictures.h"

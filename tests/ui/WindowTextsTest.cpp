@@ -1,7 +1,7 @@
 // Every text of every window, in every language, stands in its place and has room there. Built for both variants.
 
 #include "framework/app/Application.h"
-#include "framework/base/BuildVariant.h"
+#include "framework/base/Program.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
 #include "framework/windows/Listbox.h"

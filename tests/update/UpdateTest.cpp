@@ -1,5 +1,5 @@
 #include "core/App.h"
-#include "framework/base/ProgramFile.h"
+#include "framework/base/Program.h"
 #include "framework/text/Text.h"
 #include "framework/windows/CheckBox.h"
 #include "framework/windows/Native.h"

@@ -1,7 +1,23 @@
-#include "framework/base/ProgramFile.h"
+#include "framework/base/Program.h"
+
+#include "framework/base/Immortal.h"
 
 #include <filesystem>
 #include <system_error>
+
+namespace {
+
+const Immortal<ProgramIdentity> program;
+
+} // namespace
+
+const ProgramIdentity& ThisProgram() {
+    return *program;
+}
+
+void SetThisProgram(const ProgramIdentity& identity) {
+    *program = identity;
+}
 
 std::string ProgramFilePath() {
     std::error_code failure;

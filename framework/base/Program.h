@@ -14,3 +14,16 @@ struct ProgramIdentity {
 // This program's. Set once, before any thread begins; read by any thread.
 const ProgramIdentity& ThisProgram();
 void SetThisProgram(const ProgramIdentity& identity);
+
+// Absolute path of the running program's file, and of a file that stands at `relative` to its folder. Empty if the
+// system does not tell. Any thread.
+std::string ProgramFilePath();
+std::string PathBesideProgram(const std::string& relative);
+
+// The build-time variant. It decides which tagged lines of the language files count, and where dialog buttons stand:
+// the action button left of the cancel button on Windows, right of it on the Mac.
+#ifdef OMBRIVEL_VARIANT_WINDOWS
+inline constexpr bool kWindowsVariant = true;
+#else
+inline constexpr bool kWindowsVariant = false;
+#endif

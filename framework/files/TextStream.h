@@ -27,3 +27,17 @@ private:
     std::string block_;
     std::size_t next_ = 0; // in the block
 };
+
+// A text file open for writing. The program makes files by it and writes nothing. Closes itself when the last reference
+// goes.
+class TextOutputStream : public Object {
+public:
+    // Takes over an open descriptor.
+    explicit TextOutputStream(int descriptor) : descriptor_(descriptor) {}
+    ~TextOutputStream() override { Close(); }
+
+    void Close();
+
+private:
+    int descriptor_;
+};

@@ -1,9 +1,10 @@
-#include "framework/files/TextInputStream.h"
+#include "framework/files/TextStream.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace {
 
@@ -54,4 +55,9 @@ bool TextInputStream::HasMore() {
     block_.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
     next_ = 0;
     return !block_.empty();
+}
+
+void TextOutputStream::Close() {
+    if (descriptor_ >= 0)
+        ::close(std::exchange(descriptor_, -1));
 }
