@@ -15,8 +15,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -85,22 +87,50 @@ double TimeToPaint(xcb_connection_t* server, const std::string& program) {
     return taken.count();
 }
 
-} // namespace
+struct Row {
+    const char* name;
+    double limit;
+};
+
+const std::string kWithBus = "bus";
+
+// What the program may ask before its first paint, and some that it must not wait for.
+std::vector<std::unique_ptr<Process>> StartServices(const Process::Setting& setting) {
+    const std::vector<Words> commands{{OMBRIVEL_PRETEND, "org.freedesktop.portal.Desktop"},
+                                      {OMBRIVEL_PRETEND, "org.freedesktop.Notifications"},
+                                      {"/usr/libexec/at-spi-bus-launcher", "--launch-immediately"}};
+    std::vector<std::unique_ptr<Process>> services;
+    for (const Words& command : commands) {
+        const std::string log = setting.log.string() + std::to_string(services.size());
+        services.push_back(
+            std::make_unique<Process>(command, Process::Setting{setting.environment, setting.folder, log}));
+        const Process& service = *services.back();
+        if (command[0] == OMBRIVEL_PRETEND)
+            Await("a service", [&service] { return service.Errors().ends_with("ready\n"); });
+    }
+    return services;
+}
 
 // Without a window manager only the program's own work counts.
-void MeasureStart(const BenchOptions& options, Report& report) {
+void MeasureOn(const std::string& kind, const BenchOptions& options, const Row& row, Report& report) {
     const Scratch scratch(options.folder);
     const std::filesystem::path folder = std::filesystem::absolute(scratch.Path());
-    Process desktop({OMBRIVEL_VIRTUAL_DESKTOP, "1024x768", "bare"},
-                    {{{"PATH", std::getenv("PATH")}}, folder, folder / "desktop"});
-    const std::string display = AwaitDesktop(desktop)["DISPLAY"];
-    xcb_connection_t* const server = xcb_connect(display.c_str(), nullptr);
-    if (display.empty() || xcb_connection_has_error(server) != 0) {
-        report.Skip("start to first paint", "no virtual display can be started here");
+    Environment environment{{"PATH", std::getenv("PATH")}, {"HOME", folder}, {"XDG_RUNTIME_DIR", folder}};
+    Process desktop({OMBRIVEL_VIRTUAL_DESKTOP, "1024x768", kind}, {environment, folder, folder / "desktop"});
+    const Environment way = AwaitDesktop(desktop);
+    xcb_connection_t* const server = way.empty() ? nullptr : xcb_connect(way.at("DISPLAY").c_str(), nullptr);
+    if (server == nullptr || xcb_connection_has_error(server) != 0) {
+        report.Skip(row.name, "no virtual display can be started here");
         return;
     }
+    std::vector<std::unique_ptr<Process>> services;
+    if (kind == kWithBus) {
+        environment.insert(way.begin(), way.end());
+        services = StartServices({environment, folder, folder / "service"});
+        setenv("DBUS_SESSION_BUS_ADDRESS", way.at("DBUS_SESSION_BUS_ADDRESS").c_str(), 1);
+    }
     ListenToWindows(server);
-    setenv("DISPLAY", display.c_str(), 1);
+    setenv("DISPLAY", way.at("DISPLAY").c_str(), 1);
     setenv("QT_QPA_PLATFORM", "xcb", 1);
     const auto timed = [server](const std::string& program) {
         const double seconds = TimeToPaint(server, PathBesideProgram(program));
@@ -108,7 +138,15 @@ void MeasureStart(const BenchOptions& options, Report& report) {
     };
     const Comparison start = Compare(
         kRounds, [&] { return timed("../../bin/ombrivel"); }, [&] { return timed("ombrivel-bare-window"); });
-    report.Add("start to first paint", "wall, ratio to a bare window", start.wall, 1.5);
+    report.Add(row.name, "wall, ratio to a bare window", start.wall, row.limit);
     xcb_disconnect(server);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    unsetenv("DBUS_SESSION_BUS_ADDRESS");
+}
+
+} // namespace
+
+void MeasureStart(const BenchOptions& options, Report& report) {
+    MeasureOn("bare", options, {"start to first paint", 1.5}, report);
+    MeasureOn(kWithBus, options, {"start to first paint, all services answering", 1.4}, report);
 }
