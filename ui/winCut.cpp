@@ -31,7 +31,6 @@ void winCut::CreateControls() {
     const auto size = New<ComboBox>();
     size->InitialValue = {"10", "50", "100", "200", "500", "1000"};
     size->ListIndex = 2;
-    size->SetAccessibleName(Multilingual::GetString("CutPartSize"));
     comPartSize_ = Add(size, {.Left = 254, .Top = 45, .Width = 125, .Height = 20, .TabIndex = 0});
     comPartSize_->TextChanged = [this] { comPartSize_TextChanged(); };
     comPartSize_->KeyDown = [this](const std::string& key) { return comPartSize_KeyDown(key); };
@@ -82,6 +81,7 @@ void winCut::StaticText1_Open() {
 
 void winCut::StaticText2_Open() {
     StaticText2_->SetText(Multilingual::GetString("CutPartSize"));
+    StaticText2_->SetLabelled(*comPartSize_);
 }
 
 void winCut::StaticText3_Open() {

@@ -6,6 +6,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QLabel>
 #include <QToolBar>
 
 #include <algorithm>
@@ -200,6 +201,25 @@ private:
     }
 };
 
+class LinkInterface final : public QAccessibleWidget {
+public:
+    LinkInterface(QLabel& label, LinkText& link) : QAccessibleWidget(&label, QAccessible::Link), link_(link) {}
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? static_cast<QLabel*>(widget())->text() : QAccessibleWidget::text(kind);
+    }
+    QStringList actionNames() const override { return {pressAction(), setFocusAction()}; }
+    void doAction(const QString& name) override {
+        if (name == pressAction())
+            link_.Press();
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    LinkText& link_; // the same object
+};
+
 // Qt asks once for each class of an object, its own first.
 QAccessibleInterface* InterfaceFor(const QString&, QObject* object) {
     auto* const widget = qobject_cast<QWidget*>(object);
@@ -209,6 +229,10 @@ QAccessibleInterface* InterfaceFor(const QString&, QObject* object) {
         return new FrameInterface(*widget, QAccessible::ToolBar);
     if (dynamic_cast<ContentWidget*>(object) != nullptr)
         return new FrameInterface(*widget, QAccessible::Grouping);
+    if (dynamic_cast<WindowWidget*>(object) != nullptr && widget->windowType() == Qt::Dialog)
+        return new QAccessibleWidget(widget, QAccessible::Dialog);
+    if (auto* const link = dynamic_cast<LinkText*>(object); link != nullptr && widget->focusPolicy() != Qt::NoFocus)
+        return new LinkInterface(*qobject_cast<QLabel*>(object), *link);
     return nullptr;
 }
 

@@ -15,6 +15,15 @@ protected:
     ~CanvasPainter() = default;
 };
 
+// A text that is pressed like a button.
+class LinkText {
+public:
+    virtual void Press() = 0;
+
+protected:
+    ~LinkText() = default;
+};
+
 // To be called once, before the first window is made. From then on a list that a canvas paints is a list of rows, and a
 // canvas without rows, a control that is hidden and one that lies out of sight are not there.
 void DescribeToScreenReaders();

@@ -1,6 +1,7 @@
 #include "framework/windows/Label.h"
 
 #include "framework/threads/ExceptionBoundary.h"
+#include "framework/windows/Accessibility.h"
 #include "framework/windows/Native.h"
 
 #include <QLabel>
@@ -15,16 +16,20 @@ namespace {
 constexpr std::array kAlignments{Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
 
 // Hands the pointer's doings to the label.
-class LabelWidget : public QLabel {
+class LabelWidget : public QLabel, public LinkText {
 public:
     LabelWidget(QWidget* parent, Label& label) : QLabel(parent), label_(label) {}
+
+    void Press() override {
+        ExceptionBoundary::Run("link", [this] { label_.Event_KeyPress(); });
+    }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override {
         const bool presses =
             event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
         if (label_.IsLink && presses)
-            ExceptionBoundary::Run("key press", [this] { label_.Event_KeyPress(); });
+            Press();
         else
             QLabel::keyPressEvent(event);
     }
@@ -107,6 +112,12 @@ void Label::ApplyColor() {
     label->setPalette(palette);
 }
 
+void Label::SetLabelled(const Control& control) {
+    if (auto* const label = WidgetOf<QLabel>(*this))
+        label->setBuddy(WidgetOf(control));
+    ApplyText();
+}
+
 void Label::SetFingerPointer() {
     if (QWidget* const label = WidgetOf(*this))
         label->setCursor(Qt::PointingHandCursor);
@@ -121,14 +132,23 @@ void Label::MakeWidget(NativeControl& native) {
     label->setWordWrap(Multiline);
     label->setAlignment((Multiline ? Qt::AlignTop : Qt::AlignVCenter) |
                         kAlignments[static_cast<std::size_t>(TextAlign)]);
-    label->setText(Multiline ? ToParagraphs(Text()) : ToScreen(Text()));
     label->setFocusPolicy(IsLink ? Qt::TabFocus : Qt::NoFocus);
     native.widget = label;
+    ApplyText();
     ApplyColor();
 }
 
 void Label::UpdateScreen() {
     Control::UpdateScreen();
-    if (auto* const label = WidgetOf<QLabel>(*this))
-        label->setText(Multiline ? ToParagraphs(Text()) : ToScreen(Text()));
+    ApplyText();
+}
+
+void Label::ApplyText() {
+    auto* const label = WidgetOf<QLabel>(*this);
+    if (label == nullptr)
+        return;
+    QString text = Multiline ? ToParagraphs(Text()) : ToScreen(Text());
+    if (label->buddy() != nullptr)
+        text.replace(u'&', QStringLiteral("&&")); // Qt reads a mnemonic in what names a control
+    label->setText(text);
 }

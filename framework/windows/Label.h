@@ -24,6 +24,9 @@ public:
     // RGB. Until it is set, the text has the desktop's own colour, which suits the window beneath.
     void SetTextColor(uint32_t color);
 
+    // Has screen readers call a control by this text. Where a field's own name is what stands in it, this is the one way.
+    void SetLabelled(const Control& control);
+
     // The pointing hand of a link in place of the arrow.
     void SetFingerPointer();
 
@@ -42,6 +45,7 @@ protected:
 
 private:
     void ApplyColor();
+    void ApplyText();
 
     mutable std::mutex mutex_;
     std::string text_;

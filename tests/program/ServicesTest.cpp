@@ -81,16 +81,46 @@ TEST_F(Services, AScreenReaderReadsTheRowsAndStopsOne) {
                               "2 to be downloaded…|1 of 2|Stop\n";
     const std::string film = "list item|film.mov" + waits, song = "list item|song.mp3" + waits;
     const auto window = [](const std::string& count, const std::string& rows) {
-        return "frame|Ombrivel|\npanel|Ombrivel|\nlist|" + count + "|\n" + rows + "label|" + count +
+        return "frame|Ombrivel||focused\npanel|Ombrivel|\nlist|" + count + "|\n" + rows + "label|" + count +
                "|\ntool bar|Ombrivel|\npush button|Glue Files||Press\npush button|Cut File||Press\n"
                "push button|Halvrick||Press\n";
     };
     const Process& listens = desktop.Serve({reader, "listen"});
     Await("its ears", [&] { return listens.Errors().ends_with("ready\n"); });
-    Await("both rows", [&] { return desktop.Run({reader, "look"}) == window("2 operations running", film + song); });
+    const auto look = [&](const std::string& name) { return desktop.Run({reader, "look", name}); };
+    Await("both rows", [&] { return look("Ombrivel") == window("2 operations running", film + song); });
     desktop.Run({reader, "press", "film.mov"});
     Await("its end", [&] { return listens.Output().find("a row has gone\n") != std::string::npos; });
-    EXPECT_EQ(desktop.Run({reader, "look"}), window("1 operation running", song));
+    EXPECT_EQ(look("Ombrivel"), window("1 operation running", song));
+
+    desktop.Press({"alt+e", "Up", "Return"});
+    const std::string check = "check box|", toggle = "||Toggle";
+    Await("the preferences", [&] {
+        return look("Preferences") == "frame|Preferences|\npanel|Preferences|\n" + check +
+                                          "Move the parts to the Trash after gluing" + toggle + "|focused\n" + check +
+                                          "Open glued .zip and .rar archives" + toggle + "\n" + check +
+                                          "Show finished files in the file manager" + toggle + "\n" + check +
+                                          "Quit when the last operation is done" + toggle +
+                                          "\nlabel|Only if Ombrivel was started by opening files.|\n" + check +
+                                          "Check for a new version at startup" + toggle + "\n";
+    });
+    desktop.Press({"ctrl+w"});
+    Await("the main window", [&] { return desktop.ActiveWindow() == program.OnlyWindow(); });
+    desktop.Press({"alt+h", "Up", "Return"});
+    const std::string site = OMBRIVEL_VENDOR_SITE;
+    Await("the link", [&] { return look("About Ombrivel").ends_with("\nlink|" + site + "||Press\n"); });
+    desktop.Run({reader, "press", site});
+    Await("the web site", [&] { return desktop.Opened() == Words{site}; });
+    WriteFile(File("cat.mov"), "x");
+    StartAgain({"cat.mov"});
+    const std::string title = "Cut the file into parts";
+    Await("the dialog", [&] {
+        const std::string seen = look(title);
+        return seen.starts_with("dialog|" + title + "|\npanel|" + title +
+                                "|\ncombo box|Part size (MB): 100||ShowMenu|focused\n") &&
+               seen.ends_with("\npush button|Cut||Press\npush button|Cancel||Press\n");
+    });
+    desktop.Press({"Escape"});
     WriteFile(File("song.mp3.003.download"), "x");
     FinishDownload("song.mp3");
     Await("the status", [&] {

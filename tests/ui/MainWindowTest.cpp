@@ -17,6 +17,7 @@
 #include "ui/winAbout.h"
 #include "ui/winMain.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
@@ -213,6 +214,36 @@ TEST_F(MainWindow, AMenuLeftByEscapeGivesTheFocusBack) {
         QTest::keyClick(&main, Qt::Key_F10);
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
         EXPECT_EQ(QApplication::focusWidget(), before);
+    }
+}
+
+TEST_F(MainWindow, TabGoesAroundInEachWindowAndMeetsNothingNameless) {
+    winCut::Instance()->ShowWithin(winMain::Instance(), -1);
+    const QString site = OMBRIVEL_VENDOR_SITE;
+    const std::pair<Ref<Window>, QStringList> windows[] = {
+        {winCut::Instance(), {"100", "Cancel"}},
+        {winPreferences::Instance(),
+         {"Show finished files in the file manager", "Quit when the last operation is done",
+          "Check for a new version at startup", "Move the parts to the Trash after gluing",
+          "Open glued .zip and .rar archives"}},
+        {winAbout::Instance(), {site}},
+        {winMain::Instance(), {"Cut File", "Halvrick", "Glue Files"}}};
+    for (const auto& [window, expected] : windows) {
+        QWidget* const widget = window->Native().widget;
+        window->Show();
+        QApplication::setActiveWindow(widget);
+        QTest::keyClick(widget, Qt::Key_Tab);
+        QStringList met;
+        const QWidget* const first = QApplication::focusWidget();
+        do {
+            QTest::keyClick(widget, Qt::Key_Tab);
+            QWidget* const focused = QApplication::focusWidget();
+            ASSERT_TRUE(focused != nullptr && focused->isVisible() && focused->window() == widget);
+            met << QAccessible::queryAccessibleInterface(focused)->text(QAccessible::Name);
+        } while (QApplication::focusWidget() != first && met.size() < 40);
+        EXPECT_EQ(met, expected) << met.join(", ").toStdString();
+        if (window != winMain::Instance())
+            window->Close();
     }
 }
 
