@@ -17,6 +17,7 @@ const Volume kVolumes[] = {
     {"ext4", "mkfs.ext4 -q $1 && mount -o loop $1 $2"},
     {"NTFS", "mkntfs -F -Q -q $1 && ntfs-3g $1 $2"},
     {"exFAT", "mkfs.exfat $1 && mount.exfat-fuse $(losetup --find --show $1) $2"},
+    {"sshfs", "mkdir $1.d && sshfs -o ssh_command='sh -c /usr/lib/openssh/sftp-server' host:$1.d $2"},
     {"overlay", "mkdir $1.l $1.u $1.w && mount -t overlay -o lowerdir=$1.l,upperdir=$1.u,workdir=$1.w none $2"},
     {"read-only-home", "mount --bind $2 $2 && mount -o remount,ro,bind $2"}};
 
