@@ -148,17 +148,25 @@ Ref<FolderItem> FolderItem::Child(const std::string& name) const {
 const std::vector<std::string>& FolderItem::Listing() const {
     std::call_once(listed_, [this] {
         listing_ = std::make_unique<std::vector<std::string>>();
-        DIR* folder = path_.empty() ? nullptr : opendir(path_.c_str());
-        if (folder == nullptr)
-            return;
-        while (const dirent* entry = readdir(folder)) {
-            std::string name = entry->d_name;
-            if (IsEntryName(name))
-                listing_->push_back(std::move(name));
-        }
-        closedir(folder);
+        AnyName([this](const std::string& name) {
+            listing_->push_back(name);
+            return false;
+        });
     });
     return *listing_;
+}
+
+bool FolderItem::AnyName(const std::function<bool(const std::string&)>& matches) const {
+    DIR* const folder = path_.empty() ? nullptr : opendir(path_.c_str());
+    if (folder == nullptr)
+        return false;
+    bool found = false;
+    while (const dirent* entry = found ? nullptr : readdir(folder)) {
+        const std::string name = entry->d_name;
+        found = IsEntryName(name) && matches(name);
+    }
+    closedir(folder);
+    return found;
 }
 
 int32_t FolderItem::Count() const {
@@ -185,6 +193,13 @@ Ref<FolderItem> FolderItem::Parent() const {
 bool FolderItem::Exists() const {
     struct stat status = {};
     return !path_.empty() && lstat(path_.c_str(), &status) == 0;
+}
+
+std::optional<EntryStatus> FolderItem::Status() const {
+    struct stat status = {};
+    if (path_.empty() || lstat(path_.c_str(), &status) != 0)
+        return std::nullopt;
+    return EntryStatus{status.st_dev, status.st_ino, static_cast<uint64_t>(status.st_size), S_ISREG(status.st_mode)};
 }
 
 bool FolderItem::Directory() const {

@@ -3,8 +3,10 @@
 #include "framework/base/Ref.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,15 @@ class Picture;
 class Sound;
 class TextInputStream;
 class TextOutputStream;
+
+// An entry at one moment. Two are equal if the same file stood there both times, with the same length.
+struct EntryStatus {
+    uint64_t Device, Number; // tell a file from all others for as long as it exists
+    uint64_t Length;         // bytes
+    bool Plain;              // a file, and not a link to one
+
+    bool operator==(const EntryStatus&) const = default;
+};
 
 // A handle on a path that need not exist. Names and paths are the bytes that the system gave, valid UTF-8 or not.
 // Apart from the listing behind Count and Item, a handle holds no state: each call asks the file system anew. Safe on
@@ -31,11 +42,15 @@ public:
     int32_t Count() const;
     Ref<FolderItem> Item(int32_t index) const;
 
+    // Whether the folder holds an entry now whose name `matches`. Reads up to the first one, and names only.
+    bool AnyName(const std::function<bool(const std::string&)>& matches) const;
+
     std::string Name() const;
     Ref<FolderItem> Parent() const; // nil at the root
     const std::string& AbsolutePath() const { return path_; }
 
     bool Exists() const; // a link that leads nowhere is there too
+    std::optional<EntryStatus> Status() const;
     bool Directory() const;
     uint64_t Length() const; // bytes; 0 for what is not a file
 
