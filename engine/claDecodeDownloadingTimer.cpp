@@ -1,6 +1,5 @@
 #include "engine/claDecodeDownloadingTimer.h"
 
-#include "framework/files/FolderItem.h"
 #include "framework/threads/Thread.h"
 
 namespace {
@@ -9,15 +8,14 @@ constexpr int32_t kEverySecond = 1000;
 
 } // namespace
 
-claDecodeDownloadingTimer::claDecodeDownloadingTimer(const Ref<Thread>& parent, const Ref<FolderItem>& folder,
-                                                     const std::string& fileName)
-    : Parent(parent), FileName(fileName), Folder(folder) {
+claDecodeDownloadingTimer::claDecodeDownloadingTimer(const Ref<Thread>& parent, const PartArrival& part)
+    : Parent(parent), part_(part) {
     SetMode(TimerMode::Repeating);
     SetPeriod(kEverySecond);
 }
 
 void claDecodeDownloadingTimer::Event_Action() {
-    if (!Folder->Child(FileName)->Exists())
+    if (!part_.HasArrived())
         return;
     SetMode(TimerMode::Off);
     Parent->Resume();

@@ -2,6 +2,7 @@
 
 #include "core/App.h"
 #include "engine/FailureNotice.h"
+#include "engine/PartArrival.h"
 #include "engine/PartNames.h"
 #include "engine/claDecodeDownloadingTimer.h"
 #include "framework/files/BinaryStream.h"
@@ -94,26 +95,21 @@ Ref<FolderItem> claDecodeThread::GetNextFile() {
     ++FileCount;
     const std::string name = PartName(FileName, FileCount);
     const Ref<FolderItem> part = Folder->Child(name);
-    if (part->Exists())
+    PartArrival arrival(Folder, name);
+    const PartState state = arrival.Look();
+    if (state == PartState::There)
         return part;
-    if (IsDownloading(name))
-        WaitForDownload(name);
-    // Also without a wait: the download may have become the part since the look at the part.
+    if (state == PartState::Missing)
+        return nullptr;
+    WaitForDownload(arrival);
     return !Stop && part->Exists() ? part : nullptr;
 }
 
-bool claDecodeThread::IsDownloading(const std::string& name) const {
-    const std::vector<std::string> names = DownloadNames(name);
-    return std::any_of(names.begin(), names.end(),
-                       [this](const std::string& download) { return Folder->Child(download)->Exists(); });
-}
-
-// Sleeps until the part has appeared or the worker is stopped, as long as it takes. The download itself is looked at
-// once: that it vanishes does not end the wait.
-void claDecodeThread::WaitForDownload(const std::string& name) {
+// Sleeps until the part has appeared or the worker is stopped, as long as it takes.
+void claDecodeThread::WaitForDownload(const PartArrival& part) {
     Ref<claDecodeDownloadingTimer> timer; // works for as long as this holds it
     Suspend([&] {
-        timer = New<claDecodeDownloadingTimer>(Self(this), Folder, name);
+        timer = New<claDecodeDownloadingTimer>(Self(this), part);
         Info->SetStatus("MainStatusWaiting", FileCount);
         return !Stop; // a stop that came just before would find nobody asleep to wake
     });

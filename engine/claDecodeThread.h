@@ -7,6 +7,7 @@
 
 class BinaryStream;
 class FolderItem;
+class PartArrival;
 class claFilePerformInfo;
 
 // The worker of a glue: appends the parts of a series to the target in ascending number, waits for a part that a
@@ -29,8 +30,7 @@ private:
     int32_t EstimateMegabytes() const;
     void AddRow();
     Ref<FolderItem> GetNextFile();
-    bool IsDownloading(const std::string& name) const;
-    void WaitForDownload(const std::string& name);
+    void WaitForDownload(const PartArrival& part);
     void Append(const Ref<FolderItem>& part);
     Ref<FolderItem> Finish();
     void TellIfNotWhole() const;

@@ -269,7 +269,9 @@ TEST_F(CutAndGlueTest, TheEstimateLosesTheFractionOfEachPart) {
         {{{"a.001", kMegabyte * 3 / 2}, {"a.002", kMegabyte * 3 / 2}}, 0, 3}, // four blocks, of which one fell back
         {{{"b.001", kMegabyte - 1}, {"b.002", kMegabyte - 1}}, 0, 0},         // begins without a measure, never moves
         {{{"d.001", kMegabyte}, {"d.002", 0}, {"d.004.DOWNLOAD", kMegabyte}, {"D2.123", kMegabyte}}, 3, 1},
-        {{{"e.001", kMegabyte}, {"ex007", kMegabyte}, {"e.part", kMegabyte}, {"my e.001", kMegabyte}}, 2, 1}};
+        {{{"e.001", kMegabyte}, {"ex007", kMegabyte}, {"e.part", kMegabyte}, {"my e.001", kMegabyte}}, 2, 1},
+        {{{"f.x.001", kMegabyte}, {"f.x.008.part", kMegabyte}, {"F.Ab3-_xyZ.X.007.part", kMegabyte}}, 3, 1},
+        {{{"g.x.001", kMegabyte}, {"g.x.007.aria2", kMegabyte}, {"g.Ab3-_xyZ.007.part", kMegabyte}}, 1, 1}};
     for (const auto& [files, maximum, value] : table) {
         for (const auto& [name, size] : files)
             folder.WriteSparse(name, size);
@@ -295,31 +297,6 @@ TEST_F(CutAndGlueTest, ASeriesThatIsBeingGluedIsTurnedAway) {
     ASSERT_EQ(App::Instance()->InUse.size(), 1U);
     EXPECT_EQ(App::Instance()->InUse[0]->AbsolutePath(), elsewhere.Path("film.mov"));
     ClickStop(0);
-}
-
-// Has what looks once a second look more often, and counts.
-struct LookCounter : QObject {
-    int looks = 0;
-
-    bool eventFilter(QObject* object, QEvent* event) override {
-        auto* const timer = event->type() == QEvent::Timer ? qobject_cast<QTimer*>(object) : nullptr;
-        if (timer != nullptr && timer->interval() == 1000)
-            timer->setInterval(2);
-        looks += timer != nullptr && timer->interval() == 2 ? 1 : 0;
-        return false;
-    }
-};
-
-TEST_F(CutAndGlueTest, LooksForADownloadEverySecondAsLongAsItTakes) {
-    LookCounter counter;
-    qApp->installEventFilter(&counter);
-    GlueUpToTheWait("film.mov.002.crdownload");
-    std::filesystem::rename(folder.Path("film.mov.002.crdownload"), folder.Path("half")); // wakes nobody by vanishing
-    EXPECT_TRUE(WaitUntil([&counter] { return counter.looks == 9; }));
-    EXPECT_TRUE(Waits() && !List().Info.empty());
-    std::filesystem::rename(folder.Path("half"), folder.Path("film.mov.002"));
-    EXPECT_TRUE(WaitForWorkers());
-    EXPECT_EQ(folder.Read("film.mov"), "1half of");
 }
 
 TEST_F(CutAndGlueTest, WhatCannotBeWrittenLeavesItsRowAndItsSeriesInUse) {
