@@ -2,12 +2,18 @@
 #include "bench/Measures.h"
 #include "bench/Operations.h"
 #include "bench/Scratch.h"
+#include "core/App.h"
+#include "engine/claThread.h"
+#include "framework/files/FolderItem.h"
 #include "framework/threads/MainThread.h"
 #include "framework/threads/Thread.h"
 #include "framework/threads/Timer.h"
+#include "ui/claFilePerform.h"
+#include "ui/claFilePerformInfo.h"
 #include "ui/winMain.h"
 
 #include <malloc.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -101,6 +107,34 @@ double MemoryPerOperation(const std::string& folder, uint64_t size) {
     return (peak - idle) / 1024 / kOperations;
 }
 
+// What the whole process does a second.
+struct Idleness {
+    double core, wakeups; // per cent, and sleeps that ended
+};
+
+Idleness WhileWaiting(const std::string& folder, int glues) {
+    const Scratch scratch(folder);
+    for (int i = 0; i < glues; ++i) {
+        const std::string film = scratch.At(std::to_string(i) + " film");
+        MakeFile(film + ".001", 1);
+        MakeFile(film + ".002.crdownload", 1);
+        RunOnMainThread([&film] { App::Instance()->DecodeFile(New<FolderItem>(film + ".001")); });
+    }
+    usleep(3000000);
+    rusage before{}, after{};
+    getrusage(RUSAGE_SELF, &before);
+    const Cost cost = CostOf([] { usleep(10000000); });
+    getrusage(RUSAGE_SELF, &after);
+    RunOnMainThread([] {
+        for (const Ref<claFilePerformInfo>& row : winMain::Instance()->canPerform()->Info) {
+            row->PerformThread->Stop = true;
+            row->PerformThread->Resume();
+        }
+    });
+    Thread::WaitForAll();
+    return {100 * cost.cpu / cost.wall, double(after.ru_nvcsw - before.ru_nvcsw) / cost.wall};
+}
+
 } // namespace
 
 void MeasureLiveliness(const BenchOptions& options, Report& report) {
@@ -120,6 +154,10 @@ void MeasureLiveliness(const BenchOptions& options, Report& report) {
         report.Add("event loop, idle", "99 % of the gaps below, ms", idle, 20);
         report.Add("event loop, 16 operations", "99 % of the gaps below, ms", busy, 20);
     }
+    const Idleness hundred = WhileWaiting(options.folder, 100);
+    report.Add("100 glues that wait", "% of a core", hundred.core, 1);
+    report.Add("100 glues that wait", "wake-ups a second", hundred.wakeups, 150);
+    report.Add("500 glues that wait", "% of a core", WhileWaiting(options.folder, 500).core, 5);
     MemoryPerOperation(options.folder, megabyte(16)); // what a first use allocates for good is not per operation
     report.Add("memory, 64 MiB files", "MiB per operation", MemoryPerOperation(options.folder, megabyte(64)), 1);
     report.Add("memory, 1 GiB files", "MiB per operation", MemoryPerOperation(options.folder, megabyte(1024)), 1);
