@@ -8,6 +8,7 @@
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
+#include "framework/files/Writeback.h"
 #include "framework/text/Number.h"
 #include "framework/text/Text.h"
 #include "framework/threads/MainThread.h"
@@ -41,6 +42,7 @@ bool IsArchive(const std::string& name) {
 
 void claDecodeThread::Event_RunThread() {
     AddRow();
+    writeback_ = New<Writeback>(*Folder, Stop);
     do {
         const Ref<FolderItem> part = GetNextFile();
         if (part.IsNil())
@@ -49,6 +51,9 @@ void claDecodeThread::Event_RunThread() {
         FileDone.push_back(part);
     } while (!Stop);
     StreamOut->Close();
+    const int late = writeback_->WaitUntilOnDevice();
+    if (failure_ == 0)
+        failure_ = late;
 
     Ref<FolderItem> fileToShow;
     const bool stopped = Stop;
@@ -119,6 +124,7 @@ void claDecodeThread::Append(const Ref<FolderItem>& part) {
     const Ref<BinaryStream> stream = part->OpenAsBinaryFile(false);
     Info->SetStatus("MainStatusAddingPart", FileCount);
     stream->PrepareToClone(StreamOut->Position(), Stop);
+    StreamOut->SetWriteback(writeback_);
     while (!stream->AtEOF()) {
         StreamOut->WriteFrom(*stream, kTransferBlock, kWholePart);
         ProgressStep(*Info->Bar);

@@ -8,6 +8,7 @@
 class BinaryStream;
 class FolderItem;
 class PartArrival;
+class Writeback;
 class claFilePerformInfo;
 
 // The worker of a glue: appends the parts of a series to the target in ascending number, waits for a part that a
@@ -36,7 +37,8 @@ private:
     void TellIfNotWhole() const;
 
     std::vector<Ref<FolderItem>> FileDone; // parts consumed so far
-    int failure_ = 0;                      // of reading them, the system's number of the first
+    int failure_ = 0;                      // of reading them or of the target's way to its device, the first
     bool trashes_ = false;                 // the user wants them in the Trash
+    Ref<Writeback> writeback_;             // of the target
     Ref<claFilePerformInfo> Info;          // the row
 };

@@ -6,6 +6,7 @@
 #include "framework/files/BinaryStream.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/SpecialFolder.h"
+#include "framework/files/Writeback.h"
 #include "framework/text/Number.h"
 #include "framework/threads/MainThread.h"
 #include "framework/windows/ProgressBar.h"
@@ -34,6 +35,7 @@ void claEncodeThread::Event_RunThread() {
     auto reservation = std::move(Reservation); // whatever ends this body ends it too
     const Ref<claFilePerformInfo> info = AddRow();
     StreamIn->PrepareToClone(PartSize, Stop);
+    const auto writeback = New<Writeback>(*Folder, Stop);
     Ref<BinaryStream> part;
     int32_t counter = 0;
     Ref<FolderItem> notWhole; // the first part that could not be written as a whole
@@ -46,6 +48,7 @@ void claEncodeThread::Event_RunThread() {
         part = CreatePart(*file);
         reservation = nullptr;
         info->SetStatus("MainStatusCreatingPart", counter);
+        part->SetWriteback(writeback);
         FillPart(*part, *info);
         part->Close();
         FileDone.push_back(file);
@@ -57,6 +60,11 @@ void claEncodeThread::Event_RunThread() {
     // is.
     part->Close();
 
+    const int late = writeback->WaitUntilOnDevice();
+    if (failure == 0 && late != 0) {
+        failure = late;
+        notWhole = FileDone.at(0); // nobody knows which one it was
+    }
     const bool stopped = Stop;
     if (stopped) {
         for (const Ref<FolderItem>& file : FileDone)

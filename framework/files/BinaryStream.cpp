@@ -97,6 +97,8 @@ void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) 
     moved += KernelCopyFrom(source, block - moved);
     if (moved < block)
         CopyFrom(source, block - moved);
+    if (!writeback_.IsNil())
+        KeepFirstFailure(writeback_->Wrote(descriptor_, position_));
 }
 
 unsigned long BinaryStream::FileSystemType() {
@@ -226,6 +228,8 @@ bool BinaryStream::AtEOF() {
 void BinaryStream::Close() {
     if (descriptor_ >= 0) {
         ReleasePreallocation();
+        if (!writeback_.IsNil())
+            KeepFirstFailure(writeback_->Close(descriptor_, position_));
         if (::close(descriptor_) != 0) // a server may tell only now
             KeepFirstFailure(errno);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/base/Ref.h"
+#include "framework/files/Writeback.h"
 
 #include <atomic>
 #include <cstdint>
@@ -35,6 +36,9 @@ public:
     // bytes' places in source and target; where it is not a multiple of the file system's blocks, nothing can be cloned
     // and nothing is written out.
     void PrepareToClone(int64_t shift, const std::atomic<bool>& stop);
+    // Called on a target before its first WriteFrom: what that moves is brought to a slow device at once, and a file of
+    // some size is there when Close returns.
+    void SetWriteback(const Ref<Writeback>& writeback) { writeback_ = writeback; }
     // Bytes read or written so far.
     int64_t Position() const { return position_; }
 
@@ -81,6 +85,7 @@ private:
     int descriptor_;
     int64_t position_ = 0; // bytes read or written so far
     std::optional<unsigned long> fileSystemType_;
+    Ref<Writeback> writeback_;         // of a target; may be nil
     int64_t preallocatedUntil_ = 0;    // of a target: the position up to which its blocks are allocated
     int64_t cloned_ = 0;               // of a source: bytes behind the position that the target has cloned already
     WeakRef<BinaryStream> clonedInto_; // of a source: that target
