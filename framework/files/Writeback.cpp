@@ -69,7 +69,8 @@ int Writeback::Close(int descriptor, int64_t size) {
 
 int Writeback::WaitUntilOnDevice() {
     int error = 0;
-    if (MayWait() && manySmallFiles_)
+    // A server has them, and might tell of what others did meanwhile.
+    if (MayWait() && manySmallFiles_ && kind_ == DeviceKind::Removable)
         error = ErrorOf(syncfs(folder_));
     for (const int file : smallFiles_) {
         if (MayWait() && !manySmallFiles_ && error == 0)
