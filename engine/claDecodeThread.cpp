@@ -28,6 +28,10 @@ namespace {
 // A part is appended to its end.
 constexpr int64_t kWholePart = std::numeric_limits<int64_t>::max();
 
+// The system reads a file ahead by itself, but not the next one. From a disk, small parts took half the time when the
+// fourth next was under way, and 0.7 of it with the next one only.
+constexpr int32_t kPartsAhead = 4;
+
 // As the setting is at this moment: the user may change it while the worker runs.
 bool Wants(bool claPreferences::*setting) {
     return OnMainThread([setting] { return *App::Instance()->Preferences.*setting; });
@@ -125,6 +129,8 @@ void claDecodeThread::Append(const Ref<FolderItem>& part) {
     Info->SetStatus("MainStatusAddingPart", FileCount);
     stream->PrepareToClone(StreamOut->Position(), Stop);
     StreamOut->SetWriteback(writeback_);
+    if (readsAhead_)
+        Folder->Child(PartName(FileName, FileCount + kPartsAhead))->BeginToRead();
     while (!stream->AtEOF()) {
         StreamOut->WriteFrom(*stream, kTransferBlock, kWholePart);
         ProgressStep(*Info->Bar);
@@ -132,6 +138,7 @@ void claDecodeThread::Append(const Ref<FolderItem>& part) {
             break;
     }
     stream->Close();
+    readsAhead_ = readsAhead_ || (stream->ReadsFromDisk() && stream->Position() <= kTransferBlock);
     if (failure_ == 0)
         failure_ = stream->Failure();
 }

@@ -38,6 +38,7 @@ private:
 
     std::vector<Ref<FolderItem>> FileDone; // parts consumed so far
     int failure_ = 0;                      // of reading them or of the target's way to its device, the first
+    bool readsAhead_ = false;              // small parts come from a disk, not from memory
     bool trashes_ = false;                 // the user wants them in the Trash
     Ref<Writeback> writeback_;             // of the target
     Ref<claFilePerformInfo> Info;          // the row

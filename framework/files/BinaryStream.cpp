@@ -5,6 +5,7 @@
 #include <linux/magic.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
@@ -31,6 +32,7 @@ constexpr int64_t kFlushStep = int64_t{1} * 1024 * 1024;
 // Up to as much stays with an unfinished file if the program ends while it is written.
 constexpr int64_t kPreallocation = int64_t{64} * 1024 * 1024;
 constexpr int64_t kMinPreallocation = int64_t{1} * 1024 * 1024;
+constexpr int64_t kLookAhead = int64_t{64} * 1024 * 1024;
 constexpr std::size_t kLongestPString = 255;
 
 // Page upon page: the kernel copies noticeably faster between places that lie alike.
@@ -94,7 +96,8 @@ void BinaryStream::WriteFrom(BinaryStream& source, int32_t count, int64_t more) 
     int64_t moved = CloneFrom(source, block, ahead);
     if (moved < block && FileSystemType() == EXT4_SUPER_MAGIC)
         Preallocate(block - moved + ahead);
-    moved += KernelCopyFrom(source, block - moved);
+    if (moved < block && source.IsInMemory(available - moved))
+        moved += KernelCopyFrom(source, block - moved);
     if (moved < block)
         CopyFrom(source, block - moved);
     if (!writeback_.IsNil())
@@ -163,6 +166,20 @@ bool BinaryStream::CloneAhead(BinaryStream& source, int64_t count) {
     source.cloned_ = count;
     source.clonedInto_ = Self(this);
     return true;
+}
+
+// Looks at the far end of a window at a time: the system reads ahead, and others may have read the beginning. The look
+// begins to read what is not there, so there are few of them. A server, and any other file system that can't tell,
+// counts as memory.
+bool BinaryStream::IsInMemory(int64_t available) {
+    if (position_ < lookedUntil_)
+        return inMemory_;
+    char byte = 0;
+    const iovec place{&byte, 1};
+    lookedUntil_ = position_ + std::min(available, kLookAhead);
+    inMemory_ = preadv2(descriptor_, &place, 1, lookedUntil_ - 1, RWF_NOWAIT) >= 0 || errno != EAGAIN;
+    readsFromDisk_ = readsFromDisk_ || !inMemory_;
+    return inMemory_;
 }
 
 // copy_file_range: one copy in place of two, and a server may move the bytes without sending them here. Returns the

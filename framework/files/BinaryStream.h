@@ -39,6 +39,8 @@ public:
     // Called on a target before its first WriteFrom: what that moves is brought to a slow device at once, and a file of
     // some size is there when Close returns.
     void SetWriteback(const Ref<Writeback>& writeback) { writeback_ = writeback; }
+    // Whether WriteFrom has found this source not in memory, or parts of it.
+    bool ReadsFromDisk() const { return readsFromDisk_; }
     // Bytes read or written so far.
     int64_t Position() const { return position_; }
 
@@ -72,6 +74,7 @@ private:
     int64_t Remaining();
     int64_t CloneFrom(BinaryStream& source, int64_t count, int64_t more);
     bool CloneAhead(BinaryStream& source, int64_t count);
+    bool IsInMemory(int64_t available);
     int64_t KernelCopyFrom(BinaryStream& source, int64_t count);
     void CopyFrom(BinaryStream& source, int64_t count);
     void Preallocate(int64_t count);
@@ -92,4 +95,7 @@ private:
     bool ended_ = false;               // a read failed or came back empty
     int failure_ = 0;
     CopyMethod copyMethod_ = CopyMethod::Clone; // of a source
+    int64_t lookedUntil_ = 0;                   // of a source: up to there inMemory_ holds
+    bool inMemory_ = true;
+    bool readsFromDisk_ = false;
 };

@@ -28,6 +28,7 @@ namespace {
 constexpr const char* kTypeAttribute = "type";
 constexpr const char* kCreatorAttribute = "creator";
 constexpr std::size_t kCodeSize = 4;
+constexpr off_t kBeginning = off_t{1} * 1024 * 1024;
 
 bool GoesUp(const std::filesystem::path& path) {
     return std::find(path.begin(), path.end(), "..") != path.end();
@@ -242,6 +243,14 @@ void FolderItem::SetMacCreator(const std::string& code) const {
 Ref<BinaryStream> FolderItem::OpenAsBinaryFile(bool forWriting) const {
     const int descriptor = OpenPlain(path_, forWriting ? O_RDWR | O_NOFOLLOW : O_RDONLY);
     return descriptor < 0 ? nullptr : New<BinaryStream>(descriptor);
+}
+
+void FolderItem::BeginToRead() const {
+    const int descriptor = OpenPlain(path_, O_RDONLY | O_NONBLOCK); // waits for no lease
+    if (descriptor < 0)
+        return;
+    std::ignore = posix_fadvise(descriptor, 0, kBeginning, POSIX_FADV_WILLNEED);
+    close(descriptor);
 }
 
 Ref<BinaryStream> FolderItem::CreateBinaryFile(const std::string& fileTypeName) const {
