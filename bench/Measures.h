@@ -17,6 +17,7 @@ struct BenchOptions {
 // Each adds its rows to the report. They run on a thread of their own beside the main thread with its windows.
 void MeasureTransfers(const BenchOptions& options, Report& report);  // cut and glue on disk, tmpfs, btrfs, XFS
 void MeasureManyParts(const BenchOptions& options, Report& report);  // 20,000 small parts
+void MeasureDevices(const BenchOptions& options, Report& report);    // a cold disk, and a slow device
 void MeasureLiveliness(const BenchOptions& options, Report& report); // event loop and memory under 16 operations
 void MeasureStart(const BenchOptions& options, Report& report);      // start to first paint
 void MeasureLookup(const BenchOptions& options, Report& report);     // texts by key

@@ -17,7 +17,7 @@
 namespace {
 
 const char* const kUsage = "usage: ombrivel-bench [--folder DIR] [--scale X] [--rounds N] [--only NAME] [--json FILE]\n"
-                           "  --only takes one of: transfers parts liveliness start lookup\n";
+                           "  --only takes one of: transfers devices parts liveliness start lookup\n";
 
 struct Arguments {
     BenchOptions options;
@@ -80,6 +80,8 @@ void Measure(const Arguments& arguments) {
             MeasureLiveliness(arguments.options, report);
         if (wanted("parts"))
             MeasureManyParts(arguments.options, report);
+        if (wanted("devices"))
+            MeasureDevices(arguments.options, report);
         if (wanted("transfers"))
             MeasureTransfers(arguments.options, report);
     } catch (const std::exception& failure) {
