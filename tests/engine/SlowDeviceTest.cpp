@@ -20,6 +20,13 @@ using namespace std::string_literals;
 constexpr std::size_t kMegabyte = 1048576;
 const std::string kSlow = "rate write 5000000\n";
 
+// A block device as slow as the file system beneath it.
+struct SlowDisk {
+    const TestFolder folder;
+    const SlowFileSystem device{folder.Path(), false};
+    const LoopMount disk{"ext4", device.Point(), 64 * kMegabyte};
+};
+
 class SlowDeviceTest : public ProgramTest {
 protected:
     void SetUp() override {
@@ -40,27 +47,24 @@ protected:
     const SlowFileSystem slow_{folder.Path(), true};
 };
 
-// A file system that the kernel keeps data for, and a block device that stands upon it.
 TEST_F(SlowDeviceTest, ARowEndsWhenItsBytesHaveReachedTheDevice) {
     const std::string film = Pattern(2 * kMegabyte + 1000);
-    WriteFile(slow_.At("film.zip"), film);
-    const LoopMount disk("ext4", slow_.Point(), 64 * kMegabyte);
-    if (!disk.Mounted())
-        GTEST_SKIP() << "no image can be mounted here";
-    WriteFile(disk.Point() + "/film.zip", film);
-    FreeBytes(disk.Point()); // writes everything out
+    const SlowDisk stick;
     App::Instance()->Preferences->LaunchArchives = false;
-    slow_.Tell(kSlow);
-    for (const std::string& place : {slow_.Point(), disk.Point()}) {
-        const int64_t before = slow_.BytesWritten();
+    for (const auto& [device, place] : {std::pair(&slow_, slow_.Point()), {&stick.device, stick.disk.Point()}}) {
+        WriteFile(place + "/film.zip", film);
+        FreeBytes(place); // writes everything out
+        device->Tell(kSlow);
+        const int64_t before = device->BytesWritten();
         CutAt(place + "/film.zip", "1");
         EXPECT_TRUE(WaitForWorkers());
-        EXPECT_GE(slow_.BytesWritten() - before, int64_t(film.size())) << place;
+        EXPECT_GE(device->BytesWritten() - before, int64_t(film.size())) << place;
         std::filesystem::rename(place + "/film.zip", place + "/older");
         App::Instance()->DecodeFile(New<FolderItem>(place + "/film.zip.001"));
         EXPECT_TRUE(WaitForWorkers());
-        EXPECT_GE(slow_.BytesWritten() - before, int64_t(2 * film.size())) << place;
+        EXPECT_GE(device->BytesWritten() - before, int64_t(2 * film.size())) << place;
         EXPECT_TRUE(ReadFile(place + "/film.zip") == film);
+        device->Tell("");
     }
     EXPECT_TRUE(ReadFile(slow_.Below("film.zip")) == film);
     EXPECT_LT(Call("fsync /film.zip"), Call("rename /film.zip.001")) << "the parts stay until then";
@@ -74,16 +78,23 @@ TEST_F(SlowDeviceTest, ARowEndsWhenItsBytesHaveReachedTheDevice) {
 }
 
 TEST_F(SlowDeviceTest, AStopActsWithinASecondAndTheBarIsTrue) {
-    WriteFile(slow_.Below("film"), "");
-    std::filesystem::resize_file(slow_.Below("film"), 64 * kMegabyte);
-    slow_.Tell(kSlow);
-    CutAt(slow_.At("film"), "64");
-    EXPECT_TRUE(WaitUntil([this] { return !rows.empty() && rows[0]->Bar->Value() > 5; }));
-    EXPECT_GE(slow_.BytesWritten(), (rows[0]->Bar->Value() - 4) * int64_t{kMegabyte});
-    const auto clicked = std::chrono::steady_clock::now();
-    ClickStop(0);
-    EXPECT_TRUE(WaitForWorkers());
-    EXPECT_LT(std::chrono::steady_clock::now() - clicked, 1s * kSlowness);
+    const SlowDisk stick;
+    for (const auto& [device, place] : {std::pair(&slow_, slow_.Point()), {&stick.device, stick.disk.Point()}}) {
+        WriteFile(place + "/film", "");
+        std::filesystem::resize_file(place + "/film", 32 * kMegabyte);
+        FreeBytes(place);
+        device->Tell(kSlow);
+        const int64_t before = device->BytesWritten();
+        CutAt(place + "/film", "32");
+        EXPECT_TRUE(WaitUntil([this] { return !List().Info.empty() && rows.back()->Bar->Value() > 5; }));
+        EXPECT_GE(device->BytesWritten() - before, (rows.back()->Bar->Value() - 4) * int64_t{kMegabyte}) << place;
+        const auto clicked = std::chrono::steady_clock::now();
+        ClickStop(0);
+        EXPECT_TRUE(WaitForWorkers());
+        EXPECT_LT(std::chrono::steady_clock::now() - clicked, 1s * kSlowness) << place;
+        device->Tell("");
+    }
+    rows.clear();
 }
 
 TEST_F(SlowDeviceTest, AFailureOfTheDeviceIsToldHoweverLateItComes) {
