@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <tuple>
 
 namespace {
 
@@ -106,18 +107,20 @@ void MeasureSlow(const std::string& place, const std::string& folder, const Benc
 
 void MeasureSlow(const BenchOptions& options, Report& report) {
     const Scratch scratch(options.folder);
-    const SlowFileSystem slow(scratch.Path(), true);
-    if (!slow.Mounted()) {
-        report.Skip("cut, slow server and disk", "no file system of one's own can be mounted here");
+    const Scratch diskScratch(options.folder);
+    const SlowFileSystem server(scratch.Path(), true);
+    const SlowFileSystem device(diskScratch.Path(), false);
+    const LoopMount disk("ext4", device.Point(), uint64_t{64} * kMiB);
+    if (!server.Mounted() || !device.Mounted() || !disk.Mounted()) {
+        report.Skip("cut, slow server and disk", "no file system of one's own, or no image, can be mounted here");
         return;
     }
-    const LoopMount disk("ext4", slow.Point(), uint64_t{64} * kMiB);
-    slow.Tell("rate write 5000000");
-    MeasureSlow("server", slow.Point(), options, report);
-    if (disk.Mounted())
-        MeasureSlow("disk", disk.Point(), options, report);
-    else
-        report.Skip("cut, slow disk", "no image can be mounted here");
+    for (const auto& [name, slow, place] :
+         {std::tuple("server", &server, server.Point()), {"disk", &device, disk.Point()}}) {
+        slow->Tell("rate write 5000000");
+        MeasureSlow(name, place, options, report);
+        slow->Tell("");
+    }
 }
 
 } // namespace
