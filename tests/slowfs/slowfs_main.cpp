@@ -54,8 +54,9 @@ struct Server {
 };
 Server* server;
 
+// What was removed while it was open has no path any more.
 std::string Below(const char* path) {
-    return server->below + path;
+    return path == nullptr ? std::string() : server->below + path;
 }
 
 int64_t AnsweredSoFar(const std::string& call) {
@@ -95,7 +96,7 @@ int Answer(const char* call, const char* path, Work&& work) {
     int64_t result = failure ? -*failure : int64_t{work()};
     if (!failure && result < 0)
         result = -errno;
-    Log(call, path, result);
+    Log(call, path == nullptr ? "(removed)" : path, result);
     return static_cast<int>(result);
 }
 
@@ -166,12 +167,15 @@ int Allocate(const char* path, int mode, off_t at, off_t size, fuse_file_info* i
     return Answer("fallocate", path, [&] { return fallocate(Handle(info), mode, at, size); });
 }
 
-int Truncate(const char* path, off_t size, fuse_file_info*) {
-    return Answer("truncate", path, [&] { return truncate(Below(path).c_str(), size); });
+int Truncate(const char* path, off_t size, fuse_file_info* info) {
+    return Answer("truncate", path, [&] {
+        return info != nullptr ? ftruncate(Handle(info), size) : truncate(Below(path).c_str(), size);
+    });
 }
 
-int GetAttributes(const char* path, struct stat* status, fuse_file_info*) {
-    return Answer("getattr", path, [&] { return lstat(Below(path).c_str(), status); });
+int GetAttributes(const char* path, struct stat* status, fuse_file_info* info) {
+    return Answer("getattr", path,
+                  [&] { return info != nullptr ? fstat(Handle(info), status) : lstat(Below(path).c_str(), status); });
 }
 
 int ReadFolder(const char* path, void* buffer, fuse_fill_dir_t fill, off_t, fuse_file_info*, fuse_readdir_flags) {
@@ -227,9 +231,11 @@ int ChangeOwner(const char* path, uid_t user, gid_t group, fuse_file_info*) {
     return Answer("chown", path, [&] { return lchown(Below(path).c_str(), user, group); });
 }
 
-int ChangeTimes(const char* path, const timespec times[2], fuse_file_info*) {
-    return Answer("utimens", path,
-                  [&] { return utimensat(AT_FDCWD, Below(path).c_str(), times, AT_SYMLINK_NOFOLLOW); });
+int ChangeTimes(const char* path, const timespec times[2], fuse_file_info* info) {
+    return Answer("utimens", path, [&] {
+        return info != nullptr ? futimens(Handle(info), times)
+                               : utimensat(AT_FDCWD, Below(path).c_str(), times, AT_SYMLINK_NOFOLLOW);
+    });
 }
 
 int StatFileSystem(const char* path, struct statvfs* status) {
