@@ -13,6 +13,12 @@ namespace fs = std::filesystem;
 
 namespace Torture {
 
+namespace {
+
+constexpr const char* kServed = "served/mounted"; // unmounts itself
+
+} // namespace
+
 bool KeepMountsToOneself() {
     return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
@@ -26,22 +32,34 @@ Grounds::Grounds(const std::string& folder) : folder_(folder) {
     Mount("overlay", "mkdir $1.l $1.u $1.w && mount -t overlay -o lowerdir=$1.l,upperdir=$1.u,workdir=$1.w none $1");
     Mount("btrfs", "truncate -s 400M $1.img && mkfs.btrfs -q $1.img && mount -o loop $1.img $1");
     Mount("xfs", "truncate -s 400M $1.img && mkfs.xfs -q $1.img && mount -o loop $1.img $1");
+    MountSlow();
+}
+
+// A served one. As fast as many histories need it; what the device has not answered yet waits in the kernel.
+void Grounds::MountSlow() {
+    fs::create_directories(folder_ + "/served");
+    slow_ = std::make_unique<SlowFileSystem>(folder_ + "/served", true);
+    if (!slow_->Mounted())
+        return;
+    slow_->Tell("rate write 30000000\n");
+    names_.emplace_back(kServed);
 }
 
 Grounds::~Grounds() {
     for (const std::string& name : names_)
-        umount2((folder_ + "/" + name).c_str(), MNT_DETACH);
+        if (name != kServed)
+            umount2(TopOf(name).c_str(), MNT_DETACH);
 }
 
 void Grounds::Mount(const std::string& name, const std::string& command) {
-    const std::string place = folder_ + "/" + name;
+    const std::string place = TopOf(name);
     fs::create_directories(place);
     if (std::system(("set -- '" + place + "'; { " + command + "; } >/dev/null 2>&1").c_str()) == 0)
         names_.push_back(name);
 }
 
 std::string Grounds::Clear(const std::string& name) const {
-    const std::string top = folder_ + "/" + name;
+    const std::string top = TopOf(name);
     for (const char* const own : {"files", "aside", "ballast"})
         fs::remove_all(top + "/" + own);
     fs::remove_all(TrashOn(top));
@@ -49,7 +67,7 @@ std::string Grounds::Clear(const std::string& name) const {
 }
 
 void Grounds::Fill(const std::string& name, uint32_t room) const {
-    const std::string top = folder_ + "/" + name;
+    const std::string top = TopOf(name);
     struct statvfs status {};
     if (name != kSmall || statvfs(top.c_str(), &status) != 0)
         return;

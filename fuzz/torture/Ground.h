@@ -1,6 +1,9 @@
 #pragma once
 
+#include "tests/slowfs/SlowFileSystem.h"
+
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -31,8 +34,12 @@ public:
 private:
     void Mount(const std::string& name, const std::string& command);
 
+    void MountSlow();
+    std::string TopOf(const std::string& name) const { return folder_ + "/" + name; }
+
     std::string folder_;
     std::vector<std::string> names_{"disk"};
+    std::unique_ptr<SlowFileSystem> slow_;
 };
 
 } // namespace Torture

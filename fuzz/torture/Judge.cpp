@@ -157,9 +157,30 @@ private:
             std::any_of(facts_.rows.begin(), facts_.rows.end(), [](const Row& row) { return row.stopped; });
         if (isTrashed && !mayBeTrashed && !MayStandInTheWay(entry.name))
             Find(name + " was not stopped");
+        if (!IsOfARow(entry.name))
+            Find(name + " was made for no row");
         const std::string bytes = BytesOf(entry);
         if (!IsTarget(entry.name, bytes) && !IsPart(entry.name, bytes))
-            Find(name + " is nothing that a cut or a glue makes (" + std::to_string(bytes.size()) + " bytes)");
+            Find(name + " is nothing that a cut or a glue makes (" + Compared(entry.name, bytes) + ")");
+    }
+
+    std::string Compared(const std::string& name, const std::string& bytes) const {
+        std::string text = std::to_string(bytes.size()) + " bytes";
+        for (const SeriesNow& series : world_.AllSeries()) {
+            const std::string whole = Joined(series, series.parts.contains(0) ? 0 : 1);
+            const auto same =
+                std::mismatch(bytes.begin(), bytes.end(), whole.begin(), whole.end()).first - bytes.begin();
+            if (same > 0 || name == series.base)
+                text += ", of " + std::to_string(whole.size()) + " of its series alike " + std::to_string(same);
+        }
+        return text;
+    }
+
+    bool IsOfARow(const std::string& name) const {
+        return !facts_.seesRows || facts_.brokenOff ||
+               std::any_of(facts_.rows.begin(), facts_.rows.end(), [&name](const Row& row) {
+                   return row.cuts ? NumberIn(name, row.base) > 0 : name == row.name;
+               });
     }
 
     bool MayComeOf(const std::string& bytes, const std::string& whole) const {

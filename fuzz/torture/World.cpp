@@ -213,7 +213,9 @@ void World::GiveUpDownload(SeriesNow& series) {
 }
 
 void World::Appear(SeriesNow& series, uint32_t size) {
-    const uint32_t number = series.parts.empty() ? 1 : series.parts.rbegin()->first + 1;
+    uint32_t number = 1;
+    while (series.parts.contains(number) || series.toCome.contains(number))
+        ++number;
     const std::string bytes = FreshBytes(size);
     if (Put(NumberedPart(series.base, number), bytes))
         series.parts[number] = bytes;
