@@ -92,6 +92,7 @@ struct Stage::Bus {
 
 Stage::Stage(const std::string& folder)
     : folder_(folder), grounds_(folder + "/grounds"), control_(MapControl(folder + "/faults")) {
+#ifndef OMBRIVEL_WITHOUT_BUS
     const std::string home = folder_ + "/bus";
     fs::create_directories(home);
     try {
@@ -100,6 +101,7 @@ Stage::Stage(const std::string& folder)
     }
     if (bus_ != nullptr && bus_->address.empty())
         bus_ = nullptr;
+#endif
 }
 
 Stage::~Stage() {
@@ -157,6 +159,7 @@ std::vector<std::string> Stage::PlaySession(const Plan& plan, const Session& ses
     const std::unique_ptr<Actor> actor = Start(session, world);
     Arm(*control_, session, plan.seed, world.Folder());
     std::set<std::pair<std::string, uint32_t>> cuts;
+    std::set<std::string> glued;
     bool isOver = false;
     for (const Step& step : session.steps) {
         const std::string source = world.SourceOf(step), part = world.PartOf(step);
@@ -165,6 +168,7 @@ std::vector<std::string> Stage::PlaySession(const Plan& plan, const Session& ses
             cuts.emplace(fs::path(source).filename(), step.amount);
             actor->Cut(source, step.amount);
         } else if (step.verb == Verb::Glue && !part.empty()) {
+            glued.insert(fs::path(part).stem());
             actor->Glue(part);
         } else if (step.verb == Verb::Stop) {
             actor->Stop(step.which);
@@ -179,18 +183,22 @@ std::vector<std::string> Stage::PlaySession(const Plan& plan, const Session& ses
             break;
     }
     const bool mayBeFull = plan.ground == Torture::Grounds::kSmall;
+    const auto mayStand = [&] {
+        return mayBeFull || world.IsShaken() ||
+               HasFailed(*control_, {Call::Open, Call::Read, Call::Write, Call::Rename});
+    };
     if (!isOver) {
         if (session.completes)
             world.FinishAllDownloads();
-        actor->Settle(world.HasDownloads() || world.HasGivenUp(), [&] {
-            return mayBeFull || world.IsShaken() ||
-                   HasFailed(*control_, {Call::Open, Call::Read, Call::Write, Call::Rename});
-        });
+        actor->Settle(world.HasDownloads() || world.HasGivenUp(), mayStand);
     }
     control_->armed = 0;
     Facts facts = actor->Seen();
     facts.cuts = cuts;
     facts.trashesParts = session.preferences.find('t') != std::string::npos;
+    const bool isCalm = !facts.brokenOff && !mayStand();
+    if (!facts.seesRows && isCalm && glued.size() == 1) // of several, one may keep another from being glued
+        facts.glued = glued;
     facts.lostBytes = mayBeFull || HasFailed(*control_, {Call::Open, Call::Read, Call::Write});
     facts.asked = ReadFile(folder_ + "/home/asked");
     facts.trashes = trashes;

@@ -69,6 +69,8 @@ public:
         for (const Row& row : facts_.rows)
             if (row.ended && !row.stopped)
                 LookAtFinished(row);
+        for (const std::string& base : facts_.glued)
+            LookForTargetOf(base);
         for (const ino_t inode : toForget_)
             world_.Forget(inode);
         return findings_;
@@ -187,12 +189,16 @@ private:
         return whole.starts_with(bytes) || (facts_.lostBytes && IsWithHoles(bytes, whole));
     }
 
+    static bool IsTargetName(const std::string& name, const std::string& base) {
+        bool fits = name == base;
+        for (uint32_t n = 1; n <= kMostVariants && !fits; ++n)
+            fits = name == Variant(base, n);
+        return fits;
+    }
+
     bool IsTarget(const std::string& name, const std::string& bytes) const {
         for (const SeriesNow& series : world_.AllSeries()) {
-            bool fits = name == series.base;
-            for (uint32_t n = 1; n <= kMostVariants && !fits; ++n)
-                fits = name == Variant(series.base, n);
-            if (!fits)
+            if (!IsTargetName(name, series.base))
                 continue;
             // A second glue may come when some of the first parts are in the Trash.
             for (const uint32_t first : {0U, 1U})
@@ -287,6 +293,18 @@ private:
                 return name;
         }
         return {};
+    }
+
+    void LookForTargetOf(const std::string& base) {
+        for (const SeriesNow& series : world_.AllSeries()) {
+            const uint32_t first = series.parts.contains(0) ? 0 : 1;
+            const auto isWhole = [&](const auto& made) {
+                return !known_.contains(made.first) && IsTargetName(made.second.name, base) &&
+                       EndsBehindAPart(BytesOf(made.second), series, first, series.sureEnd);
+            };
+            if (series.base == base && !series.blurred && std::none_of(here_.begin(), here_.end(), isWhole))
+                Find("there is no whole \"" + base + "\"");
+        }
     }
 
     // By a glue that came while the cut's parts were there.

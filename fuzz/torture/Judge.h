@@ -22,6 +22,7 @@ struct Facts {
     std::vector<Row> rows;
     std::set<std::pair<std::string, uint32_t>> cuts; // asked for: source and size of a part
     bool seesRows = true;
+    std::set<std::string> glued; // where rows are not seen: bases of which a glue came to its end
     bool trashesParts = false;
     bool brokenOff = false; // killed, or quit while rows stood
     bool lostBytes = false; // calls failed, or there was no room, so that files may lack some
