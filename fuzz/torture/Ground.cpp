@@ -13,12 +13,6 @@ namespace fs = std::filesystem;
 
 namespace Torture {
 
-namespace {
-
-constexpr const char* kServed = "served/mounted"; // unmounts itself
-
-} // namespace
-
 bool KeepMountsToOneself() {
     return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }

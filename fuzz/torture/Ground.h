@@ -22,6 +22,8 @@ public:
     Grounds& operator=(const Grounds&) = delete;
 
     static constexpr const char* kSmall = "small"; // on which room is scarce
+    // By a server, which can't read on what was removed meanwhile. Unmounts itself.
+    static constexpr const char* kServed = "served/mounted";
 
     const std::vector<std::string>& Names() const { return names_; }
     // Emptied for the next history.

@@ -199,7 +199,9 @@ std::vector<std::string> Stage::PlaySession(const Plan& plan, const Session& ses
     const bool isCalm = !facts.brokenOff && !mayStand();
     if (!facts.seesRows && isCalm && glued.size() == 1) // of several, one may keep another from being glued
         facts.glued = glued;
-    facts.lostBytes = mayBeFull || HasFailed(*control_, {Call::Open, Call::Read, Call::Write});
+    const bool isServed = plan.ground == Torture::Grounds::kServed;
+    facts.lostBytes =
+        mayBeFull || (isServed && world.IsShaken()) || HasFailed(*control_, {Call::Open, Call::Read, Call::Write});
     facts.asked = ReadFile(folder_ + "/home/asked");
     facts.trashes = trashes;
     Count(session, facts, tally);

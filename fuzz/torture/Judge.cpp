@@ -154,10 +154,7 @@ private:
             Find(name + " is no file");
             return;
         }
-        const bool mayBeTrashed =
-            facts_.brokenOff || !facts_.seesRows ||
-            std::any_of(facts_.rows.begin(), facts_.rows.end(), [](const Row& row) { return row.stopped; });
-        if (isTrashed && !mayBeTrashed && !MayStandInTheWay(entry.name))
+        if (isTrashed && !MayBringToTrash(entry.name) && !MayStandInTheWay(entry.name))
             Find(name + " was not stopped");
         if (!IsOfARow(entry.name))
             Find(name + " was made for no row");
@@ -187,6 +184,14 @@ private:
 
     bool MayComeOf(const std::string& bytes, const std::string& whole) const {
         return whole.starts_with(bytes) || (facts_.lostBytes && IsWithHoles(bytes, whole));
+    }
+
+    // What was stopped, or made by a cut and used up by a glue.
+    bool MayBringToTrash(const std::string& name) const {
+        return facts_.brokenOff || !facts_.seesRows ||
+               std::any_of(facts_.rows.begin(), facts_.rows.end(), [&](const Row& row) {
+                   return row.stopped || (facts_.trashesParts && !row.cuts && NumberIn(name, row.base) >= 0);
+               });
     }
 
     static bool IsTargetName(const std::string& name, const std::string& base) {
