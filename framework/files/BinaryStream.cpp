@@ -273,16 +273,17 @@ void BinaryStream::WriteBoolean(bool value) {
 }
 
 // Bytes between the position and the end of the file as it is now, which may still grow. What has been cloned counts as
-// read even if the file has shrunk since: the target holds it, and the next bytes have to come behind it.
+// read even if the file has shrunk or failed since: the target holds it, and the next bytes have to come behind it. A
+// failure ends the stream for good, as that of a read does: else a later part would hold the bytes of an earlier one.
 int64_t BinaryStream::Remaining() {
     struct stat status = {};
-    if (ended_ || descriptor_ < 0)
+    if (descriptor_ < 0)
         return 0;
-    if (fstat(descriptor_, &status) != 0) {
+    if (!ended_ && fstat(descriptor_, &status) != 0) {
         KeepFirstFailure(errno);
-        return 0;
+        ended_ = true;
     }
-    return std::max(cloned_, status.st_size - position_);
+    return ended_ ? cloned_ : std::max(cloned_, status.st_size - position_);
 }
 
 // Reads until the buffer is full, the file ends or a read fails; the last two end the stream for good.
