@@ -60,6 +60,9 @@ void claEncodeThread::Event_RunThread() {
     // is.
     part->Close();
 
+    // The source may fail between two parts too, where its end is looked for: the next part is missing.
+    if (failure == 0 && (failure = StreamIn->Failure()) != 0)
+        notWhole = Folder->Child(PartName(FileName, counter + 1));
     const int late = writeback->WaitUntilOnDevice();
     if (failure == 0 && late != 0) {
         failure = late;
