@@ -7,10 +7,10 @@
 namespace Torture {
 
 // The calls that faults.cpp stands in for. Thread is the making of one by the main thread.
-enum class Call : uint8_t { Open, Read, Write, Allocate, Clone, KernelCopy, Rename, Sync, Close, Thread };
-constexpr std::size_t kCalls = 10;
-constexpr const char* kCallNames[kCalls] = {"open",        "read",   "write", "fallocate", "clone",
-                                            "kernel copy", "rename", "fsync", "close",     "thread"};
+enum class Call : uint8_t { Open, Read, Write, Allocate, Clone, KernelCopy, Rename, Sync, Close, Stat, Thread };
+constexpr std::size_t kCalls = 11;
+constexpr const char* kCallNames[kCalls] = {"open",   "read",  "write", "fallocate", "clone", "kernel copy",
+                                            "rename", "fsync", "close", "fstat",     "thread"};
 
 // A hard fault is an error that there is no way around; a soft one is a short count, an interruption, or a refusal of
 // what can be done otherwise.

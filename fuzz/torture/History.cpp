@@ -185,7 +185,7 @@ std::vector<std::string> Stage::PlaySession(const Plan& plan, const Session& ses
     const bool mayBeFull = plan.ground == Torture::Grounds::kSmall;
     const auto mayStand = [&] {
         return mayBeFull || world.IsShaken() ||
-               HasFailed(*control_, {Call::Open, Call::Read, Call::Write, Call::Rename});
+               HasFailed(*control_, {Call::Open, Call::Read, Call::Write, Call::Rename, Call::Stat});
     };
     if (!isOver) {
         if (session.completes)
@@ -200,8 +200,8 @@ std::vector<std::string> Stage::PlaySession(const Plan& plan, const Session& ses
     if (!facts.seesRows && isCalm && glued.size() == 1) // of several, one may keep another from being glued
         facts.glued = glued;
     const bool isServed = plan.ground == Torture::Grounds::kServed;
-    facts.lostBytes =
-        mayBeFull || (isServed && world.IsShaken()) || HasFailed(*control_, {Call::Open, Call::Read, Call::Write});
+    facts.lostBytes = mayBeFull || (isServed && world.IsShaken()) ||
+                      HasFailed(*control_, {Call::Open, Call::Read, Call::Write, Call::Stat});
     facts.asked = ReadFile(folder_ + "/home/asked");
     facts.trashes = trashes;
     Count(session, facts, tally);

@@ -62,12 +62,13 @@ Series DrawSeries(Dice& dice, const std::string& base) {
     for (uint32_t i = 0; i < count; ++i)
         series.sizes.push_back(dice.Chance(4) ? 0 : DrawSize(dice) / (count > 5 ? 20 : 2) + 1);
     series.there = dice.Chance(20) ? dice.Between(1, count) : count;
-    series.ending = dice.Of({".download", ".crdownload"});
+    series.ending = dice.Of({".download", ".crdownload", ".opdownload", ".part", ".wkdownload", kSalted, kControlled});
     return series;
 }
 
 // Of the calls that know no other way, and of those that do.
-constexpr Call kMayFail[] = {Call::Open, Call::Read, Call::Write, Call::Rename, Call::Sync, Call::Close, Call::Thread};
+constexpr Call kMayFail[] = {Call::Open, Call::Read,  Call::Write, Call::Rename,
+                             Call::Sync, Call::Close, Call::Stat,  Call::Thread};
 constexpr Call kMayDoLess[] = {Call::Open, Call::Read, Call::Write, Call::Allocate, Call::Clone, Call::KernelCopy};
 
 void DrawFaults(Dice& dice, Session& session) {

@@ -40,6 +40,11 @@ struct Source {
     uint32_t size = 0;
 };
 
+// Endings of downloads that are told in another way: ".part" with eight characters put in before the first point, and
+// the part itself with a file beside it.
+constexpr const char* kSalted = "salted .part";
+constexpr const char* kControlled = ".aria2";
+
 struct Series {
     std::string base;
     uint32_t first = 1;

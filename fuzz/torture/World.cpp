@@ -17,6 +17,22 @@ bool IsFile(const Thing& thing) {
     return S_ISREG(thing.entry.status.st_mode);
 }
 
+// Where what has come of a part is kept.
+std::string DownloadName(const SeriesNow& series, uint32_t number) {
+    const std::string part = NumberedPart(series.base, number);
+    if (series.ending == kControlled)
+        return part;
+    if (series.ending != kSalted)
+        return part + series.ending;
+    const std::size_t point = part.find('.');
+    return part.substr(0, point) + ".aZ09_-xY" + part.substr(point) + ".part";
+}
+
+// Whether an empty file keeps the part's name free for it.
+bool HoldsPlace(const std::string& ending) {
+    return ending == kSalted || ending == ".part" || ending == ".wkdownload";
+}
+
 // A cut may make many parts as it is.
 std::size_t NotMuchMore(const Thing& thing, uint32_t size) {
     return std::min<std::size_t>(size, thing.bytes.size() + 1);
@@ -35,10 +51,11 @@ World::World(const std::string& top, const Plan& plan) : folder_(top + "/files")
         SeriesNow& now = series_.emplace_back(SeriesNow{series.base, series.ending});
         for (uint32_t i = 0; i < series.sizes.size(); ++i) {
             const uint32_t number = series.first + i;
-            const std::string name = NumberedPart(series.base, number), bytes = FreshBytes(series.sizes[i]);
-            const bool comes = i >= series.there;
-            if (Put(comes ? name + series.ending : name, comes ? bytes.substr(0, bytes.size() / 3) : bytes) && comes)
-                now.toCome[number] = bytes;
+            const std::string bytes = FreshBytes(series.sizes[i]);
+            if (i < series.there)
+                Put(NumberedPart(series.base, number), bytes);
+            else
+                BeginDownload(now, number, bytes);
         }
     }
     planned_ = series_.size();
@@ -95,7 +112,7 @@ void World::BeginSession(const Session& session) {
         series.blurred = false;
         for (const Thing& thing : things_) {
             const int64_t number = thing.gone ? -1 : NumberIn(thing.entry.name, series.base);
-            if (number < 0)
+            if (number < 0 || series.toCome.contains(static_cast<uint32_t>(number)))
                 continue;
             series.parts[static_cast<uint32_t>(number)] = thing.bytes;
             series.blurred = series.blurred || !IsFile(thing);
@@ -180,13 +197,21 @@ void World::FinishAllDownloads() {
             FinishDownload(series);
 }
 
+void World::BeginDownload(SeriesNow& series, uint32_t number, const std::string& bytes) {
+    const std::string part = NumberedPart(series.base, number);
+    const bool isReady = !HoldsPlace(series.ending) || Put(part, "");
+    const bool isBegun = isReady && Put(DownloadName(series, number), bytes.substr(0, bytes.size() / 3));
+    if (isBegun && (series.ending != kControlled || Put(part + kControlled, "pieces")))
+        series.toCome[number] = bytes;
+}
+
 void World::FinishDownload(SeriesNow& series) {
     if (series.toCome.empty())
         return;
     const auto [number, bytes] = *series.toCome.begin();
     series.toCome.erase(series.toCome.begin());
     const std::string name = NumberedPart(series.base, number);
-    Thing* const download = Find(name + series.ending);
+    Thing* const download = Find(DownloadName(series, number));
     const int file = download == nullptr ? -1 : OpenSame(download->entry);
     if (file < 0)
         return;
@@ -194,22 +219,44 @@ void World::FinishDownload(SeriesNow& series) {
     download->bytes += rest.substr(0, Append(file, rest));
     fstat(file, &download->entry.status);
     close(file);
-    if (!MoveToFreeName(At(name + series.ending), At(name)))
+    const std::string whole = download->bytes;
+    if (series.ending == kControlled)
+        Remove(name + kControlled);
+    else if (!TakePlace(*download, name))
         return;
-    download->entry.name = name;
-    download->entry.path = At(name);
-    series.parts[number] = download->bytes;
+    series.parts[number] = whole;
 }
 
+// The part's own, or that of the empty file which has kept it.
+bool World::TakePlace(Thing& download, const std::string& name) {
+    Thing* const placeholder = Find(name);
+    const std::string from = download.entry.path, to = At(name);
+    if (placeholder == nullptr ? !MoveToFreeName(from, to) : rename(from.c_str(), to.c_str()) != 0)
+        return false;
+    if (placeholder != nullptr)
+        placeholder->gone = true;
+    download.entry.name = name;
+    download.entry.path = to;
+    return true;
+}
+
+void World::Remove(const std::string& name) {
+    Thing* const thing = Find(name);
+    if (thing != nullptr && unlink(thing->entry.path.c_str()) == 0)
+        thing->gone = true;
+}
+
+// An empty file that has kept the name may be taken for a part from now on.
 void World::GiveUpDownload(SeriesNow& series) {
-    if (series.toCome.empty())
+    if (series.toCome.empty() || series.ending == kControlled)
         return;
     const uint32_t number = series.toCome.begin()->first;
     series.toCome.erase(number);
     series.sureEnd = std::min(series.sureEnd, number);
-    givenUp_ = true;
-    if (Thing* const download = Find(NumberedPart(series.base, number) + series.ending))
-        Vanish(*download, "");
+    shaken_ = givenUp_ = true;
+    if (HoldsPlace(series.ending))
+        series.parts[number] = "";
+    Remove(DownloadName(series, number));
 }
 
 void World::Appear(SeriesNow& series, uint32_t size) {
@@ -247,7 +294,7 @@ Thing* World::Target(const Step& step) {
         SeriesNow* const series = SeriesFor(step);
         if (series == nullptr || series->toCome.empty())
             return nullptr;
-        return Find(NumberedPart(series->base, series->toCome.begin()->first) + series->ending);
+        return Find(DownloadName(*series, series->toCome.begin()->first));
     }
     if (step.part == 0)
         return step.which < sources_.size() ? Find(sources_[step.which].name) : nullptr;
@@ -256,7 +303,7 @@ Thing* World::Target(const Step& step) {
     // The program may have made other parts of these names by now.
     const SeriesNow& series = series_[step.which];
     const bool mayBeOther = series.adopted && (step.verb == Verb::Vanish || step.verb == Verb::Replace);
-    return mayBeOther ? nullptr : Find(NumberedPart(series.base, step.part));
+    return mayBeOther || series.toCome.contains(step.part) ? nullptr : Find(NumberedPart(series.base, step.part));
 }
 
 void World::Blur(const std::string& name) {
@@ -270,7 +317,10 @@ void World::Resize(Thing& thing, const Step& step) {
     const int file = OpenSame(thing.entry);
     if (file < 0)
         return;
-    Blur(thing.entry.name);
+    if (step.verb != Verb::GrowDownload) {
+        Blur(thing.entry.name);
+        shaken_ = true; // a source may have become empty
+    }
     if (step.verb == Verb::Shrink) {
         thing.bytes.resize(thing.bytes.size() - std::min<std::size_t>(thing.bytes.size(), step.amount));
         if (ftruncate(file, static_cast<off_t>(thing.bytes.size())) != 0)
@@ -281,7 +331,6 @@ void World::Resize(Thing& thing, const Step& step) {
     }
     fstat(file, &thing.entry.status);
     close(file);
-    shaken_ = true; // a source may have become empty
 }
 
 // In one step with the coming of what takes its place, if anything does: the program may be about to move it too.

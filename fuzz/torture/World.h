@@ -69,7 +69,10 @@ private:
     void FindAdoptedSeries();
     void BlurWhatIsCutAnew(const Session& session);
     SeriesNow* SeriesFor(const Step& step);
+    void BeginDownload(SeriesNow& series, uint32_t number, const std::string& bytes);
     void FinishDownload(SeriesNow& series);
+    bool TakePlace(Thing& download, const std::string& name);
+    void Remove(const std::string& name);
     void GiveUpDownload(SeriesNow& series);
     void Appear(SeriesNow& series, uint32_t size);
     void PutInTheWay(const Step& step);

@@ -9,6 +9,7 @@
 #include <pthread.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -232,6 +233,11 @@ int close(int descriptor) {
     const bool strikes = Concerns(descriptor) && Strikes(Call::Close, Hard);
     const int result = next(descriptor);
     return strikes ? Fail({EIO, ENOSPC, EDQUOT}) : result;
+}
+
+int fstat(int descriptor, struct stat* status) noexcept {
+    static auto* const next = Next(&fstat, "fstat");
+    return Concerns(descriptor) && Strikes(Call::Stat, Hard) ? Fail({EIO, ESTALE, ENOTCONN}) : next(descriptor, status);
 }
 
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*body)(void*), void* argument) noexcept {
