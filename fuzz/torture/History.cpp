@@ -81,7 +81,8 @@ bool HasFailed(const FaultControl& control, std::initializer_list<Call> calls) {
 // A session bus, for second starts.
 struct Stage::Bus {
     explicit Bus(const std::string& home)
-        : daemon({"dbus-daemon", "--nofork", "--print-address=1", "--config-file=" OMBRIVEL_BUS_SETTINGS},
+        : daemon({"setpriv", "--pdeathsig", "TERM", "dbus-daemon", "--nofork", "--print-address=1",
+                  "--config-file=" OMBRIVEL_BUS_SETTINGS},
                  VariablesFor(home), home + "/bus.log") {
         if (const auto line = daemon.Hear())
             address = line->at(0);

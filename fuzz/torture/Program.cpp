@@ -18,7 +18,8 @@ public:
     void Stop(uint32_t) override {}
 
     void Glue(const std::string& path) override {
-        starts_.emplace_back(Words{OMBRIVEL_TORTURE_PROGRAM, path}, place_.variables, place_.log);
+        starts_.emplace_back(Words{"setpriv", "--pdeathsig", "KILL", OMBRIVEL_TORTURE_PROGRAM, path}, place_.variables,
+                             place_.log);
     }
 
     void Quit() override { EndAll(SIGTERM); }
