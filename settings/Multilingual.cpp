@@ -1,7 +1,7 @@
 #include "settings/Multilingual.h"
 
-#include "framework/base/Program.h"
 #include "framework/base/Immortal.h"
+#include "framework/base/Program.h"
 #include "framework/files/FolderItem.h"
 #include "framework/files/TextStream.h"
 #include "framework/text/Text.h"

@@ -24,7 +24,8 @@ public:
     // RGB. Until it is set, the text has the desktop's own colour, which suits the window beneath.
     void SetTextColor(uint32_t color);
 
-    // Has screen readers call a control by this text. Where a field's own name is what stands in it, this is the one way.
+    // Has screen readers call a control by this text. Where a field's own name is what stands in it, this is the one
+    // way.
     void SetLabelled(const Control& control);
 
     // The pointing hand of a link in place of the arrow.

@@ -1,3 +1,4 @@
+#include "settings/Multilingual.h"
 #include "tests/support/ProgramTest.h"
 
 #include <QApplication>
@@ -95,7 +96,7 @@ TEST_F(DownloadTest, WaitsForEveryProgramsDownloadUntilItIsThere) {
         Run(i, table[i].begin);
         Glue(i, table[i].base);
     }
-    const auto waits = [](const auto& row) { return row->Status == "Waiting for part 2 to be downloaded…"; };
+    const auto waits = [](const auto& row) { return row->Status == Multilingual::GetString("MainStatusWaiting", "2"); };
     EXPECT_TRUE(
         WaitUntil([&] { return rows.size() == std::size(table) && std::all_of(rows.begin(), rows.end(), waits); }));
     for (std::size_t i = 0; i < std::size(table); ++i)
