@@ -82,7 +82,7 @@ bool HasFailed(const FaultControl& control, std::initializer_list<Call> calls) {
 struct Stage::Bus {
     explicit Bus(const std::string& home)
         : daemon({"setpriv", "--pdeathsig", "TERM", "dbus-daemon", "--nofork", "--print-address=1",
-                  "--config-file=" OMBRIVEL_BUS_SETTINGS},
+                  std::string("--config-file=") + OMBRIVEL_BUS_SETTINGS},
                  VariablesFor(home), home + "/bus.log") {
         if (const auto line = daemon.Hear())
             address = line->at(0);
