@@ -12,7 +12,7 @@
 #include "framework/threads/MainThreadQueue.h"
 #include "framework/windows/Accessibility.h"
 #include "framework/windows/DocumentEvents.h"
-#include "framework/windows/Keyboard.h"
+#include "framework/windows/HeldKeys.h"
 #include "framework/windows/LanguageFont.h"
 #include "framework/windows/MenuBar.h"
 #include "framework/windows/MenuCommands.h"
