@@ -127,7 +127,8 @@ void claDecodeThread::WaitForDownload(const PartArrival& part) {
 void claDecodeThread::Append(const Ref<FolderItem>& part) {
     const Ref<BinaryStream> stream = part->OpenAsBinaryFile(false);
     Info->SetStatus("MainStatusAddingPart", FileCount);
-    stream->PrepareToClone(StreamOut->Position(), Stop);
+    if (StreamOut->MayClone())
+        stream->PrepareToClone(StreamOut->Position(), Stop);
     StreamOut->SetWriteback(writeback_);
     if (readsAhead_)
         Folder->Child(PartName(FileName, FileCount + kPartsAhead))->BeginToRead();

@@ -30,11 +30,13 @@ public:
     // large pieces.
     void WriteFrom(BinaryStream& source, int32_t count, int64_t more = 0);
 
-    // Called on a source before its first WriteFrom. A reflink needs the source's blocks on the disk: this writes out
-    // what is not there yet, in small steps, until `stop` is set. After a stop the file is copied and not cloned. (Left
-    // to the reflink it would be one step, on btrfs for the whole file at once.) `shift` is the distance between the
-    // bytes' places in source and target; where it is not a multiple of the file system's blocks, nothing can be cloned
-    // and nothing is written out.
+    // Of a target: false where its file system is known to have no reflinks.
+    bool MayClone();
+    // Called on a source before its first WriteFrom into a target that may clone. A reflink needs the source's blocks
+    // on the disk: this writes out what is not there yet, in small steps, until `stop` is set. After a stop the file is
+    // copied and not cloned. (Left to the reflink it would be one step, on btrfs for the whole file at once.) `shift`
+    // is the distance between the bytes' places in source and target; where it is not a multiple of the file system's
+    // blocks, nothing can be cloned and nothing is written out.
     void PrepareToClone(int64_t shift, const std::atomic<bool>& stop);
     // Called on a target before its first WriteFrom: what that moves is brought to a slow device at once, and a file of
     // some size is there when Close returns.
@@ -68,7 +70,6 @@ private:
 
     // Of a target.
     unsigned long FileSystemType();
-    bool MayClone();
     CopyMethod MethodBesidesClone();
 
     int64_t Remaining();

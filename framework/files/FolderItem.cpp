@@ -81,14 +81,31 @@ void WriteCode(int newFile, const char* attribute, const std::string& code) {
         fsetxattr(newFile, FullName(attribute).c_str(), code.data(), code.size(), 0);
 }
 
+bool IsPlain(int descriptor) {
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// Fails for links and for files that another program has a lease on, else as OpenPlain, for half the time. O_NONBLOCK
+// means nothing to reads of a plain file.
+int OpenToReadAtOnce(const std::string& path) {
+    struct stat status = {};
+    if (lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+        return -1;
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+    if (descriptor < 0 || IsPlain(descriptor))
+        return descriptor;
+    close(descriptor); // something else has come in its place since
+    return -1;
+}
+
 // Opens plain files only: a pipe or a device could make the caller wait for ever. Whoever waits at the other end of a
 // pipe would take even an open and a close for the partner that comes and goes, so this looks before it opens.
 int OpenPlain(const std::string& path, int flags) {
     const int found = open(path.c_str(), O_PATH | O_CLOEXEC | (flags & O_NOFOLLOW));
     if (found < 0)
         return -1;
-    struct stat status = {};
-    const bool plain = fstat(found, &status) == 0 && S_ISREG(status.st_mode);
+    const bool plain = IsPlain(found);
     // By way of the descriptor, so that it is the same file. Another program may have a lease on it (a server does, for
     // a client that keeps a copy): this waits until that is given back, which the system sees to.
     const std::string same = "/proc/self/fd/" + std::to_string(found);
@@ -98,6 +115,11 @@ int OpenPlain(const std::string& path, int flags) {
     while (plain && descriptor < 0 && errno == EINTR);
     close(found);
     return descriptor;
+}
+
+int OpenPlainToRead(const std::string& path) {
+    const int descriptor = OpenToReadAtOnce(path);
+    return descriptor >= 0 ? descriptor : OpenPlain(path, O_RDONLY);
 }
 
 // Fails where anything is there, a link that leads nowhere included.
@@ -241,12 +263,12 @@ void FolderItem::SetMacCreator(const std::string& code) const {
 }
 
 Ref<BinaryStream> FolderItem::OpenAsBinaryFile(bool forWriting) const {
-    const int descriptor = OpenPlain(path_, forWriting ? O_RDWR | O_NOFOLLOW : O_RDONLY);
+    const int descriptor = forWriting ? OpenPlain(path_, O_RDWR | O_NOFOLLOW) : OpenPlainToRead(path_);
     return descriptor < 0 ? nullptr : New<BinaryStream>(descriptor);
 }
 
 void FolderItem::BeginToRead() const {
-    const int descriptor = OpenPlain(path_, O_RDONLY | O_NONBLOCK); // waits for no lease
+    const int descriptor = OpenToReadAtOnce(path_); // waits for no lease
     if (descriptor < 0)
         return;
     std::ignore = posix_fadvise(descriptor, 0, kBeginning, POSIX_FADV_WILLNEED);
@@ -280,7 +302,7 @@ Ref<BinaryStream> FolderItem::ReplaceBinaryFile(const std::string& fileTypeName)
 }
 
 Ref<TextInputStream> FolderItem::OpenAsTextFile() const {
-    const int descriptor = OpenPlain(path_, O_RDONLY);
+    const int descriptor = OpenPlainToRead(path_);
     return descriptor < 0 ? nullptr : New<TextInputStream>(descriptor);
 }
 

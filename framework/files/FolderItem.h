@@ -65,7 +65,7 @@ public:
     // Opens a plain file's data, for reading or for reading and writing; nil when that fails, and for writing also when
     // the file is a link.
     Ref<BinaryStream> OpenAsBinaryFile(bool forWriting) const;
-    // Has the system begin to read the first mebibyte of a plain file into memory. Does not wait for it.
+    // Has the system begin to read the first mebibyte of a plain file, no link, into memory. Does not wait for it.
     void BeginToRead() const;
     // Makes a new empty file with the codes of the registered type of that name, and opens it for writing; nil when
     // that fails, and when anything is there: nothing is emptied, and no link followed.
